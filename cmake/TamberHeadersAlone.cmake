@@ -1,0 +1,23 @@
+# The target tamber_headers_alone compiles every header by itself, included twice: each names what it needs, and is
+# guarded. It is built on request only.
+set(folders tamber)
+if(TARGET tbPortableKernel)
+  list(APPEND folders portable)
+endif()
+set(sources "")
+foreach(folder IN LISTS folders)
+  file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}"
+       "${PROJECT_SOURCE_DIR}/${folder}/*.h")
+  list(FILTER headers EXCLUDE REGEX "platform/(win32|posix)/")
+  foreach(header IN LISTS headers)
+    set(source "${PROJECT_BINARY_DIR}/headers/${header}.cpp")
+    file(CONFIGURE OUTPUT "${source}" CONTENT "#include <@header@>\n#include <@header@>\n" @ONLY)
+    list(APPEND sources "${source}")
+  endforeach()
+endforeach()
+if(sources)
+  add_library(tamber_headers_alone OBJECT EXCLUDE_FROM_ALL ${sources})
+  target_include_directories(tamber_headers_alone PRIVATE "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(tamber_headers_alone PRIVATE tamber_warnings Threads::Threads)
+  target_compile_options(tamber_headers_alone PRIVATE -O0)
+endif()

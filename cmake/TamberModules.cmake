@@ -1,0 +1,36 @@
+# How the folders around the kernel become targets.
+
+# Adds a subfolder that has a CMakeLists.txt.
+function(tamber_add_folder folder)
+  if(EXISTS "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/CMakeLists.txt")
+    add_subdirectory("${folder}")
+  endif()
+endfunction()
+
+# Adds every subfolder of a folder that has a CMakeLists.txt.
+function(tamber_add_folders folder)
+  file(GLOB lists CONFIGURE_DEPENDS RELATIVE "${CMAKE_CURRENT_SOURCE_DIR}/${folder}"
+       "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*/CMakeLists.txt")
+  foreach(list IN LISTS lists)
+    get_filename_component(name "${list}" DIRECTORY)
+    add_subdirectory("${folder}/${name}")
+  endforeach()
+endfunction()
+
+# tamber_add_module(tbFooLoader SOURCES a.cpp b.cpp LIBRARIES foo::foo)
+# A module that the kernel loads at run time and that programs can link as well. Its file has the target's name
+# without "lib" before it. While its own sources are compiled, <target>_EXPORTS is defined.
+function(tamber_add_module target)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+  add_library(${target} SHARED ${arg_SOURCES})
+  set_target_properties(${target} PROPERTIES PREFIX "")
+  target_include_directories(${target} PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>")
+  target_link_libraries(${target} PUBLIC tbKernel PRIVATE tamber_warnings ${arg_LIBRARIES})
+  install(TARGETS ${target} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+          LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/tamber ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+endfunction()
+
+# Says in one line why a part of the build is left out.
+function(tamber_left_out part reason)
+  message(STATUS "${part}: left out, ${reason}")
+endfunction()

@@ -1,0 +1,52 @@
+# GoogleTest, and how test programs are run.
+
+if(EXISTS /usr/src/googletest/googletest/CMakeLists.txt)
+  set(gtest_disable_pthreads OFF)
+  set(BUILD_SHARED_LIBS OFF)
+  set(CMAKE_POLICY_DEFAULT_CMP0077 NEW)
+  add_subdirectory(/usr/src/googletest/googletest "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL)
+else()
+  find_package(GTest REQUIRED)
+  add_library(gtest ALIAS GTest::gtest)
+endif()
+
+# Programs of another system run in an emulator or not at all.
+set(TAMBER_RUN_TESTS ON)
+if(CMAKE_CROSSCOMPILING AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
+  set(TAMBER_RUN_TESTS OFF)
+  message(STATUS "tests: built and not run, ${TAMBER_NO_EMULATOR}")
+endif()
+
+# tamber_test_environment(<environment> <directory> <name>): a folder for the test's files, and the variables that
+# keep it off the user's settings.
+function(tamber_test_environment environment directory name)
+  set(folder "${PROJECT_BINARY_DIR}/tests/${name}")
+  file(MAKE_DIRECTORY "${folder}")
+  set(${directory} "${folder}" PARENT_SCOPE)
+  set(${environment} "TAMBER_SETTINGS=${folder}/settings.ini;TAMBER_TEST_DIR=${folder}" PARENT_SCOPE)
+endfunction()
+
+# tamber_add_test(<target> [SHARDS n] [ARGS ...]): runs a program, GoogleTest's split over n processes.
+function(tamber_add_test target)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "SHARDS" "ARGS")
+  if(NOT TAMBER_RUN_TESTS)
+    return()
+  endif()
+  if(NOT arg_SHARDS)
+    set(arg_SHARDS 1)
+  endif()
+  math(EXPR last "${arg_SHARDS} - 1")
+  foreach(shard RANGE ${last})
+    set(name ${target})
+    if(arg_SHARDS GREATER 1)
+      math(EXPR number "${shard} + 1")
+      string(APPEND name ".${number}")
+    endif()
+    tamber_test_environment(environment directory ${name})
+    if(arg_SHARDS GREATER 1)
+      list(APPEND environment GTEST_TOTAL_SHARDS=${arg_SHARDS} GTEST_SHARD_INDEX=${shard})
+    endif()
+    add_test(NAME ${name} COMMAND ${target} ${arg_ARGS} WORKING_DIRECTORY "${directory}")
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600 ENVIRONMENT "${environment}")
+  endforeach()
+endfunction()
