@@ -38,10 +38,14 @@ public:
     static tbType* findType(const char* name);
     /// A new instance, count 0, of the class of that name; null when unknown or when the class makes none.
     static tbBase* createInstance(const char* name);
+    /// Drops the registrations of a plug-in's classes that were never set up.
+    static void unregisterClasses(const tbPlugIn* plugIn);
     static int getNumTypes();
     static tbType* getType(int i);
 
     const char* getName() const { return name; }
+    /// True for the type of that name, case ignored; `nameHash` is the hash of the name in lower case.
+    bool hasName(const char* className, unsigned nameHash) const;
     tbType* getParent() const { return parent; }
     tbPlugIn* getPlugIn() const { return plugIn; }
     /// Position in the type list, or in the family's own list for types of nodes and traits; -1 when destroyed.
@@ -104,9 +108,6 @@ protected:
     void setIndex(int i) { index = i; }
 
 private:
-    friend class tbiTypeRegistry;
-    friend class tbPlugIn;
-
     static constexpr unsigned WRITABLE = 1;
     static constexpr unsigned DELETE_WITH_LAST = 2;
 
@@ -115,6 +116,8 @@ private:
                              tbPlugIn* plugIn);
 
     bool takeOut(tbBase* object);
+    tbBase* at(int& i) const;
+    tbBase* findNamed(const char* name, const tbBase* after, bool recursive, bool& passed) const;
 
     char* name;
     unsigned int hash;

@@ -1,14 +1,20 @@
 #pragma once
 
+#include <atomic>
+
 class tbLock;
 
 // The kernel's five named locks. Null before the library has loaded and after shut-down, when everything runs
 // unlocked on one thread. Taken in one order: group, then type, then plug-in, then base, then memory.
 struct tbiLocks
 {
-    static tbLock* memory;
-    static tbLock* base;
-    static tbLock* type;
-    static tbLock* plugIn;
-    static tbLock* group;
+    static std::atomic<tbLock*> memory; // arenas
+    static std::atomic<tbLock*> base;   // deferred deletion
+    static std::atomic<tbLock*> type;   // type registry and instance lists
+    static std::atomic<tbLock*> plugIn; // plug-in list and loading
+    static std::atomic<tbLock*> group;  // deep copies and splitting of shared instances
+
+    static void create();
+    /// Releases the locks in the order that they are taken.
+    static void release();
 };
