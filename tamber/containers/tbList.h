@@ -63,7 +63,8 @@ public:
     bool operator==(const tbTList& other) const
     {
         const int n = getNum();
-        return n == other.getNum() && (n == 0 || std::memcmp(data, other.data, std::size_t(n) * sizeof(T)) == 0);
+        return n == other.getNum() &&
+               (n == 0 || std::memcmp(data, other.data, std::size_t(n) * sizeof(T)) == 0);
     }
 
     int getNum() const { return int(countWord & tbListStorage::COUNT_MASK); }

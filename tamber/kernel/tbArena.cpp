@@ -105,7 +105,10 @@ tbArena* tbArena::get(int arenaIndex)
     return arenasByIndex->indexInRange(arenaIndex) ? (*arenasByIndex)[arenaIndex] : nullptr;
 }
 
-void tbArena::setDefaultSize(int size) { defaultBlockSize = std::size_t(std::max(size, 0)); }
+void tbArena::setDefaultSize(int size)
+{
+    defaultBlockSize = std::size_t(std::max(size, 0));
+}
 
 void tbiReleaseArenaLists()
 {

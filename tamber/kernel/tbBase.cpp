@@ -22,7 +22,10 @@ thread_local constinit tbTList<tbBase*>* waitingForDestruction = nullptr;
 
 } // namespace
 
-tbBase::tbBase() { initInstance(); }
+tbBase::tbBase()
+{
+    initInstance();
+}
 
 tbBase::tbBase(const tbBase& other) : tbMemory(other), flags(other.flags)
 {
@@ -70,11 +73,20 @@ tbBase::~tbBase()
     tbMemory::free(name);
 }
 
-tbBase* tbBase::createCopy() const { return nullptr; }
+tbBase* tbBase::createCopy() const
+{
+    return nullptr;
+}
 
-tbType* tbBase::getType() const { return getClassType(); }
+tbType* tbBase::getType() const
+{
+    return getClassType();
+}
 
-void tbBase::ref() { refNoCheck(); }
+void tbBase::ref()
+{
+    refNoCheck();
+}
 
 void tbBase::unRef()
 {
@@ -132,7 +144,10 @@ void tbBase::enableDynamic(bool dynamic)
     flags = std::uint16_t(dynamic ? flags | DYNAMIC : flags & ~DYNAMIC);
 }
 
-tbBase* tbBase::createDisposableCopy(tbArena*) const { return nullptr; }
+tbBase* tbBase::createDisposableCopy(tbArena*) const
+{
+    return nullptr;
+}
 
 void tbBase::initRenderContext(tbRenderContext*) const {}
 
@@ -169,7 +184,10 @@ void tbBase::addAttribute(tbBase* attribute)
         attribute->ref();
 }
 
-void tbBase::deleteInstance() { getType()->removeInstance(this); }
+void tbBase::deleteInstance()
+{
+    getType()->removeInstance(this);
+}
 
 void tbBase::registerClass(tbPlugIn* plugIn)
 {
@@ -184,11 +202,20 @@ void tbBase::initClass(tbPlugIn* plugIn)
         classType.store(new tbType(nullptr, "tbBase", &tbBase::createInstance, &tbBase::removeClass, plugIn));
 }
 
-void tbBase::removeClass() { classType.store(nullptr); }
+void tbBase::removeClass()
+{
+    classType.store(nullptr);
+}
 
-void tbBase::initInstance() { getClassType()->addInstance(this); }
+void tbBase::initInstance()
+{
+    getClassType()->addInstance(this);
+}
 
-int tbBase::getNum(bool recursive) { return classType.load() ? classType.load()->getNum(recursive) : 0; }
+int tbBase::getNum(bool recursive)
+{
+    return classType.load() ? classType.load()->getNum(recursive) : 0;
+}
 
 tbBase* tbBase::get(int i, bool recursive)
 {
@@ -200,6 +227,12 @@ tbBase* tbBase::find(const char* objectName, tbBase* after, bool recursive)
     return classType.load() ? classType.load()->find(objectName, after, recursive) : nullptr;
 }
 
-tbBase* tbBase::import(const char* fileName) { return tbImportOfType(fileName, getClassType()); }
+tbBase* tbBase::import(const char* fileName)
+{
+    return tbImportOfType(fileName, getClassType());
+}
 
-tbBase* tbBase::createInstance() { return new tbBase; }
+tbBase* tbBase::createInstance()
+{
+    return new tbBase;
+}

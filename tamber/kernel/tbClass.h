@@ -21,7 +21,10 @@
 #define TB_CLASS_OF(Class, Parent, Type)                                                                     \
 public:                                                                                                      \
     using TypeClass = Type;                                                                                  \
-    static TypeClass* getClassType() { return tbType::ensure(classType, #Class, &Class::initClass); }        \
+    static TypeClass* getClassType()                                                                         \
+    {                                                                                                        \
+        return tbType::ensure(classType, #Class, &Class::initClass);                                         \
+    }                                                                                                        \
     static void registerClass(tbPlugIn* plugIn);                                                             \
     static void initClass(tbPlugIn* plugIn);                                                                 \
     static void removeClass();                                                                               \
@@ -47,10 +50,22 @@ private:                                                                        
     {                                                                                                        \
         tbType::define<Class, Parent>(classType, #Class, &Class::createInstance, plugIn);                    \
     }                                                                                                        \
-    void Class::removeClass() { classType.store(nullptr); }                                                  \
-    tbType* Class::getType() const { return Class::getClassType(); }                                         \
-    void Class::initInstance() { getClassType()->addInstance(this); }                                        \
-    int Class::getNum(bool recursive) { return classType.load() ? classType.load()->getNum(recursive) : 0; } \
+    void Class::removeClass()                                                                                \
+    {                                                                                                        \
+        classType.store(nullptr);                                                                            \
+    }                                                                                                        \
+    tbType* Class::getType() const                                                                           \
+    {                                                                                                        \
+        return Class::getClassType();                                                                        \
+    }                                                                                                        \
+    void Class::initInstance()                                                                               \
+    {                                                                                                        \
+        getClassType()->addInstance(this);                                                                   \
+    }                                                                                                        \
+    int Class::getNum(bool recursive)                                                                        \
+    {                                                                                                        \
+        return classType.load() ? classType.load()->getNum(recursive) : 0;                                   \
+    }                                                                                                        \
     Class* Class::get(int i, bool recursive)                                                                 \
     {                                                                                                        \
         return classType.load() ? static_cast<Class*>(classType.load()->get(i, recursive)) : nullptr;        \
@@ -68,12 +83,18 @@ private:                                                                        
 /// In the source, after the includes. The class makes instances by name.
 #define TB_DEFINE_CLASS(Class, Parent)                                                                       \
     TB_DEFINE_PATTERN(Class, Parent)                                                                         \
-    tbBase* Class::createInstance() { return new Class; }
+    tbBase* Class::createInstance()                                                                          \
+    {                                                                                                        \
+        return new Class;                                                                                    \
+    }
 
 /// createInstance() gives null.
 #define TB_DEFINE_ABSTRACT_CLASS(Class, Parent)                                                              \
     TB_DEFINE_PATTERN(Class, Parent)                                                                         \
-    tbBase* Class::createInstance() { return nullptr; }
+    tbBase* Class::createInstance()                                                                          \
+    {                                                                                                        \
+        return nullptr;                                                                                      \
+    }
 
 #define TB_CHECK_FAMILY(Class, Type)                                                                         \
     static_assert(std::is_same_v<Class::TypeClass, Type>, #Class " is of another family");

@@ -25,14 +25,26 @@ void* counted(void* block) noexcept
 
 tbMemory::~tbMemory() = default;
 
-void tbMemory::initClass() noexcept { initialized.store(true, std::memory_order_relaxed); }
+void tbMemory::initClass() noexcept
+{
+    initialized.store(true, std::memory_order_relaxed);
+}
 
-void* tbMemory::malloc(std::size_t size) noexcept { return counted(std::malloc(size)); }
+void* tbMemory::malloc(std::size_t size) noexcept
+{
+    return counted(std::malloc(size));
+}
 
 // Rounds down, not up: callers pass sizes that are multiples of 4 already.
-void* tbMemory::malloc32(std::size_t size) noexcept { return malloc(size & ~std::size_t{3}); }
+void* tbMemory::malloc32(std::size_t size) noexcept
+{
+    return malloc(size & ~std::size_t{3});
+}
 
-void* tbMemory::calloc(std::size_t count, std::size_t size) noexcept { return counted(std::calloc(count, size)); }
+void* tbMemory::calloc(std::size_t count, std::size_t size) noexcept
+{
+    return counted(std::calloc(count, size));
+}
 
 void* tbMemory::realloc(void* p, std::size_t size) noexcept
 {
@@ -53,9 +65,15 @@ void tbMemory::free(void* p) noexcept
     std::free(p);
 }
 
-std::size_t tbMemory::getSize(void* p) noexcept { return p ? tbiBlockSize(p) : 0; }
+std::size_t tbMemory::getSize(void* p) noexcept
+{
+    return p ? tbiBlockSize(p) : 0;
+}
 
-std::size_t tbMemory::getSize() noexcept { return bytesInUse.load(std::memory_order_relaxed); }
+std::size_t tbMemory::getSize() noexcept
+{
+    return bytesInUse.load(std::memory_order_relaxed);
+}
 
 int tbMemory::compare(const void* a, const void* b, std::size_t n) noexcept
 {
@@ -67,4 +85,7 @@ int tbMemory::compare32(const void* a, const void* b, std::size_t n) noexcept
     return compare(a, b, n & ~std::size_t{3});
 }
 
-void* tbMemory::mallocFrom(tbArena* arena, std::size_t size) noexcept { return arena->malloc(size); }
+void* tbMemory::mallocFrom(tbArena* arena, std::size_t size) noexcept
+{
+    return arena->malloc(size);
+}

@@ -33,7 +33,10 @@ char* copyText(const char* text)
     return copy;
 }
 
-bool sameName(const char* a, const char* b) { return tbStrcmp(a, b, true) == 0; }
+bool sameName(const char* a, const char* b)
+{
+    return tbStrcmp(a, b, true) == 0;
+}
 
 // Names compare without case, so their hash is taken of the name in lower case.
 unsigned hashName(const char* name)
@@ -88,9 +91,16 @@ tbType* firstTypeNamed(const char* name, unsigned hash)
 
 } // namespace
 
-tbType::tbType(tbType* parentType, const char* className, CreateFunc create, RemoveFunc remove, tbPlugIn* supplier) :
-    name(nullptr), hash(hashName(className)), parent(parentType), plugIn(supplier), flags(WRITABLE), index(-1),
-    createFunc(create), removeFunc(remove)
+tbType::tbType(tbType* parentType, const char* className, CreateFunc create, RemoveFunc remove,
+               tbPlugIn* supplier)
+    : name(nullptr),
+      hash(hashName(className)),
+      parent(parentType),
+      plugIn(supplier),
+      flags(WRITABLE),
+      index(-1),
+      createFunc(create),
+      removeFunc(remove)
 {
     tbiLockGuard guard(tbiLocks::type);
     if (parent)
@@ -131,7 +141,10 @@ tbType::~tbType()
 }
 
 // The type that moves into the gap keeps its index: it is what traits and statistics have been given.
-void tbType::remove(tbType* type) { typeList->checkRemove(type); }
+void tbType::remove(tbType* type)
+{
+    typeList->checkRemove(type);
+}
 
 bool tbType::hasName(const char* className, unsigned nameHash) const
 {
@@ -262,7 +275,10 @@ tbType* tbType::getType(int i)
     return (*typeList)[i];
 }
 
-unsigned int tbType::getVersion() const { return plugIn ? plugIn->getVersion() : tbGetVersion(); }
+unsigned int tbType::getVersion() const
+{
+    return plugIn ? plugIn->getVersion() : tbGetVersion();
+}
 
 int tbType::getNum(bool recursive) const
 {

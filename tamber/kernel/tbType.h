@@ -85,8 +85,8 @@ public:
                 if (typeSlot.load(std::memory_order_acquire))
                     return;
                 tbType* parentType = Parent::getClassType();
-                typeSlot.store(new typename Class::TypeClass(parentType, className, createFunc, Class::removeClass,
-                                                             supplier),
+                typeSlot.store(new typename Class::TypeClass(parentType, className, createFunc,
+                                                             Class::removeClass, supplier),
                                std::memory_order_release);
             },
             &slot, name, create, plugIn);

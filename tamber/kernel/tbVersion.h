@@ -11,9 +11,18 @@ constexpr unsigned int tbMakeVersion(unsigned int major, unsigned int minor, uns
 {
     return (((major << 8) | minor) << 16) | build;
 }
-constexpr unsigned int tbGetMajorVersion(unsigned int version) { return (version >> 24) & 255; }
-constexpr unsigned int tbGetMinorVersion(unsigned int version) { return (version >> 16) & 255; }
-constexpr unsigned int tbGetBuildVersion(unsigned int version) { return version & 0xFFFF; }
+constexpr unsigned int tbGetMajorVersion(unsigned int version)
+{
+    return (version >> 24) & 255;
+}
+constexpr unsigned int tbGetMinorVersion(unsigned int version)
+{
+    return (version >> 16) & 255;
+}
+constexpr unsigned int tbGetBuildVersion(unsigned int version)
+{
+    return version & 0xFFFF;
+}
 
 /// Name, release and date of the library as one line of text.
 TB_API const char* tbGetSignature();

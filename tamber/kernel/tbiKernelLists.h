@@ -4,5 +4,6 @@
 // empty, should an object outlive the library's clean-up.
 
 void tbiReleaseArenaLists();
+/// Deletes every type that is left.
 void tbiReleaseTypeLists();
 void tbiReserveTypeLists();

@@ -2,4 +2,7 @@
 
 #include <malloc.h>
 
-std::size_t tbiBlockSize(void* block) noexcept { return malloc_usable_size(block); }
+std::size_t tbiBlockSize(void* block) noexcept
+{
+    return malloc_usable_size(block);
+}

@@ -2,4 +2,7 @@
 
 #include <malloc.h>
 
-std::size_t tbiBlockSize(void* block) noexcept { return _msize(block); }
+std::size_t tbiBlockSize(void* block) noexcept
+{
+    return _msize(block);
+}

@@ -1,0 +1,176 @@
+// Settings in a text file of lines name=value, where a value is a number 0x1234abcd or a text in quotes with \\, \"
+// and \n escaped. Names compare without case. The file is replaced as a whole, so that a crash never loses it.
+#include <tamber/platform/tbiSettingsStore.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <strings.h>
+#include <unistd.h>
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+fs::path settingsFile()
+{
+    if (const char* named = std::getenv("TAMBER_SETTINGS"); named && *named)
+        return named;
+    if (const char* config = std::getenv("XDG_CONFIG_HOME"); config && *config)
+        return fs::path(config) / "tamber" / "settings.ini";
+    if (const char* home = std::getenv("HOME"); home && *home)
+        return fs::path(home) / ".config" / "tamber" / "settings.ini";
+    return {};
+}
+
+std::vector<std::string> readLines(const fs::path& file)
+{
+    std::vector<std::string> lines;
+    std::error_code error;
+    if (file.empty() || !fs::is_regular_file(file, error))
+        return lines;
+    std::ifstream in(file);
+    for (std::string line; std::getline(in, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+bool isLineOf(const std::string& line, const char* name)
+{
+    const std::size_t equals = line.find('=');
+    return equals != std::string::npos && equals == std::strlen(name) &&
+           strncasecmp(line.c_str(), name, equals) == 0;
+}
+
+bool isWritableName(const char* name)
+{
+    return name && *name && !std::strpbrk(name, "=\r\n");
+}
+
+std::string quote(const char* text)
+{
+    std::string quoted = "\"";
+    for (; *text; ++text)
+    {
+        if (*text == '\n')
+            quoted += "\\n";
+        else if (*text == '\\' || *text == '"')
+            (quoted += '\\') += *text;
+        else
+            quoted += *text;
+    }
+    return quoted + '"';
+}
+
+std::string unquote(const std::string& value)
+{
+    std::string text;
+    for (std::size_t i = 1; i < value.size() && value[i] != '"'; ++i)
+    {
+        if (value[i] == '\\' && i + 1 < value.size())
+            text += value[++i] == 'n' ? '\n' : value[i];
+        else
+            text += value[i];
+    }
+    return text;
+}
+
+bool replaceFile(const fs::path& file, const std::vector<std::string>& lines)
+{
+    std::string content;
+    for (const std::string& line : lines)
+        (content += line) += '\n';
+    std::string temporary = file.string() + ".XXXXXX";
+    const int descriptor = mkstemp(temporary.data());
+    if (descriptor < 0)
+        return false;
+    const char* rest = content.data();
+    std::size_t left = content.size();
+    while (left > 0)
+    {
+        const ssize_t n = ::write(descriptor, rest, left);
+        if (n <= 0)
+            break;
+        rest += n;
+        left -= std::size_t(n);
+    }
+    const bool written = left == 0 && fsync(descriptor) == 0;
+    const bool closed = close(descriptor) == 0;
+    if (written && closed && std::rename(temporary.c_str(), file.c_str()) == 0)
+        return true;
+    std::remove(temporary.c_str());
+    return false;
+}
+
+bool writeValue(const char* name, const std::string& value)
+{
+    const fs::path file = settingsFile();
+    if (file.empty() || !isWritableName(name))
+        return false;
+    std::error_code error;
+    if (file.has_parent_path())
+        fs::create_directories(file.parent_path(), error);
+    std::vector<std::string> lines = readLines(file);
+    const std::string line = std::string(name) + '=' + value;
+    bool found = false;
+    for (std::string& old : lines)
+    {
+        if (!found && isLineOf(old, name))
+        {
+            old = line;
+            found = true;
+        }
+    }
+    if (!found)
+        lines.push_back(line);
+    return replaceFile(file, lines);
+}
+
+} // namespace
+
+int tbiReadSetting(const char* name, void* bytes, std::size_t size)
+{
+    if (!name)
+        return -1;
+    for (const std::string& line : readLines(settingsFile()))
+    {
+        if (!isLineOf(line, name))
+            continue;
+        const std::string value = line.substr(line.find('=') + 1);
+        if (!value.empty() && value[0] == '"')
+        {
+            const std::string text = unquote(value);
+            if (text.size() + 1 > size)
+                return -1;
+            std::memcpy(bytes, text.c_str(), text.size() + 1);
+            return int(text.size() + 1);
+        }
+        char* end = nullptr;
+        const auto number = std::uint32_t(std::strtoul(value.c_str(), &end, 0));
+        if (end == value.c_str() || sizeof number > size)
+            return -1;
+        std::memcpy(bytes, &number, sizeof number);
+        return int(sizeof number);
+    }
+    return -1;
+}
+
+bool tbiWriteSettingNumber(const char* name, unsigned int value)
+{
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%08x", value);
+    return writeValue(name, text);
+}
+
+bool tbiWriteSettingText(const char* name, const char* text)
+{
+    return text && writeValue(name, quote(text));
+}
