@@ -1,0 +1,76 @@
+#pragma once
+
+#include <tamber/kernel/tbMemory.h>
+
+#include <atomic>
+#include <span>
+
+class tbGroup;
+struct tbiNodeBlock;
+
+// The ordered list behind a node's children and parents. One entry lives in the list itself; more live in a block.
+// Every entry knows at which place of the other node's opposite list this node stands, so that an edge found from
+// one end is found at the other end as well.
+//
+// A removal far from both ends leaves a hole, and the next reader closes all holes at once: edits in any order cost
+// a constant time each, and walks pass over a contiguous run of nodes. Readers on several threads may meet in the
+// same list; edits are serialised by the caller.
+class TB_API tbNodeList
+{
+public:
+    static constexpr unsigned MAX_ENTRIES = 4'194'303;
+
+    tbNodeList() noexcept : single(nullptr) {}
+    tbNodeList(const tbNodeList&) = delete;
+    tbNodeList& operator=(const tbNodeList&) = delete;
+
+    int getNum() const noexcept { return int(word.load(std::memory_order_relaxed) & COUNT_MASK); }
+    /// Not range checked.
+    tbGroup* operator[](int i) const { return entries()[i]; }
+    /// Valid until the next edit of the list.
+    std::span<tbGroup* const> span() const { return {entries(), std::size_t(getNum())}; }
+
+private:
+    friend class tbiNodeLinks;
+
+    static constexpr unsigned COUNT_MASK = 0x3FFFFF;
+    static constexpr unsigned IN_BLOCK = 0x80000000;
+    static constexpr unsigned HAS_HOLES = 0x40000000;
+
+    tbGroup* const* entries() const
+    {
+        unsigned w = word.load(std::memory_order_acquire);
+        if ((w & HAS_HOLES) != 0) [[unlikely]]
+            closeHoles();
+        return (w & IN_BLOCK) != 0 ? blockEntries() : &single;
+    }
+    inline tbGroup* const* blockEntries() const;
+    void closeHoles() const;
+
+    union
+    {
+        tbGroup* single;
+        tbiNodeBlock* block;
+    };
+    std::atomic<unsigned> word{0}; // count, IN_BLOCK, HAS_HOLES
+    unsigned opposite = 0;         // of the single entry
+};
+
+// Where a list's entries are when there is more than one: slots [first, first + count + holes) are in use, the
+// outer two never holes. The slots' opposite places follow the slots themselves.
+struct tbiNodeBlock
+{
+    unsigned capacity;
+    unsigned first;
+    unsigned holes;
+    unsigned hint; // slot at which the last search for travel flags ended
+    const tbNodeList* owner;
+
+    tbGroup** slots() { return reinterpret_cast<tbGroup**>(this + 1); }
+    unsigned* opposites() { return reinterpret_cast<unsigned*>(slots() + capacity); }
+};
+
+inline tbGroup* const* tbNodeList::blockEntries() const
+{
+    return block->slots() + block->first;
+}
