@@ -1,0 +1,131 @@
+#include <tamber/containers/tbList.h>
+
+#include <tamber/kernel/tbArena.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace
+{
+
+int* item(std::size_t i)
+{
+    static int items[64];
+    return &items[i % 64];
+}
+
+} // namespace
+
+TEST(List, DoublesItsSlotsAsItGrows)
+{
+    tbTList<int*> list;
+    std::vector<int> capacities;
+    for (std::size_t i = 0; i < 6; ++i)
+    {
+        list.add(item(i));
+        capacities.push_back(list.getCapacity());
+    }
+    EXPECT_EQ(capacities, (std::vector<int>{2, 2, 4, 4, 8, 8}));
+}
+
+TEST(List, FollowsAReferenceThroughRandomEdits)
+{
+    tbArena unused, arena; // the arena of index 0 makes heap lists
+    for (tbArena* where : {static_cast<tbArena*>(nullptr), &arena})
+    {
+        tbTList<int*> list(0, where);
+        std::vector<int*> reference;
+        unsigned random = 1;
+        auto next = [&](std::size_t n)
+        { return std::size_t((random = random * 1664525u + 1013904223u) >> 8) % n; };
+        for (int step = 0; step < 3000; ++step)
+        {
+            int* p = item(next(64));
+            const std::size_t i = next(reference.size() + 1);
+            switch (next(7))
+            {
+            case 0:
+            case 1:
+                list.add(p);
+                reference.push_back(p);
+                break;
+            case 2:
+                list.insert(int(i), p);
+                reference.insert(reference.begin() + std::ptrdiff_t(i), p);
+                break;
+            case 3:
+                ASSERT_EQ(list.checkRemoveIndex(int(i)), i < reference.size());
+                if (i < reference.size())
+                {
+                    reference[i] = reference.back();
+                    reference.pop_back();
+                }
+                break;
+            case 4:
+                ASSERT_EQ(list.checkRemoveOrderedIndex(int(i)), i < reference.size());
+                if (i < reference.size())
+                    reference.erase(reference.begin() + std::ptrdiff_t(i));
+                break;
+            case 5:
+            {
+                const auto last = std::find(reference.rbegin(), reference.rend(), p);
+                ASSERT_EQ(list.getIndex(p), int(reference.rend() - last) - 1);
+                ASSERT_EQ(list.checkReplace(p, item(0)), last != reference.rend());
+                if (last != reference.rend())
+                    *last = item(0);
+                break;
+            }
+            default:
+                list.set(int(i), p);
+                if (i == reference.size())
+                    reference.push_back(p);
+                else
+                    reference[i] = p;
+            }
+            ASSERT_TRUE(std::equal(list.begin(), list.end(), reference.begin(), reference.end())) << step;
+        }
+        EXPECT_EQ(list.isArenaList(), where != nullptr);
+        EXPECT_EQ(list.getArena(), where);
+    }
+}
+
+TEST(List, InsertBeyondTheEndLeavesAGap)
+{
+    tbTList<int*> list;
+    list.insert(5, item(1));
+    EXPECT_EQ(list.getNum(), 6);
+    EXPECT_EQ(list[5], item(1));
+    EXPECT_FALSE(list.checkRemoveIndex(-1));
+    EXPECT_FALSE(list.checkRemoveIndex(6));
+    EXPECT_EQ(list.getNum(), 6);
+}
+
+TEST(List, SetSizeCutsTheCountAndGivesStorageBack)
+{
+    tbTList<int*> list(16);
+    for (std::size_t i = 0; i < 10; ++i)
+        list.add(item(i));
+    list.setSize(4);
+    EXPECT_EQ(list.getNum(), 4);
+    EXPECT_EQ(list.getCapacity(), 4);
+    list.setSize(0);
+    EXPECT_EQ(list.getNum(), 0);
+    EXPECT_EQ(list.getCapacity(), 0);
+    EXPECT_EQ(list.add(item(3)), 0);
+}
+
+TEST(List, AssignmentKeepsTheTargetsStorage)
+{
+    tbArena unused, arena;
+    tbTList<int*> heap(3), placed(0, &arena);
+    for (std::size_t i = 0; i < 5; ++i)
+        heap.add(item(i));
+    placed = heap;
+    EXPECT_TRUE(placed.isArenaList());
+    EXPECT_TRUE(placed == heap);
+    EXPECT_FALSE(placed.addUnique(item(2)));
+    EXPECT_TRUE(placed.addUnique(item(9)));
+    EXPECT_FALSE(placed == heap);
+}

@@ -1,0 +1,127 @@
+#include <tamber/kernel/tbBase.h>
+
+#include <tamber/kernel/tbArena.h>
+#include <tamber/kernel/tbRef.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace
+{
+
+std::string deletionOrder;
+
+class BaseTestNamed : public tbBase
+{
+    TB_CLASS(BaseTestNamed, tbBase)
+
+public:
+    BaseTestNamed() { initInstance(); }
+    explicit BaseTestNamed(const char* text) : BaseTestNamed() { setName(text); }
+    BaseTestNamed(const BaseTestNamed& other) : tbBase(other) { initInstance(); }
+    BaseTestNamed(const BaseTestNamed& other, tbArena* arena) : tbBase(other, Disposable{arena}) {}
+
+    tbBase* createCopy() const override { return new BaseTestNamed(*this); }
+    tbBase* createDisposableCopy(tbArena* arena) const override
+    {
+        return new (arena) BaseTestNamed(*this, arena);
+    }
+
+protected:
+    ~BaseTestNamed() override
+    {
+        deleteInstance();
+        if (getName())
+            deletionOrder += getName();
+    }
+};
+
+TB_DEFINE_CLASS(BaseTestNamed, tbBase)
+
+} // namespace
+
+TEST(Base, LastReleaseDestroysAndOneReleaseIsEnoughForAnUnreferenced)
+{
+    const int before = BaseTestNamed::getNum(false);
+    auto* object = new BaseTestNamed;
+    object->ref();
+    object->ref();
+    object->unRef();
+    EXPECT_EQ(BaseTestNamed::getNum(false), before + 1);
+    object->unRef();
+    EXPECT_EQ(BaseTestNamed::getNum(false), before);
+    (new BaseTestNamed)->unRef();
+    EXPECT_EQ(BaseTestNamed::getNum(false), before);
+}
+
+TEST(Base, CopyTakesNameAndFlagsOnly)
+{
+    tbRef<BaseTestNamed> source = new BaseTestNamed("tree");
+    source->enableDynamic(true);
+    source->addAttribute(new BaseTestNamed);
+    tbRef<tbBase> copy = source->createCopy();
+    EXPECT_STREQ(copy->getName(), "tree");
+    EXPECT_TRUE(copy->isDynamic());
+    EXPECT_EQ(copy->getRefCount(), 1);
+    EXPECT_EQ(copy->getAttribList(), nullptr);
+    EXPECT_TRUE(*copy == *source);
+    copy->setName("bush");
+    EXPECT_FALSE(*copy == *source);
+}
+
+TEST(Base, UnnamedObjectsWithEqualFlagsAreEqual)
+{
+    tbRef<tbBase> a = new BaseTestNamed, b = new BaseTestNamed;
+    EXPECT_TRUE(*a == *b);
+    b->enableDynamic(true);
+    EXPECT_FALSE(*a == *b);
+    b->enableDynamic(false);
+    b->setName("");
+    EXPECT_FALSE(*a == *b);
+    b->setName(nullptr);
+    EXPECT_TRUE(*a == *b);
+}
+
+TEST(Base, WhatDiesTogetherDiesInTheOrderOfNestedReleases)
+{
+    deletionOrder.clear();
+    tbBase* root = new BaseTestNamed("r");
+    for (const char* name : {"a", "b"})
+    {
+        tbBase* inner = new BaseTestNamed(name);
+        inner->addAttribute(new BaseTestNamed(name[0] == 'a' ? "1" : "3"));
+        inner->addAttribute(new BaseTestNamed(name[0] == 'a' ? "2" : "4"));
+        root->addAttribute(inner);
+    }
+    root->unRef();
+    EXPECT_EQ(deletionOrder, "rb43a21");
+}
+
+TEST(Base, LongChainsOfAttributesDieOnAnOrdinaryStack)
+{
+    const int before = BaseTestNamed::getNum(false);
+    tbBase* first = new BaseTestNamed;
+    tbBase* last = first;
+    for (int i = 0; i < 100000; ++i)
+    {
+        auto* next = new BaseTestNamed;
+        last->addAttribute(next);
+        last = next;
+    }
+    first->unRef();
+    EXPECT_EQ(BaseTestNamed::getNum(false), before);
+}
+
+TEST(Base, DisposableCopiesLeaveNoTrace)
+{
+    tbRef<BaseTestNamed> source = new BaseTestNamed("leaf");
+    const int before = BaseTestNamed::getNum(false);
+    tbArena arena;
+    const std::size_t bytes = tbMemory::getSize();
+    const tbBase* copy = source->createDisposableCopy(&arena);
+    EXPECT_STREQ(copy->getName(), "leaf");
+    EXPECT_NE(copy->getName(), source->getName());
+    EXPECT_EQ(BaseTestNamed::getNum(false), before);
+    EXPECT_EQ(tbMemory::getSize(), bytes);
+}

@@ -1,0 +1,204 @@
+#include <tests/support/Messages.h>
+
+#include <tamber/kernel/tbFilePath.h>
+#include <tamber/kernel/tbInit.h>
+#include <tamber/kernel/tbMessage.h>
+#include <tamber/kernel/tbSettings.h>
+#include <tamber/kernel/tbSqrt.h>
+#include <tamber/kernel/tbString.h>
+#include <tamber/kernel/tbTime.h>
+#include <tamber/kernel/tbVersion.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+
+namespace fs = std::filesystem;
+
+TEST(Version, WordHoldsThreeNumbersAndMasksNone)
+{
+    EXPECT_EQ(tbGetVersion(), 0x01020000u);
+    EXPECT_EQ(tbMakeVersion(1, 2, 0x10000), tbMakeVersion(1, 3, 0));
+    EXPECT_EQ(tbMakeVersion(1, 0x100, 5), tbMakeVersion(1, 0, 5) | tbMakeVersion(1, 0, 0));
+    EXPECT_EQ(tbGetMinorVersion(tbGetVersion()), 2u);
+    EXPECT_STREQ(tbGetSignature(), "Tamber Release 1.2 0 Feb  3 1999");
+}
+
+TEST(String, HashXorsByteByByteAndCounts)
+{
+    EXPECT_EQ(tbStrToInt(nullptr), 0u);
+    EXPECT_EQ(tbStrToInt(""), 0u);
+    EXPECT_EQ(tbStrToInt("a"), 0x62u);
+    EXPECT_EQ(tbStrToInt("ab"), (0x62u ^ 0x6200u) + 1);
+    EXPECT_EQ(
+        tbStrToInt("\xff\xff\xff\xff"), 0x00000000u +
+                                            []
+                                            {
+                                                unsigned word = 0;
+                                                for (unsigned i = 0; i < 4; ++i)
+                                                    word = (word ^ (0xFFu << (8 * i))) + 1;
+                                                return word;
+                                            }());
+}
+
+TEST(String, ComparesBytesUnsignedOrWithoutCase)
+{
+    EXPECT_EQ(tbStrcmp(nullptr, nullptr, false), 0);
+    EXPECT_EQ(tbStrcmp(nullptr, "x", false), -1);
+    EXPECT_EQ(tbStrcmp("x", nullptr, true), -1);
+    EXPECT_EQ(tbStrcmp("\x80", "a", false), 1);
+    EXPECT_EQ(tbStrcmp("abc", "abd", false), -1);
+    EXPECT_EQ(tbStrcmp("TbGroup", "tBgROUP", true), 0);
+}
+
+TEST(String, FileNameStandsBehindTheLastSeparatorOfEitherKind)
+{
+    EXPECT_STREQ(tbGetFileName("dir/sub\\file.ext"), "file.ext");
+    EXPECT_STREQ(tbGetFileName("file"), "file");
+    EXPECT_EQ(tbGetFileName("dir\\"), nullptr);
+    EXPECT_EQ(tbGetFileName("/"), nullptr);
+    EXPECT_EQ(tbGetFileName(""), nullptr);
+    EXPECT_EQ(tbGetFileName(nullptr), nullptr);
+}
+
+TEST(Sqrt, TablesAreExactAtPowersOfFourAndClose)
+{
+    const struct
+    {
+        TBSQRT_METHOD method;
+        double tolerance;
+    } methods[] = {{TBSQRT_TABLE_256, 1.0 / 128},
+                   {TBSQRT_TABLE_1K, 1.0 / 512},
+                   {TBSQRT_TABLE_4K, 1.0 / 2048},
+                   {TBSQRT_TABLE_16K, 1.0 / 8192},
+                   {TBSQRT_EXACT, 1e-7}};
+    for (const auto& [method, tolerance] : methods)
+    {
+        tbSetSqrtMethod(method);
+        EXPECT_EQ(tbGetSqrtMethod(), method);
+        EXPECT_EQ(tbSqrt(0.0f), 0.0f);
+        EXPECT_EQ(tbSqrt(4.0f), 2.0f);
+        EXPECT_EQ(tbSqrt(0.25f), 0.5f);
+        for (float x = 1e-30f; x < 1e30f; x *= 1.37f)
+        {
+            const double root = std::sqrt(double(x));
+            ASSERT_NEAR(double(tbSqrt(x)) / root, 1.0, tolerance) << x;
+        }
+    }
+    tbSetSqrtMethod(TBSQRT_TABLE_4K);
+}
+
+TEST(Sqrt, SineAndCosineTakeDegrees)
+{
+    float sine = 0, cosine = 0;
+    tbGetSinCos(30.0f, sine, cosine);
+    EXPECT_NEAR(sine, 0.5f, 1e-6f);
+    EXPECT_NEAR(cosine, 0.8660254f, 1e-6f);
+}
+
+TEST(Time, GoesOnFromTheLoadOfTheLibrary)
+{
+    const double start = tbGetTime();
+    EXPECT_GE(start, 0.0);
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    EXPECT_GE(tbGetTime() - start, 0.0015);
+}
+
+TEST(Message, LongLinesArriveWhole)
+{
+    const std::string text(5000, 'x');
+    tbtest::expectMessage(text);
+    tbMessage("%s\n", text.c_str());
+}
+
+TEST(FilePath, EndsInASeparatorAndStandsOnce)
+{
+    tbDeleteFilePaths();
+    tbAddFilePath("c:\\data");
+    tbAddFilePath("c:\\data\\");
+    tbAddFilePath("C:\\data\\"); // case counts
+    tbAddFilePath(nullptr);
+    tbAddFilePaths("a;b/;");
+    ASSERT_EQ(tbGetNumFilePaths(), 4);
+    EXPECT_STREQ(tbGetFilePath(0), "c:\\data\\");
+    EXPECT_STREQ(tbGetFilePath(2), "a\\");
+    EXPECT_STREQ(tbGetFilePath(3), "b/");
+    EXPECT_EQ(tbGetFilePath(4), nullptr);
+    EXPECT_EQ(tbGetFilePath(-1), nullptr);
+    tbDeleteFilePaths();
+    EXPECT_EQ(tbGetNumFilePaths(), 0);
+}
+
+TEST(FilePath, FindsRegularFilesInTheOrderOfThePaths)
+{
+    const fs::path root = fs::temp_directory_path() / "tamber-file-path-test";
+    fs::remove_all(root);
+    for (const char* dir : {"one/models/thing", "two/models"}) // "thing" is a directory in the first path
+        fs::create_directories(root / dir);
+    std::ofstream(root / "two" / "models" / "thing") << "x";
+    tbDeleteFilePaths();
+    tbAddFilePath((root / "one").string().c_str());
+    tbAddFilePath((root / "two").string().c_str());
+    char found[512] = "?";
+    const int length = tbFindFile("models\\thing", sizeof found, found);
+    EXPECT_EQ(length, int(std::strlen(found)) + 1);
+    EXPECT_TRUE(fs::equivalent(found, root / "two" / "models" / "thing"));
+    char cut[4] = "???";
+    EXPECT_EQ(tbFindFile("models\\thing", sizeof cut, cut), length);
+    EXPECT_EQ(std::strlen(cut), 3u);
+    EXPECT_EQ(tbFindFile("models\\nothing", sizeof found, found), 0);
+    EXPECT_STREQ(found, "");
+    EXPECT_EQ(tbFindFile("", sizeof found, found), 0);
+    EXPECT_EQ(tbFindFile(nullptr, sizeof found, found), 0);
+    EXPECT_GT(tbFindFile((root / "two" / "models" / "thing").string().c_str(), 0, nullptr), 0);
+    tbDeleteFilePaths();
+    fs::remove_all(root);
+}
+
+TEST(Settings, KeepNumbersAndTextsByNameWithoutCase)
+{
+    ASSERT_TRUE(tbWriteRegistry("TestInt", -7));
+    ASSERT_TRUE(tbWriteRegistry("TestFloat", 2.5f));
+    ASSERT_TRUE(tbWriteRegistry("TestText", "a \"quoted\" \\ line"));
+    ASSERT_TRUE(tbWriteRegistry("testint", -8));
+    int number = 0;
+    float real = 0;
+    char text[256] = "";
+    EXPECT_TRUE(tbReadRegistry("TESTINT", number));
+    EXPECT_EQ(number, -8);
+    EXPECT_TRUE(tbReadRegistry("TestFloat", real));
+    EXPECT_EQ(real, 2.5f);
+    EXPECT_TRUE(tbReadRegistry("TestText", text));
+    EXPECT_STREQ(text, "a \"quoted\" \\ line");
+}
+
+TEST(Settings, OnlyTheFloatReaderReportsAFailure)
+{
+    int number = 5;
+    float real = 1.5f;
+    char text[256] = "kept";
+    EXPECT_FALSE(tbReadRegistry("TestMissing", number));
+    EXPECT_FALSE(tbReadRegistry("TestMissing", text));
+    tbtest::expectMessage("Cannot read key <TestMissing> from the registry.");
+    EXPECT_FALSE(tbReadRegistry("TestMissing", real));
+    EXPECT_EQ(number, 5);
+    EXPECT_EQ(real, 1.5f);
+    EXPECT_STREQ(text, "kept");
+    tbtest::expectMessage("Cannot write key <> to the registry.");
+    EXPECT_FALSE(tbWriteRegistry(nullptr, 1));
+}
+
+TEST(Init, ApplicationThreadIsTheOneThatLoadedTheLibrary)
+{
+    EXPECT_NE(tbGetAppThread(), nullptr);
+    EXPECT_TRUE(tbInAppThread());
+    bool inThread = true;
+    std::thread([&] { inThread = tbInAppThread(); }).join();
+    EXPECT_FALSE(inThread);
+}

@@ -1,0 +1,158 @@
+#include <tamber/kernel/tbType.h>
+
+#include <tamber/kernel/tbBase.h>
+#include <tamber/kernel/tbRef.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace
+{
+
+class TypeTestAnimal : public tbBase
+{
+    TB_CLASS(TypeTestAnimal, tbBase)
+
+public:
+    TypeTestAnimal() { initInstance(); }
+
+protected:
+    ~TypeTestAnimal() override { deleteInstance(); }
+};
+
+class TypeTestBird : public TypeTestAnimal
+{
+    TB_CLASS(TypeTestBird, TypeTestAnimal)
+
+public:
+    TypeTestBird() { initInstance(); }
+
+protected:
+    ~TypeTestBird() override { deleteInstance(); }
+};
+
+class TypeTestAbstract : public tbBase
+{
+    TB_CLASS(TypeTestAbstract, tbBase)
+};
+
+TB_DEFINE_CLASS(TypeTestAnimal, tbBase)
+TB_DEFINE_CLASS(TypeTestBird, TypeTestAnimal)
+TB_DEFINE_ABSTRACT_CLASS(TypeTestAbstract, tbBase)
+
+int initCalls = 0;
+
+tbBase* makeNothing()
+{
+    return nullptr;
+}
+
+void initLazy(tbPlugIn* plugIn)
+{
+    ++initCalls;
+    new tbType(tbBase::getClassType(), "TypeTestLazy", makeNothing, nullptr, plugIn);
+}
+
+std::vector<std::string> names(tbType* type)
+{
+    std::vector<std::string> result;
+    for (int i = 0; i < type->getNum(true); ++i)
+        result.push_back(type->get(i, true)->getName());
+    return result;
+}
+
+} // namespace
+
+TEST(Type, RegisteredClassIsSetUpOnFirstLookUpWhateverItsCase)
+{
+    initCalls = 0;
+    tbType::registerClass("TypeTestLazy", initLazy, nullptr);
+    EXPECT_EQ(initCalls, 0);
+    tbType* type = tbType::findType("TYPETESTLAZY");
+    ASSERT_NE(type, nullptr);
+    EXPECT_STREQ(type->getName(), "TypeTestLazy");
+    EXPECT_EQ(tbType::findType("typetestlazy"), type);
+    EXPECT_EQ(initCalls, 1);
+    EXPECT_TRUE(type->deleteType());
+    EXPECT_EQ(tbType::findType("TypeTestLazy"), nullptr);
+}
+
+TEST(Type, UnknownAndAbstractNamesMakeNothing)
+{
+    const int types = tbType::getNumTypes();
+    EXPECT_EQ(tbType::createInstance("TypeTestNobody"), nullptr);
+    EXPECT_EQ(tbType::createInstance(nullptr), nullptr);
+    EXPECT_EQ(tbType::getNumTypes(), types);
+    TypeTestAbstract::registerClass(nullptr);
+    EXPECT_EQ(tbType::createInstance("TypeTestAbstract"), nullptr);
+}
+
+TEST(Type, EnumeratesOwnInstancesBeforeThoseOfDerivedTypes)
+{
+    tbRef<tbBase> bird1 = new TypeTestBird, animal = new TypeTestAnimal, bird2 = new TypeTestBird;
+    bird1->setName("bird1");
+    animal->setName("animal");
+    bird2->setName("bird2");
+    tbType* type = TypeTestAnimal::getClassType();
+    EXPECT_EQ(type->getNum(false), 1);
+    EXPECT_EQ(names(type), (std::vector<std::string>{"animal", "bird1", "bird2"}));
+    EXPECT_EQ(type->get(3, true), nullptr);
+    EXPECT_EQ(TypeTestBird::get(1, true), bird2.get());
+}
+
+TEST(Type, FindStepsThroughInstancesOfOneName)
+{
+    tbRef<tbBase> a = new TypeTestAnimal, b = new TypeTestBird, other = new TypeTestBird;
+    a->setName("x");
+    b->setName("X");
+    other->setName("y");
+    EXPECT_EQ(TypeTestAnimal::find("x", nullptr, true), a.get());
+    EXPECT_EQ(TypeTestAnimal::find("x", a.get(), true), b.get());
+    EXPECT_EQ(TypeTestAnimal::find("x", b.get(), true), nullptr);
+    EXPECT_EQ(TypeTestAnimal::find("x", other.get(), true), nullptr);
+    EXPECT_EQ(TypeTestAnimal::find("x", a.get(), false), nullptr);
+}
+
+TEST(Type, LivesUntilItsLastInstanceGoes)
+{
+    tbBase* bird = new TypeTestBird;
+    bird->ref();
+    EXPECT_FALSE(TypeTestBird::getClassType()->deleteType());
+    EXPECT_EQ(TypeTestBird::getNum(false), 1);
+    bird->unRef();
+    EXPECT_EQ(TypeTestBird::getNum(false), 0);
+    EXPECT_EQ(tbType::findType("TypeTestBird"), nullptr);
+}
+
+TEST(Type, HandsItsChildrenToItsParent)
+{
+    auto* middle = new tbType(tbBase::getClassType(), "TypeTestMiddle", nullptr, nullptr, nullptr);
+    auto* leaf = new tbType(middle, "TypeTestLeaf", nullptr, nullptr, nullptr);
+    EXPECT_TRUE(leaf->isOfType(middle));
+    EXPECT_TRUE(middle->deleteType());
+    EXPECT_EQ(leaf->getParent(), tbBase::getClassType());
+    EXPECT_TRUE(leaf->deleteType());
+}
+
+TEST(Type, InstanceListsSurviveAnyOrderOfDeletion)
+{
+    std::vector<tbBase*> birds;
+    for (int i = 0; i < 200; ++i)
+    {
+        birds.push_back(new TypeTestBird);
+        birds.back()->ref();
+    }
+    unsigned random = 7;
+    while (!birds.empty())
+    {
+        random = random * 1664525u + 1013904223u;
+        const std::size_t i = (random >> 8) % birds.size();
+        birds[i]->unRef();
+        birds.erase(birds.begin() + std::ptrdiff_t(i));
+        ASSERT_EQ(TypeTestBird::getNum(false), int(birds.size()));
+        for (tbBase* bird : birds)
+            ASSERT_EQ(bird->getRefCount(), 1);
+    }
+}
