@@ -1,0 +1,152 @@
+#pragma once
+
+#include <tamber/kernel/tbMemory.h>
+
+// One entry of a file: a flat record of values that a cursor reads and writes. Entries belong to their tbFile, which
+// makes and frees them.
+//
+// Integers, booleans (as integers 0 and 1) and floats stand at multiples of 4 from the start, doubles at multiples
+// of 8; everything else is packed. Gaps hold zeros.
+//
+// Reading never leaves the data. A value that does not fit whole counts as past the end: the marker is returned and
+// the cursor stays. What a read() of a class needs beyond that is below "bounded reading".
+class TB_API tbEntry : public tbAllocated<tbEntry>
+{
+public:
+    enum COMPRESSION : int
+    {
+        NO_COMPRESSION = 0,
+        RLE = 1
+    };
+
+    tbEntry(const tbEntry&) = delete;
+    tbEntry& operator=(const tbEntry&) = delete;
+
+    /// Marker -1.
+    char readByte();
+    /// Marker 0xFFFF.
+    short readShort();
+    /// Marker -1.
+    int readInt();
+    /// As `n` times readInt(); nothing for n below 1.
+    void readInts(int* values, int n);
+    /// Marker true.
+    bool readBool();
+    /// Marker -1.
+    float readFloat();
+    /// As `n` times readFloat(); nothing for n below 1.
+    void readFloats(float* values, int n);
+    /// Marker -1.
+    double readDouble();
+    /// Copies the text in the next `len` bytes, or in what is left when fewer remain, into the `len` bytes of
+    /// `text`. The rest and always the last byte become 0. Returns `len`, or -1 and the empty text at the end.
+    int readString(char* text, int len);
+    /// Copies `len` bytes, or what is left when fewer remain, and returns the count copied; -1 at the end.
+    int readChunk(void* bytes, int len);
+
+    // Bounded reading: what read() of a class asks before it takes memory or goes round a loop. A failed entry is
+    // one whose object cannot be read: read() returns null for it, as in
+    //     const int n = entry->readCount(4);
+    //     ...
+    //     return entry->hasFailed() ? nullptr : entry;
+
+    /// Bytes between cursor and end.
+    int getRemaining() const { return cursor < dataSize ? dataSize - cursor : 0; }
+    /// Reads the count of items that follow, each at least `itemSize` bytes long. A negative count is 0. A count
+    /// whose items cannot all be there fails the entry and gives 0.
+    int readCount(int itemSize);
+    /// True when `count` items of `itemSize` bytes remain at multiples of `alignment`; otherwise fails the entry.
+    bool checkItems(int count, int itemSize, int alignment = 1);
+    /// Marks the entry as failed: the file records FILE_READ_ERROR and reports file, entry, tag, byte offset and
+    /// `rule`, the rule that the data breaks. Only the first call for an entry counts.
+    void fail(const char* rule);
+    bool hasFailed() const { return failed; }
+
+    // Writing. The data grows with the cursor. An entry that cannot grow any more keeps what it has, and the file
+    // refuses to be written.
+    void writeByte(char value);
+    void writeShort(short value);
+    void writeInt(int value);
+    void writeInts(const int* values, int n);
+    void writeBool(bool value) { writeInt(value ? 1 : 0); }
+    void writeFloat(float value);
+    void writeFloats(const float* values, int n);
+    void writeDouble(double value);
+    /// The characters and the terminating zero; null counts as the empty text.
+    void writeString(const char* text);
+    void writeChunk(const void* bytes, int len);
+
+    /// Moves the cursor to the start.
+    void reset() { cursor = 0; }
+    /// Replaces the data by a copy of `size` bytes in this machine's byte order.
+    void setData(const void* bytes, int size);
+    /// Null until something was read or written.
+    void* getData() { return data; }
+    int getDataSize() const { return dataSize; }
+    int getTag() const { return tag; }
+    /// Position in the file's directory.
+    int getDirNum() const { return dirNum; }
+    unsigned int getVersion() const { return version; }
+    void setVersion(unsigned int word) { version = word; }
+    /// True when the data is in the other byte order; values that are written into it are, too.
+    bool isByteSwapped() const { return byteSwapped; }
+    COMPRESSION getCompression() const { return compression; }
+    void setCompression(COMPRESSION method) { compression = method; }
+    /// What the entry stands for, null when nothing was read from it or written into it yet. Not referenced.
+    const void* getHandle() const { return handle; }
+    void setHandle(const void* object);
+
+private:
+    friend class tbFile;
+    friend class tbiHandleMap;
+    friend class tbiFileReader;
+    friend class tbiFileWriter;
+
+    // What the handle points at, so that no reference takes one thing for another.
+    enum KIND : unsigned char
+    {
+        KIND_OTHER, // known to whoever called setHandle()
+        KIND_OBJECT,
+        KIND_DATA // the class that the tag names, shared data with a reference count
+    };
+    enum STATE : unsigned char
+    {
+        STATE_IDLE,
+        STATE_STARTED, // its object exists and is about to read it
+        STATE_READING
+    };
+
+    tbEntry(tbFile* owner, int tagIndex);
+    ~tbEntry();
+
+    void bind(const void* object, KIND handleKind);
+    void freeData();
+    /// Gives back what the buffer holds beyond the data.
+    void trim();
+    bool align(int width);
+    template <class Word>
+    bool take(Word& word);
+    template <class Word>
+    void put(Word word);
+    void* extend(int len);
+
+    unsigned int magic;
+    int tag;
+    unsigned int fileOffset = 0;
+    COMPRESSION compression = NO_COMPRESSION;
+    int dataSize = 0;
+    unsigned int version = 0;
+    int capacity = 0;
+    int cursor = 0;
+    bool byteSwapped = false;
+    STATE state = STATE_IDLE;
+    KIND kind = KIND_OTHER;
+    bool failed : 1 = false;
+    bool held : 1 = false;     // the file holds a reference on the object
+    bool budgeted : 1 = false; // its size stands in the file's sum
+    unsigned char* data = nullptr;
+    const void* handle = nullptr;
+    int dirNum = -1;
+    unsigned int expanded = 0; // objects below and with this one, one for each path
+    tbFile* file;
+};

@@ -1,0 +1,167 @@
+#pragma once
+
+#include <tamber/containers/tbList.h>
+#include <tamber/io/tbEntry.h>
+
+class tbiFileState;
+struct tbiFileHeader;
+struct tbiTag;
+
+// A file of tagged entries, the library's own format: a header, the table of tags (class names), the directory of
+// entries and the entries' data. Every saved object has one entry, whose tag names its class; references between
+// objects are entry indices, so that what is shared is saved once and read back as one object. Files of the other
+// byte order are read as well. A file and its entries belong to one thread.
+//
+// Whatever a file holds, reading it stays within bounds: what cannot be is refused with an error and one message
+// that names file, entry, tag, byte offset and the rule that was broken.
+//
+// Ownership. While the file is open it holds one reference on everything that a reference inside another object's
+// entry led to, and drops it when it closes: what found a holder lives on, the rest dies. What the outermost
+// readObject() or readRef() returned is the caller's, with count 0; the caller keeps it alive while it goes on
+// reading from the same file.
+class TB_API tbFile : public tbAllocated<tbFile>
+{
+public:
+    enum FILE_ERROR : int
+    {
+        FILE_OK = 0,
+        FILE_CANNOT_OPEN = 1,
+        FILE_NOT_OPEN = 2,
+        FILE_READ_ERROR = 3,
+        FILE_NOT_WRITABLE = 4,
+        FILE_EMPTY = 5,
+        FILE_BAD_FORMAT = 6,
+        FILE_NO_DATA = 7,
+        FILE_WRITE_ERROR = 8
+    };
+
+    tbFile();
+    tbFile(const tbFile&) = delete;
+    tbFile& operator=(const tbFile&) = delete;
+    ~tbFile();
+
+    /// Opens a regular file for reading ("r") or reading and writing ("rw") and reads header, tags and directory;
+    /// the entries' data follows on demand. On failure the file is closed.
+    bool open(const char* path, const char* mode);
+    /// Begins a new file. It is written beside `path` and takes its place when write() succeeds; until then, and
+    /// when the file is closed without write(), what stood at `path` stays as it was.
+    bool create(const char* path);
+    /// Writes everything to a new file beside the target, which then replaces the target in one step: after any
+    /// failure the old file is untouched, and this file is closed. A graph that could not be saved whole, and a
+    /// file that would pass 2 GiB, are refused with FILE_WRITE_ERROR before anything is touched.
+    bool write();
+    /// Frees every entry, drops what the file held, and closes. Entries are invalid afterwards.
+    void close();
+    bool isOpen() const { return descriptor > 0; }
+    /// True for a file of at least 97 bytes that begins with the magic in either byte order.
+    static bool isTamberFormat(const char* path);
+
+    /// The last failure since open(), create() or write() was called.
+    FILE_ERROR getLastError() const { return lastError; }
+    /// The last failure in words, with file, entry, tag and byte offset; the empty text when there was none.
+    const char* getErrorText() const;
+    /// Version word of the library that wrote the file, 0 when closed.
+    unsigned int getVersion() const;
+    int getNumEntries() const { return entries.getNum(); }
+    int getNumTags() const { return tags.getNum(); }
+
+    /// The tag of that name, made when there is none. Names are cut to 63 characters. -1 for null.
+    int newTag(const char* className);
+    /// -1 when there is none.
+    int findTag(const char* className) const;
+    /// The tag's class name, null when out of range.
+    const char* getTagDesc(int tag) const;
+
+    /// Appends an empty entry; null when the tag does not exist.
+    tbEntry* newEntry(int tag);
+    /// Null when out of range.
+    tbEntry* getEntry(int index) const;
+    /// The last entry in the directory that stands for `handle`. Takes the same time however many there are.
+    tbEntry* findEntry(const void* handle) const;
+    /// The first entry in the directory with that tag.
+    tbEntry* findEntry(int tag) const;
+    tbEntry* findEntry(const char* className) const;
+    /// The next entry with that tag behind `after`, the first when `after` is null.
+    tbEntry* findNextEntry(int tag, const tbEntry* after) const;
+    /// Takes the entry out of the directory (the last entry moves into its place: enumeration order is part of the
+    /// interface) and frees it. False, and nothing done, for another file's entry and one that is being read.
+    bool removeEntry(tbEntry* entry);
+
+    /// Loads the entry's data; the cursor is not moved. Refused for an entry whose object is just reading it.
+    bool readEntry(tbEntry* entry);
+
+    /// The object of an entry, made and read on first use; the same one every time. Null, with an error recorded,
+    /// for an index out of range, an entry of another kind, a class that a file must not make, an entry that is
+    /// being read (so that no cycle comes into being), what failed to read, and what passes a limit.
+    tbBase* readObject(int index);
+    /// The entry of `object`, written first when there is none yet. Null when it cannot be written.
+    tbEntry* writeObject(const tbBase* object);
+
+    /// Reads an index from `entry` and returns the shared data of the class `className`, which is no tbBase, in the
+    /// entry of that index; `Read` makes it on first use from its loaded entry and returns null when it cannot.
+    /// Data has ref() and unRef(), and a count of 0 when it is made.
+    template <class Data, Data* (*Read)(tbEntry*)>
+    Data* readData(tbEntry* entry, const char* className)
+    {
+        return static_cast<Data*>(readDataRef(
+            entry, className, [](tbEntry* dataEntry) -> void* { return Read(dataEntry); },
+            [](void* data, bool hold)
+            {
+                if (hold)
+                    static_cast<Data*>(data)->ref();
+                else
+                    static_cast<Data*>(data)->unRef();
+            }));
+    }
+    /// A new entry for shared data of the class `className` that is no tbBase, stamped with the kernel's version.
+    tbEntry* newDataEntry(const char* className, const void* data);
+
+    /// How deep references may nest, 1,024 at first. Reading passes over deeper references; a deeper graph is not
+    /// written.
+    void setMaxDepth(int depth) { maxDepth = depth; }
+    int getMaxDepth() const { return maxDepth; }
+    /// How many objects the graph below one object may count, one for each path to them, 2^24 at first.
+    void setMaxObjects(unsigned int number) { maxObjects = number; }
+    unsigned int getMaxObjects() const { return maxObjects; }
+
+private:
+    friend class tbEntry;
+    friend class tbiFileReader;
+    friend class tbiFileWriter;
+
+    enum OPEN_MODE : int
+    {
+        MODE_CLOSED = -1,
+        MODE_READ,
+        MODE_READ_WRITE,
+        MODE_CREATE
+    };
+
+    using ReadDataFunc = void* (*)(tbEntry*);
+    using HoldDataFunc = void (*)(void*, bool);
+
+    void* readDataRef(tbEntry* entry, const char* className, ReadDataFunc read, HoldDataFunc hold);
+    tbBase* makeObject(tbEntry* entry);
+    bool readInto(tbBase* object, tbEntry* entry);
+    bool countPaths(tbEntry* target);
+    bool loadData(tbEntry* entry);
+    int addEntry(tbEntry* entry);
+    bool setError(FILE_ERROR error, const char* rule);
+    void report(const tbEntry* entry, const char* rule);
+    void failWrite(const char* rule);
+    void rebind(tbEntry* entry, const void* object);
+    void dropHolds();
+    void freeAll();
+
+    int descriptor = -1;
+    OPEN_MODE openMode = MODE_CLOSED;
+    char* fileName = nullptr;
+    FILE_ERROR lastError = FILE_OK;
+    bool byteSwapped = false;
+    tbiFileHeader* header = nullptr;
+    tbTList<tbEntry*> entries;
+    tbTList<tbiTag*> tags;
+    int maxDepth;
+    unsigned int maxObjects;
+    tbiFileState* state;
+};
