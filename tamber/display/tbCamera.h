@@ -163,12 +163,15 @@ protected:
     ~tbCamera() override;
 
 private:
+    friend class tbWindow;
+
     static constexpr unsigned SCREEN_MATRICES_CHANGED = 0x1;
     static constexpr unsigned CLEAR_ENABLED = 0x2;
 
     void createContext();
     void assign(const tbCamera& other);
-    void unRefAllTraits();
+    /// Cameras of a window that dies have none.
+    static void forgetWindow(const tbWindow* dying);
     void place(const tbVec3& xyz, const tbVec3& hpr);
     void readPlacement();
     bool getPixelViewport(tbVec3& lowerLeft, tbVec3& size) const;

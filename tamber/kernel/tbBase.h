@@ -63,6 +63,8 @@ public:
     /// for no reference, and for one that cannot be followed; the file keeps the object alive until it closes.
     static tbBase* readRef(tbFile* file, tbEntry* entry);
 
+    /// Drops a reference and deletes nothing: an object that comes back to count 0 waits for its next holder.
+    void unRefNoDelete() { refCount.fetch_sub(1, std::memory_order_acq_rel); }
     int getRefCount() const { return refCount.load(std::memory_order_relaxed); }
     bool isDynamic() const { return (flags & DYNAMIC) != 0; }
     /// A copy of `text`; null frees the name.

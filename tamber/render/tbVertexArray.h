@@ -125,13 +125,17 @@ public:
 
 private:
     static constexpr unsigned TYPE_MASK = 0xFFF;
+    static constexpr unsigned COMPONENT_MASK = 0xFF;
     static constexpr unsigned DYNAMIC = 0x8000;
 
+    struct Layout;
+
     static bool byteSize(int n, unsigned type, std::size_t& bytes);
-    void exchangeRedAndBlue();
-    const unsigned char* component(int vertex, int offset) const;
-    unsigned char* component(int vertex, int offset);
-    bool readVectors(tbTArray<tbVec3>& out, VERTEX_TYPE which) const;
+    static tbVertexArray* readEntry(tbEntry* entry);
+    void swapContents(tbVertexArray& other);
+    void exchangeColors(COLOR_TYPE from, COLOR_TYPE to);
+    const unsigned char* vertex(int i) const { return data + std::size_t(i) * std::size_t(getVertexSize()); }
+    bool getVectors(tbTArray<tbVec3>& out, int offset) const;
 
     unsigned char* data = nullptr;
     mutable std::atomic<std::int32_t> refCount{0};

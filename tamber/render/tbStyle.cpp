@@ -1,0 +1,293 @@
+#include <tamber/render/tbStyle.h>
+
+#include <tamber/audio/tbListener.h>
+#include <tamber/collide/tbCollider.h>
+#include <tamber/display/tbCamera.h>
+#include <tamber/io/tbFile.h>
+#include <tamber/trav/tbAudioTrait.h>
+#include <tamber/trav/tbTraitStack.h>
+#include <tamber/trav/tbTravContext.h>
+#include <tamber/trav/tbTravTrait.h>
+#include <tamber/trav/tbTraverser.h>
+#include <tamber/trav/tbVisualTrait.h>
+
+TB_DEFINE_NODE_CLASS(tbStyle, tbGroup)
+
+namespace
+{
+
+template <class Trait>
+void pushTraits(const tbTList<Trait*>& traits, tbTravContext* context)
+{
+    if (tbTraitStack* stack = context->getTraitStack())
+        for (Trait* trait : traits)
+            stack->pushTrait(trait, context);
+}
+
+template <class Trait>
+void popTraits(const tbTList<Trait*>& traits, tbTravContext* context)
+{
+    if (tbTraitStack* stack = context->getTraitStack())
+        for (int i = traits.getNum() - 1; i >= 0; --i)
+            stack->popTrait(traits[i], context);
+}
+
+// Removing the older trait of the type moves the new one, appended last, into its place.
+template <class Trait>
+void replaceTrait(tbStyle* style, tbTList<Trait*>& traits, Trait* trait)
+{
+    if (!trait || !trait->getType())
+        return;
+    Trait* older = nullptr;
+    for (int i = traits.getNum() - 1; i >= 0 && !older; --i)
+        if (traits[i]->getType() == trait->getType())
+            older = traits[i];
+    trait->ref();
+    if (traits.add(trait) < 0)
+        trait->unRef();
+    else if (older)
+        style->removeTrait(older);
+}
+
+template <class Trait>
+void dropTrait(tbTList<Trait*>& traits, Trait* trait)
+{
+    if (traits.checkRemove(trait))
+        trait->unRef();
+}
+
+template <class Trait>
+void releaseTraits(tbTList<Trait*>& traits)
+{
+    for (Trait* trait : traits)
+        trait->unRef();
+    traits.reset();
+}
+
+template <class Trait>
+void addCopies(tbStyle* style, const tbTList<Trait*>& traits, bool share)
+{
+    for (Trait* trait : traits)
+        style->addTrait(share && trait->isShareable() ? trait : static_cast<Trait*>(trait->createCopy()));
+}
+
+template <class Trait>
+void writeTraits(const tbTList<Trait*>& traits, tbFile* file, tbEntry* entry)
+{
+    for (const Trait* trait : traits)
+        trait->writeRef(file, entry);
+}
+
+} // namespace
+
+tbStyle::tbStyle()
+{
+    initInstance();
+}
+
+tbStyle::tbStyle(const tbStyle& other) : tbGroup(other)
+{
+    initInstance();
+    assign(other, false);
+}
+
+tbStyle& tbStyle::operator=(const tbStyle& other)
+{
+    if (this != &other)
+    {
+        tbGroup::operator=(other);
+        assign(other, false);
+    }
+    return *this;
+}
+
+tbStyle::~tbStyle()
+{
+    deleteInstance();
+    unRefAllTraits();
+}
+
+void tbStyle::addTrait(tbTravTrait* trait)
+{
+    replaceTrait(this, travTraits, trait);
+}
+
+void tbStyle::addTrait(tbAudioTrait* trait)
+{
+    replaceTrait(this, audioTraits, trait);
+}
+
+void tbStyle::addTrait(tbVisualTrait* trait)
+{
+    replaceTrait(this, visualTraits, trait);
+}
+
+void tbStyle::removeTrait(tbTravTrait* trait)
+{
+    dropTrait(travTraits, trait);
+}
+
+void tbStyle::removeTrait(tbAudioTrait* trait)
+{
+    dropTrait(audioTraits, trait);
+}
+
+void tbStyle::removeTrait(tbVisualTrait* trait)
+{
+    dropTrait(visualTraits, trait);
+}
+
+void tbStyle::unRefAllTraits()
+{
+    releaseTraits(visualTraits);
+    releaseTraits(travTraits);
+    releaseTraits(audioTraits);
+}
+
+void tbStyle::assign(const tbStyle& other, bool share)
+{
+    unRefAllTraits();
+    addCopies(this, other.visualTraits, share);
+    addCopies(this, other.audioTraits, share);
+    addCopies(this, other.travTraits, share);
+}
+
+tbBase* tbStyle::createCopy() const
+{
+    return new tbStyle(*this);
+}
+
+void tbStyle::copy(const tbStyle& other)
+{
+    if (this == &other)
+        return;
+    assign(other, false);
+    tbGroup::copy(other);
+}
+
+void tbStyle::clone(const tbStyle& other)
+{
+    if (this == &other)
+        return;
+    assign(other, true);
+    tbGroup::clone(other);
+}
+
+tbGroup* tbStyle::copyGroup() const
+{
+    tbStyle* made = new tbStyle;
+    addGroupMapping(this, made);
+    made->copy(*this);
+    return made;
+}
+
+tbGroup* tbStyle::cloneGroup() const
+{
+    tbStyle* made = new tbStyle;
+    addGroupMapping(this, made);
+    made->clone(*this);
+    return made;
+}
+
+void tbStyle::update(tbTravContext* context)
+{
+    pushTraits(travTraits, context);
+    tbGroup::update(context);
+    popTraits(travTraits, context);
+}
+
+// While the context is pruned neither the other traits nor the children are visited; the traversal traits are
+// pushed all the same, because one of them may be what prunes.
+void tbStyle::apply(tbCamera* camera) const
+{
+    tbTravContext* context = camera->getTravContext();
+    pushTraits(travTraits, context);
+    if (!context->anyFlags(tbTravContext::PRUNE))
+    {
+        pushTraits(visualTraits, context);
+        tbGroup::apply(camera);
+        popTraits(visualTraits, context);
+    }
+    popTraits(travTraits, context);
+}
+
+void tbStyle::apply(tbListener* listener) const
+{
+    tbTravContext* context = listener->getTravContext();
+    pushTraits(travTraits, context);
+    if (!context->anyFlags(tbTravContext::PRUNE))
+    {
+        pushTraits(audioTraits, context);
+        tbGroup::apply(listener);
+        popTraits(audioTraits, context);
+    }
+    popTraits(travTraits, context);
+}
+
+void tbStyle::apply(tbCollider* collider) const
+{
+    tbTravContext* context = collider->getTravContext();
+    pushTraits(travTraits, context);
+    if ((context->getColliderMask() & collider->getColliderMask()) != 0 &&
+        !context->anyFlags(tbTravContext::PRUNE))
+        tbGroup::apply(collider);
+    popTraits(travTraits, context);
+}
+
+// A stopped walk leaves everything pushed, as the group leaves its path.
+tbTraverser::TRAV_STATE tbStyle::apply(tbTraverser* traverser, bool noPreApply)
+{
+    if (!noPreApply)
+    {
+        const tbTraverser::TRAV_STATE state = traverser->preApply(this);
+        if (state != tbTraverser::TRAV_CONTINUE)
+            return state;
+    }
+    tbTravContext* context = traverser->getTravContext();
+    pushTraits(travTraits, context);
+    if (!context->getTraitStack() || !context->anyFlags(tbTravContext::PRUNE))
+    {
+        pushTraits(visualTraits, context);
+        pushTraits(audioTraits, context);
+        if (tbGroup::apply(traverser, true) == tbTraverser::TRAV_STOP)
+            return tbTraverser::TRAV_STOP;
+        popTraits(audioTraits, context);
+        popTraits(visualTraits, context);
+    }
+    popTraits(travTraits, context);
+    return tbTraverser::TRAV_CONTINUE;
+}
+
+tbEntry* tbStyle::write(tbFile* file, tbEntry* entry) const
+{
+    tbEntry* created = tbGroup::write(file, entry);
+    tbEntry* target = entry ? entry : created;
+    if (!target)
+        return nullptr;
+    target->writeInt(travTraits.getNum() + audioTraits.getNum() + visualTraits.getNum());
+    writeTraits(visualTraits, file, target);
+    writeTraits(audioTraits, file, target);
+    writeTraits(travTraits, file, target);
+    return created;
+}
+
+tbEntry* tbStyle::read(tbFile* file, tbEntry* entry)
+{
+    entry = tbGroup::read(file, entry);
+    if (!entry)
+        return nullptr;
+    const int n = entry->readCount(4);
+    for (int i = 0; i < n && !entry->hasFailed(); ++i)
+    {
+        tbBase* object = tbBase::readRef(file, entry);
+        if (!object)
+            continue;
+        if (object->isOfType(tbVisualTrait::getClassType()))
+            addTrait(static_cast<tbVisualTrait*>(object));
+        else if (object->isOfType(tbAudioTrait::getClassType()))
+            addTrait(static_cast<tbAudioTrait*>(object));
+        else if (object->isOfType(tbTravTrait::getClassType()))
+            addTrait(static_cast<tbTravTrait*>(object));
+    }
+    return entry->hasFailed() ? nullptr : entry;
+}
