@@ -1,0 +1,196 @@
+#define _FILE_OFFSET_BITS 64 // NOLINT: 64-bit positions for 32-bit programs, before any system header
+
+#include <tamber/platform/tbiFile.h>
+
+#include <tamber/platform/tbiPath.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace
+{
+
+constexpr mode_t OWNER_ONLY = S_IRUSR | S_IWUSR;
+
+template <class Call>
+auto untilDone(Call call)
+{
+    auto result = call();
+    while (result < 0 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+std::string nativePath(const char* path)
+{
+    std::string native = path;
+    tbiToNativePath(native.data());
+    return native;
+}
+
+// Descriptors 0 to 2 are the standard streams, and 0 is not one that callers can tell from none.
+int aboveStandardStreams(int descriptor)
+{
+    if (descriptor < 0 || descriptor > 2)
+        return descriptor;
+    const int moved = fcntl(descriptor, F_DUPFD_CLOEXEC, 3);
+    close(descriptor);
+    return moved;
+}
+
+int openRegular(const char* path, int access)
+{
+    if (!path || *path == 0)
+        return -1;
+    const std::string native = nativePath(path);
+    // Opening a device can act on it, so what stands there is looked at before and, for good, after.
+    struct stat status = {};
+    if (stat(native.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
+        return -1;
+    const int descriptor = aboveStandardStreams(
+        untilDone([&] { return open(native.c_str(), access | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
+    if (descriptor < 0)
+        return -1;
+    if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode))
+        return descriptor;
+    close(descriptor);
+    return -1;
+}
+
+std::string directoryOf(const std::string& path)
+{
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos)
+        return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+// Where links lead to; the path itself when nothing stands there yet.
+std::string followLinks(const std::string& path)
+{
+    char* resolved = realpath(path.c_str(), nullptr);
+    if (!resolved)
+        return path;
+    std::string target = resolved;
+    std::free(resolved);
+    return target;
+}
+
+bool syncDirectory(const std::string& path)
+{
+    const int descriptor =
+        untilDone([&] { return open(directoryOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+    if (descriptor < 0)
+        return false;
+    const bool synced = untilDone([&] { return fsync(descriptor); }) == 0;
+    close(descriptor);
+    return synced;
+}
+
+// Rights of the file to be replaced, and whether it may be replaced at all.
+bool targetRights(const std::string& target, mode_t& rights)
+{
+    struct stat status = {};
+    if (stat(target.c_str(), &status) != 0)
+        return errno == ENOENT;
+    rights = status.st_mode & 07777;
+    return S_ISREG(status.st_mode) && access(target.c_str(), W_OK) == 0;
+}
+
+} // namespace
+
+int tbiOpenFile(const char* path) noexcept
+{
+    return openRegular(path, O_RDONLY);
+}
+
+int tbiOpenFileForUpdate(const char* path) noexcept
+{
+    return openRegular(path, O_RDWR);
+}
+
+void tbiCloseFile(int descriptor) noexcept
+{
+    if (descriptor > 0)
+        close(descriptor);
+}
+
+std::int64_t tbiFileLength(int descriptor) noexcept
+{
+    struct stat status = {};
+    return fstat(descriptor, &status) == 0 ? std::int64_t(status.st_size) : -1;
+}
+
+bool tbiReadFile(int descriptor, void* bytes, std::size_t size, std::int64_t position) noexcept
+{
+    char* to = static_cast<char*>(bytes);
+    while (size > 0)
+    {
+        const ssize_t n = untilDone([&] { return pread(descriptor, to, size, off_t(position)); });
+        if (n <= 0)
+            return false;
+        to += n;
+        size -= std::size_t(n);
+        position += n;
+    }
+    return true;
+}
+
+bool tbiWriteFile(int descriptor, const void* bytes, std::size_t size, std::int64_t position) noexcept
+{
+    const char* from = static_cast<const char*>(bytes);
+    while (size > 0)
+    {
+        const ssize_t n = untilDone([&] { return pwrite(descriptor, from, size, off_t(position)); });
+        if (n <= 0)
+            return false;
+        from += n;
+        size -= std::size_t(n);
+        position += n;
+    }
+    return true;
+}
+
+bool tbiBeginReplacement(tbiReplacement& replacement, const char* target)
+{
+    if (!target || *target == 0)
+        return false;
+    replacement.target = followLinks(nativePath(target));
+    mode_t rights = OWNER_ONLY;
+    if (!targetRights(replacement.target, rights))
+        return false;
+    replacement.path = replacement.target + ".XXXXXX";
+    replacement.descriptor = aboveStandardStreams(mkostemp(replacement.path.data(), O_CLOEXEC));
+    if (replacement.descriptor < 0)
+        return false;
+    // Where the rights cannot be taken over, the file stays its owner's alone.
+    static_cast<void>(fchmod(replacement.descriptor, rights) == 0);
+    return true;
+}
+
+bool tbiFinishReplacement(tbiReplacement& replacement, std::int64_t length)
+{
+    const int descriptor = std::exchange(replacement.descriptor, -1);
+    bool done = untilDone([&] { return ftruncate(descriptor, off_t(length)); }) == 0;
+    done = done && untilDone([&] { return fsync(descriptor); }) == 0;
+    done = close(descriptor) == 0 && done;
+    done = done && std::rename(replacement.path.c_str(), replacement.target.c_str()) == 0;
+    if (!done)
+        unlink(replacement.path.c_str());
+    else
+        syncDirectory(replacement.target);
+    return done;
+}
+
+void tbiAbandonReplacement(tbiReplacement& replacement)
+{
+    if (replacement.descriptor < 0)
+        return;
+    close(std::exchange(replacement.descriptor, -1));
+    unlink(replacement.path.c_str());
+}

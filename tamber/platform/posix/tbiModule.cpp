@@ -1,0 +1,156 @@
+#include <tamber/platform/tbiModule.h>
+
+#include <tamber/platform/tbiModuleName.h>
+#include <tamber/platform/tbiPath.h>
+
+#include <algorithm>
+#include <dlfcn.h>
+#include <filesystem>
+#include <link.h>
+#include <sys/stat.h>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+std::string directoryOf(const std::string& path)
+{
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos)
+        return {};
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+struct ModuleSearch
+{
+    std::string_view name;
+    std::string path;
+};
+
+int compareModule(dl_phdr_info* info, std::size_t, void* context)
+{
+    auto& search = *static_cast<ModuleSearch*>(context);
+    if (!info->dlpi_name || tbiModuleName(info->dlpi_name) != search.name)
+        return 0;
+    search.path = info->dlpi_name;
+    return 1;
+}
+
+} // namespace
+
+HINSTANCE tbiFindModule(const std::string& moduleName)
+{
+    ModuleSearch search{moduleName, {}};
+    if (dl_iterate_phdr(&compareModule, &search) == 0)
+        return nullptr;
+    void* module = dlopen(search.path.c_str(), RTLD_LAZY | RTLD_NOLOAD);
+    if (module)
+        dlclose(module); // the reference that looking took; the module stays
+    return module;
+}
+
+HINSTANCE tbiLoadModule(const char* path, std::string& error)
+{
+    std::string native = path;
+    tbiToNativePath(native.data());
+    void* module = dlopen(native.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!module)
+    {
+        const char* reason = dlerror();
+        error = reason ? reason : "";
+    }
+    return module;
+}
+
+bool tbiFreeModule(HINSTANCE module)
+{
+    return dlclose(module) == 0;
+}
+
+std::string tbiModulePath(HINSTANCE module)
+{
+    link_map* map = nullptr;
+    if (!module || dlinfo(module, RTLD_DI_LINKMAP, &map) != 0 || !map || !map->l_name)
+        return {};
+    std::error_code error;
+    const fs::path absolute = fs::absolute(map->l_name, error);
+    return error ? std::string(map->l_name) : absolute.string();
+}
+
+std::string tbiExecutableDirectory()
+{
+    std::error_code error;
+    const fs::path executable = fs::read_symlink("/proc/self/exe", error);
+    return error ? std::string() : directoryOf(executable.string());
+}
+
+std::string tbiCurrentDirectory()
+{
+    std::error_code error;
+    const fs::path current = fs::current_path(error);
+    return error ? std::string() : current.string();
+}
+
+std::string tbiInstalledDirectory()
+{
+#ifdef TAMBER_PLUGIN_DIRECTORY
+    return TAMBER_PLUGIN_DIRECTORY;
+#else
+    return {};
+#endif
+}
+
+std::string tbiKernelDirectory()
+{
+    Dl_info info = {};
+    if (dladdr(reinterpret_cast<void*>(&tbiKernelDirectory), &info) == 0 || !info.dli_fname)
+        return {};
+    std::error_code error;
+    const fs::path library = fs::canonical(info.dli_fname, error);
+    return error ? std::string() : directoryOf(library.string());
+}
+
+std::vector<std::string> tbiListFiles(const std::string& directory)
+{
+    std::vector<std::string> names;
+    std::error_code error;
+    fs::directory_iterator entry(directory, fs::directory_options::skip_permission_denied, error);
+    for (const fs::directory_iterator end; !error && entry != end; entry.increment(error))
+    {
+        std::error_code ignored;
+        if (entry->is_regular_file(ignored))
+            names.push_back(entry->path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+const char* tbiModuleEnding()
+{
+    return ".so";
+}
+
+char tbiSeparator()
+{
+    return '/';
+}
+
+char tbiListSeparator()
+{
+    return ':';
+}
+
+bool tbiIsAbsolutePath(const std::string& path)
+{
+    return !path.empty() && path[0] == '/';
+}
+
+bool tbiOthersMayWrite(const std::string& path)
+{
+    struct stat file = {};
+    struct stat directory = {};
+    if (stat(path.c_str(), &file) != 0 || stat(directoryOf(path).c_str(), &directory) != 0)
+        return true;
+    return ((file.st_mode | directory.st_mode) & S_IWOTH) != 0;
+}
