@@ -1,0 +1,119 @@
+// The record of this module: a loader for every format that the library reads.
+
+#include <portable/tbPortableModule.h>
+#include <tamber/graph/tbModel.h>
+#include <tamber/io/tbLoader.h>
+#include <tamber/kernel/tbString.h>
+
+#include "tbiAssimpGraph.h"
+
+#include <assimp/Importer.hpp>
+#include <assimp/config.h>
+#include <assimp/postprocess.h>
+#include <assimp/scene.h>
+
+#include <exception>
+#include <string>
+#include <string_view>
+
+namespace
+{
+constexpr std::string_view NATIVE_EXTENSION = "tb";
+
+constexpr unsigned STEPS = aiProcess_Triangulate | aiProcess_SortByPType | aiProcess_JoinIdenticalVertices |
+                           aiProcess_GenSmoothNormals | aiProcess_GenUVCoords | aiProcess_TransformUVCoords |
+                           aiProcess_FindInvalidData | aiProcess_ValidateDataStructure;
+
+/// The part behind the last dot, as loaders are looked up by.
+std::string_view extensionOf(std::string_view name)
+{
+    const std::size_t dot = name.rfind('.');
+    return dot == std::string_view::npos ? name : name.substr(dot + 1);
+}
+
+class AssimpLoader final : public tbLoader
+{
+public:
+    AssimpLoader() : tbLoader("tbAssimpLoader.dll")
+    {
+        setName("Tamber loader of foreign models");
+        setCompany("Tamber");
+        setRelease(1, 2, 0, nullptr);
+        // A saved model needs the classes of its objects, not the module that read its source.
+        enableSaveWithFile(false);
+        if (getNumExtensions() == 0)
+            addExtensions();
+        tbPortableAddUser(this);
+    }
+
+    ~AssimpLoader() override { tbPortableRemoveUser(this); }
+
+    /// A tbModel with count 0; null with error and message set. No exception leaves it.
+    tbBase* import(const char* path) override
+    {
+        try
+        {
+            return importModel(path);
+        }
+        catch (const std::exception& error)
+        {
+            fail(error.what());
+        }
+        catch (...)
+        {
+            fail("the file cannot be read");
+        }
+        return nullptr;
+    }
+
+private:
+    /// Takes over the list "*.3d;*.3ds;..." of the library.
+    void addExtensions()
+    {
+        std::string list;
+        Assimp::Importer().GetExtensionList(list);
+        for (std::string_view rest = list; !rest.empty();)
+        {
+            const std::string_view pattern = rest.substr(0, rest.find(';'));
+            rest.remove_prefix(pattern.size() < rest.size() ? pattern.size() + 1 : rest.size());
+            const std::string extension(extensionOf(pattern));
+            if (!extension.empty() && extension != NATIVE_EXTENSION && !hasExtension(extension))
+                addExtension(extension.c_str());
+        }
+    }
+
+    bool hasExtension(const std::string& extension) const
+    {
+        for (int i = 0; i < getNumExtensions(); ++i)
+            if (tbStrcmp(getExtension(i), extension.c_str(), true) == 0)
+                return true;
+        return false;
+    }
+
+    static tbBase* importModel(const char* path)
+    {
+        Assimp::Importer importer;
+        importer.SetPropertyBool(AI_CONFIG_IMPORT_NO_SKELETON_MESHES, true);
+        importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_PRESERVE_PIVOTS, false);
+        const aiScene* scene = importer.ReadFile(path, STEPS);
+        if (!scene)
+        {
+            fail(importer.GetErrorString());
+            return nullptr;
+        }
+        return tbiConvertScene(*scene, extensionOf(path)).release();
+    }
+
+    /// The format is known, the file is not what it should be.
+    static constexpr auto CANNOT_READ = LOADER_ERROR(2);
+
+    static void fail(const char* reason)
+    {
+        setError(CANNOT_READ);
+        setErrorMessage(reason && *reason ? reason : "the file cannot be read");
+    }
+};
+
+// Constructed when the module is loaded, destroyed when it is unloaded.
+AssimpLoader loader;
+} // namespace

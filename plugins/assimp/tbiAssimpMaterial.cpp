@@ -1,0 +1,159 @@
+#include "tbiAssimpMaterial.h"
+
+#include <portable/tbBlend.h>
+#include <portable/tbFaceCull.h>
+#include <portable/tbMaterial.h>
+#include <portable/tbTexture.h>
+#include <tamber/kernel/tbRef.h>
+#include <tamber/render/tbStyle.h>
+
+#include <assimp/GltfMaterial.h>
+#include <assimp/material.h>
+#include <assimp/scene.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <vector>
+
+namespace
+{
+tbVec3 toVec3(const aiColor4D& color)
+{
+    return {color.r, color.g, color.b};
+}
+
+void convertColors(const aiMaterial& source, tbMaterial& material, float& opacity)
+{
+    aiColor4D color;
+    if (source.Get(AI_MATKEY_COLOR_AMBIENT, color) == AI_SUCCESS)
+        material.setAmbient(toVec3(color));
+    if (source.Get(AI_MATKEY_COLOR_DIFFUSE, color) == AI_SUCCESS)
+        material.setDiffuse(toVec3(color));
+    if (source.Get(AI_MATKEY_BASE_COLOR, color) == AI_SUCCESS)
+    {
+        material.setDiffuse(toVec3(color));
+        opacity = color.a;
+    }
+    if (source.Get(AI_MATKEY_COLOR_SPECULAR, color) == AI_SUCCESS)
+        material.setSpecular(toVec3(color));
+    if (source.Get(AI_MATKEY_COLOR_EMISSIVE, color) == AI_SUCCESS)
+        material.setEmissive(toVec3(color));
+    float value = 0.0f;
+    if (source.Get(AI_MATKEY_SHININESS, value) == AI_SUCCESS)
+        material.setShininess(value);
+    if (source.Get(AI_MATKEY_OPACITY, value) == AI_SUCCESS)
+        opacity = value;
+    if (std::isnan(opacity))
+        opacity = 1.0f;
+    material.setOpacity(opacity);
+}
+
+tbTexture::WRAP toWrap(int mode)
+{
+    switch (mode)
+    {
+    case aiTextureMapMode_Clamp:
+    case aiTextureMapMode_Decal:
+        return tbTexture::WRAP_CLAMP;
+    case aiTextureMapMode_Mirror:
+        return tbTexture::WRAP_MIRROR;
+    default:
+        return tbTexture::WRAP_REPEAT;
+    }
+}
+
+bool isPixelCountSane(const aiTexture& image)
+{
+    return image.mWidth >= 1 && image.mWidth <= unsigned(tbTexture::MAX_SIZE) &&
+           image.mHeight <= unsigned(tbTexture::MAX_SIZE);
+}
+
+/// An image that the model carries: with a height it is pixels, without it is a file of as many bytes as its width.
+void embedImage(const aiTexture& image, tbTexture& texture)
+{
+    if (image.mHeight == 0)
+    {
+        if (image.mWidth <= unsigned(std::numeric_limits<int>::max()))
+            texture.setImageFile(
+                image.pcData, int(image.mWidth),
+                {image.achFormatHint, strnlen(image.achFormatHint, sizeof(image.achFormatHint))});
+        return;
+    }
+    if (!isPixelCountSane(image))
+        return;
+    const std::size_t count = std::size_t(image.mWidth) * image.mHeight;
+    std::vector<unsigned char> rgba(count * 4);
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        const aiTexel& texel = image.pcData[i];
+        const unsigned char pixel[] = {texel.r, texel.g, texel.b, texel.a};
+        std::memcpy(&rgba[i * 4], pixel, 4);
+    }
+    texture.setPixels(int(image.mWidth), int(image.mHeight), rgba.data());
+}
+
+void addTexture(const aiScene& scene, const aiMaterial& source, tbStyle& style)
+{
+    aiTextureType type = aiTextureType_DIFFUSE;
+    if (source.GetTextureCount(type) == 0)
+        type = aiTextureType_BASE_COLOR;
+    aiString path;
+    if (source.GetTexture(type, 0, &path) != AI_SUCCESS || path.length == 0)
+        return;
+    tbRef<tbTexture> texture = new tbTexture;
+    if (const aiTexture* image = scene.GetEmbeddedTexture(path.C_Str()))
+        embedImage(*image, *texture);
+    else
+        texture->setFileName(path.C_Str());
+    int modeU = aiTextureMapMode_Wrap;
+    int modeV = aiTextureMapMode_Wrap;
+    source.Get(AI_MATKEY_MAPPINGMODE_U(type, 0), modeU);
+    source.Get(AI_MATKEY_MAPPINGMODE_V(type, 0), modeV);
+    texture->setWrap(toWrap(modeU), toWrap(modeV));
+    style.addTrait(static_cast<tbVisualTrait*>(texture.get()));
+}
+
+/// Additive materials and those that light passes through mix with what is behind them.
+void addBlend(const aiMaterial& source, float opacity, tbStyle& style)
+{
+    int function = aiBlendMode_Default;
+    source.Get(AI_MATKEY_BLEND_FUNC, function);
+    aiString mode;
+    const bool saysBlend =
+        source.Get(AI_MATKEY_GLTF_ALPHAMODE, mode) == AI_SUCCESS && std::strcmp(mode.C_Str(), "BLEND") == 0;
+    const bool isAdditive = function == aiBlendMode_Additive;
+    if (!saysBlend && !isAdditive && opacity >= 1.0f)
+        return;
+    tbRef<tbBlend> blend = new tbBlend;
+    blend->enable(true);
+    if (isAdditive)
+        blend->setFactors(tbBlend::SRC_ALPHA, tbBlend::ONE);
+    style.addTrait(static_cast<tbVisualTrait*>(blend.get()));
+}
+
+void addFaceCull(const aiMaterial& source, tbStyle& style)
+{
+    int twoSided = 0;
+    if (source.Get(AI_MATKEY_TWOSIDED, twoSided) != AI_SUCCESS)
+        return;
+    tbRef<tbFaceCull> cull = new tbFaceCull;
+    cull->setFace(twoSided != 0 ? tbFaceCull::CULL_NONE : tbFaceCull::CULL_BACK);
+    style.addTrait(static_cast<tbVisualTrait*>(cull.get()));
+}
+} // namespace
+
+void tbiConvertMaterial(const aiScene& scene, const aiMaterial& source, tbStyle& style)
+{
+    tbRef<tbMaterial> material = new tbMaterial;
+    float opacity = 1.0f;
+    convertColors(source, *material, opacity);
+    aiString name;
+    if (source.Get(AI_MATKEY_NAME, name) == AI_SUCCESS && name.length > 0)
+        material->setName(name.C_Str());
+    style.addTrait(static_cast<tbVisualTrait*>(material.get()));
+    addTexture(scene, source, style);
+    addBlend(source, opacity, style);
+    addFaceCull(source, style);
+}

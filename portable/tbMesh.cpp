@@ -1,0 +1,265 @@
+#include "tbMesh.h"
+
+#include <tamber/io/tbFile.h>
+#include <tamber/math/tbMatrix.h>
+#include <tamber/render/tbVertexArray.h>
+#include <tamber/trav/tbTravContext.h>
+
+#include "tbiSharedBlock.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <utility>
+
+TB_DEFINE_NODE_CLASS(tbMesh, tbGeometry)
+
+namespace
+{
+constexpr std::size_t INDEX_SIZE = sizeof(unsigned int);
+
+bool areIndicesBelow(const unsigned int* indices, int count, int numVertices)
+{
+    return std::all_of(indices, indices + count,
+                       [numVertices](unsigned int index) { return index < unsigned(numVertices); });
+}
+
+int countVertices(const tbVertexArray* vertices)
+{
+    return vertices ? vertices->getNum() : 0;
+}
+
+/// Visits the positions in use: those that are named by an index, or all when there are no indices. Positions that
+/// are not finite have no place in any bounds and are passed over.
+template <class Visit>
+void forEachPosition(const tbVertexArray& vertices, const unsigned int* indices, int numIndices, Visit visit)
+{
+    const auto* data = static_cast<const unsigned char*>(vertices.getData());
+    const auto stride = std::size_t(vertices.getVertexSize());
+    const int count = indices ? numIndices : vertices.getNum();
+    for (int i = 0; i < count; ++i)
+    {
+        float xyz[3];
+        std::memcpy(xyz, data + (indices ? indices[i] : unsigned(i)) * stride, sizeof(xyz));
+        if (std::isfinite(xyz[0]) && std::isfinite(xyz[1]) && std::isfinite(xyz[2]))
+            visit(tbVec3(xyz[0], xyz[1], xyz[2]));
+    }
+}
+} // namespace
+
+tbMesh::tbMesh()
+{
+    initInstance();
+}
+
+tbMesh::tbMesh(const tbMesh& other) : tbGeometry(other)
+{
+    initInstance();
+    share(other);
+}
+
+tbMesh& tbMesh::operator=(const tbMesh& other)
+{
+    if (this == &other)
+        return *this;
+    tbGeometry::operator=(other);
+    share(other);
+    dirtyUp(TF_GEOMETRY | TF_FENCE);
+    return *this;
+}
+
+tbMesh::~tbMesh()
+{
+    deleteInstance();
+    replaceVertices(nullptr);
+    replaceIndices(nullptr);
+}
+
+bool tbMesh::set(PRIMITIVE kind, tbVertexArray* vertices, const unsigned int* indexData, int numIndices)
+{
+    if (kind < POINTS || kind > TRIANGLES || numIndices < 0 || numIndices % verticesOf(kind) != 0)
+        return false;
+    if (numIndices > 0 && (!indexData || !areIndicesBelow(indexData, numIndices, countVertices(vertices))))
+        return false;
+    tbiSharedBlock* block = nullptr;
+    if (numIndices > 0 && !(block = tbiSharedBlock::create(indexData, std::size_t(numIndices) * INDEX_SIZE)))
+        return false;
+    primitive = kind;
+    replaceVertices(vertices);
+    replaceIndices(block);
+    changed();
+    return true;
+}
+
+bool tbMesh::setIndices(PRIMITIVE kind, const unsigned int* indexData, int numIndices)
+{
+    return set(kind, vertexArray, indexData, numIndices);
+}
+
+bool tbMesh::setVertexArray(tbVertexArray* vertices)
+{
+    if (indices && !areIndicesBelow(getIndices(), getNumIndices(), countVertices(vertices)))
+        return false;
+    replaceVertices(vertices);
+    changed();
+    return true;
+}
+
+void tbMesh::changed()
+{
+    updateBounds();
+    dirtyUp(TF_GEOMETRY | TF_FENCE);
+}
+
+std::size_t tbMesh::getIndexSize() const
+{
+    return indices ? indices->getSize() : 0;
+}
+
+int tbMesh::getNumPrimitives() const
+{
+    return (indices ? getNumIndices() : countVertices(vertexArray)) / verticesOf(primitive);
+}
+
+int tbMesh::getNumIndices() const
+{
+    return int(getIndexSize() / INDEX_SIZE);
+}
+
+const unsigned int* tbMesh::getIndices() const
+{
+    return indices ? static_cast<const unsigned int*>(indices->getData()) : nullptr;
+}
+
+tbBase* tbMesh::createCopy() const
+{
+    return new tbMesh(*this);
+}
+
+tbGroup* tbMesh::copyGroup() const
+{
+    auto* made = new tbMesh;
+    addGroupMapping(this, made);
+    made->share(*this);
+    if (vertexArray)
+        made->replaceVertices(new tbVertexArray(*vertexArray));
+    if (indices)
+        made->replaceIndices(tbiSharedBlock::create(indices->getData(), indices->getSize()));
+    made->copy(*this);
+    return made;
+}
+
+tbGroup* tbMesh::cloneGroup() const
+{
+    auto* made = new tbMesh;
+    addGroupMapping(this, made);
+    made->share(*this);
+    made->clone(*this);
+    return made;
+}
+
+tbEntry* tbMesh::write(tbFile* file, tbEntry* entry) const
+{
+    tbEntry* created = tbGeometry::write(file, entry);
+    tbEntry* target = entry ? entry : created;
+    if (!target)
+        return nullptr;
+    target->writeInt(primitive);
+    if (vertexArray)
+        vertexArray->writeRef(file, target);
+    else
+        target->writeInt(-1);
+    target->writeInt(getNumIndices());
+    static_assert(sizeof(int) == INDEX_SIZE);
+    if (indices)
+        target->writeInts(static_cast<const int*>(indices->getData()), getNumIndices());
+    return created;
+}
+
+tbEntry* tbMesh::read(tbFile* file, tbEntry* entry)
+{
+    entry = tbGeometry::read(file, entry);
+    if (!entry)
+        return nullptr;
+    const auto kind = PRIMITIVE(entry->readInt());
+    tbVertexArray* vertices = tbVertexArray::readRef(file, entry);
+    const int count = entry->readCount(int(INDEX_SIZE));
+    if (entry->hasFailed())
+        return nullptr;
+    auto* indexData = static_cast<unsigned int*>(tbMemory::malloc(std::size_t(count) * INDEX_SIZE + 1));
+    if (indexData)
+    {
+        entry->readInts(reinterpret_cast<int*>(indexData), count);
+        // The flags that were read stand: a mesh from a file is not changed.
+        const unsigned flags = getTravFlags();
+        if (!set(kind, vertices, indexData, count))
+            entry->fail("indices name vertices of the mesh, in whole primitives");
+        setTravFlags(flags);
+        tbMemory::free(indexData);
+    }
+    return indexData && !entry->hasFailed() ? entry : nullptr;
+}
+
+void tbMesh::updateFences(tbTravContext* context)
+{
+    tbGeometry::updateFences(context);
+    tbVolume* volume = context->getVolume();
+    if (!volume || sphere.isEmpty())
+        return;
+    if (volume->getType() == tbVolume::BOX)
+    {
+        tbBox placed;
+        placed.xform(box, context->getMatrix());
+        volume->extendAround(placed);
+    }
+    else
+    {
+        tbSphere placed;
+        placed.xform(sphere, context->getMatrix());
+        volume->extendAround(placed);
+    }
+}
+
+void tbMesh::share(const tbMesh& other)
+{
+    primitive = other.primitive;
+    replaceVertices(other.vertexArray);
+    if (other.indices)
+        other.indices->ref();
+    replaceIndices(other.indices);
+    sphere = other.sphere;
+    box = other.box;
+}
+
+void tbMesh::replaceVertices(tbVertexArray* vertices)
+{
+    if (vertices)
+        vertices->ref();
+    if (tbVertexArray* old = std::exchange(vertexArray, vertices))
+        old->unRef();
+}
+
+/// Takes over the caller's reference on `block`.
+void tbMesh::replaceIndices(tbiSharedBlock* block)
+{
+    if (tbiSharedBlock* old = std::exchange(indices, block))
+        old->unRef();
+}
+
+void tbMesh::updateBounds()
+{
+    box.makeEmpty();
+    sphere.makeEmpty();
+    if (!vertexArray)
+        return;
+    forEachPosition(*vertexArray, getIndices(), getNumIndices(),
+                    [this](const tbVec3& p) { box.extendAround(p); });
+    if (box.isEmpty())
+        return;
+    tbVec3 center;
+    box.getCenter(center);
+    float sqrRadius = 0.0f;
+    forEachPosition(*vertexArray, getIndices(), getNumIndices(),
+                    [&](const tbVec3& p) { sqrRadius = std::max(sqrRadius, center.sqrDistance(p)); });
+    sphere = tbSphere(center, std::sqrt(sqrRadius));
+}
