@@ -1,0 +1,152 @@
+// What a node pushes on the context of a walk, popped when the scope ends, however the node's function returns.
+// A walk that was stopped is to leave its state behind: the node calls leave() on its scopes then.
+#pragma once
+
+#include <tamber/containers/tbList.h>
+#include <tamber/trav/tbTraitStack.h>
+#include <tamber/trav/tbTravContext.h>
+
+class tbiScope
+{
+public:
+    tbiScope(const tbiScope&) = delete;
+    tbiScope& operator=(const tbiScope&) = delete;
+
+    /// Nothing is popped at the end.
+    void leave() { context = nullptr; }
+
+protected:
+    explicit tbiScope(tbTravContext* walk) : context(walk) {}
+    ~tbiScope() = default;
+
+    tbTravContext* context; // null when there is nothing to pop
+};
+
+/// A node's matrix on the matrix stack; the identity is not pushed.
+class tbiMatrixScope : public tbiScope
+{
+public:
+    tbiMatrixScope(tbTravContext* walk, const tbMatrix& matrix)
+        : tbiScope((matrix.getType() & tbMatrix::MATRIX_IDENT) != 0 ? nullptr : walk)
+    {
+        if (context)
+            context->pushMultMatrix(matrix);
+    }
+    ~tbiMatrixScope()
+    {
+        if (context)
+            context->popMatrix();
+    }
+};
+
+/// A frame of its own: the identity on the matrix stack.
+class tbiIdentScope : public tbiScope
+{
+public:
+    explicit tbiIdentScope(tbTravContext* walk) : tbiScope(walk) { context->pushIdentMatrix(); }
+    ~tbiIdentScope()
+    {
+        if (context)
+            context->popMatrix();
+    }
+};
+
+/// A node's matrix on the matrix stack and the inverse of the new top on the inverse stack; the identity is not
+/// pushed.
+class tbiFrameScope : public tbiScope
+{
+public:
+    tbiFrameScope(tbTravContext* walk, const tbMatrix& matrix)
+        : tbiScope((matrix.getType() & tbMatrix::MATRIX_IDENT) != 0 ? nullptr : walk)
+    {
+        if (!context)
+            return;
+        context->pushMultMatrix(matrix);
+        tbMatrix inverse(tbTravContext::ident);
+        inverse.invert(context->getMatrix());
+        context->pushInvertMatrix(inverse);
+    }
+    ~tbiFrameScope()
+    {
+        if (!context)
+            return;
+        context->popInvertMatrix();
+        context->popMatrix();
+    }
+    bool isPushed() const { return context != nullptr; }
+};
+
+/// The volume that nodes below extend.
+class tbiVolumeScope : public tbiScope
+{
+public:
+    tbiVolumeScope(tbTravContext* walk, tbVolume* volume) : tbiScope(walk) { context->pushVolume(volume); }
+    ~tbiVolumeScope()
+    {
+        if (context)
+            context->popVolume();
+    }
+};
+
+/// What is known of the subtree against the view volume.
+class tbiCullScope : public tbiScope
+{
+public:
+    tbiCullScope(tbTravContext* walk, tbVolume::CONTAINMENT result) : tbiScope(walk)
+    {
+        context->pushCullResult(result);
+    }
+    ~tbiCullScope()
+    {
+        if (context)
+            context->popCullResult();
+    }
+};
+
+/// A place of its own for the rays that miss the subtree.
+class tbiFailedRayScope : public tbiScope
+{
+public:
+    explicit tbiFailedRayScope(tbTravContext* walk) : tbiScope(walk) { context->pushFailedRayMask(); }
+    ~tbiFailedRayScope()
+    {
+        if (context)
+            context->popFailedRayMask();
+    }
+};
+
+/// A group on the path.
+class tbiGroupScope : public tbiScope
+{
+public:
+    tbiGroupScope(tbTravContext* walk, const tbGroup* group) : tbiScope(walk) { context->pushGroup(group); }
+    ~tbiGroupScope()
+    {
+        if (context)
+            context->popGroup();
+    }
+};
+
+/// Traits in list order, popped in reverse. Nothing happens on a context without a trait stack.
+template <class Trait>
+class tbiTraitScope : public tbiScope
+{
+public:
+    tbiTraitScope(tbTravContext* walk, const tbTList<Trait*>& list) : tbiScope(walk), traits(list)
+    {
+        if (tbTraitStack* stack = walk->getTraitStack())
+            for (Trait* trait : traits)
+                stack->pushTrait(trait, walk);
+    }
+    ~tbiTraitScope()
+    {
+        if (!context)
+            return;
+        if (tbTraitStack* stack = context->getTraitStack())
+            for (int i = traits.getNum() - 1; i >= 0; --i)
+                stack->popTrait(traits[i], context);
+    }
+
+private:
+    const tbTList<Trait*>& traits;
+};
