@@ -26,8 +26,19 @@ function(tamber_add_module target)
   set_target_properties(${target} PROPERTIES PREFIX "")
   target_include_directories(${target} PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>")
   target_link_libraries(${target} PUBLIC tbKernel PRIVATE tamber_warnings ${arg_LIBRARIES})
+  set_property(GLOBAL APPEND PROPERTY TAMBER_MODULES ${target})
   install(TARGETS ${target} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
           LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/tamber ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+endfunction()
+
+# What loads modules at run time is built after them.
+function(tamber_loads_modules)
+  get_property(modules GLOBAL PROPERTY TAMBER_MODULES)
+  foreach(target IN LISTS ARGN)
+    if(TARGET ${target} AND modules)
+      add_dependencies(${target} ${modules})
+    endif()
+  endforeach()
 endfunction()
 
 # Says in one line why a part of the build is left out.

@@ -1,4 +1,4 @@
-# GoogleTest, and how test programs are run.
+# GoogleTest, and how test programs are run. There is no target gtest where GoogleTest was not found.
 
 if(EXISTS /usr/src/googletest/googletest/CMakeLists.txt)
   set(gtest_disable_pthreads OFF)
@@ -6,7 +6,10 @@ if(EXISTS /usr/src/googletest/googletest/CMakeLists.txt)
   set(CMAKE_POLICY_DEFAULT_CMP0077 NEW)
   add_subdirectory(/usr/src/googletest/googletest "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL)
 else()
-  find_package(GTest REQUIRED)
+  find_package(GTest QUIET)
+  if(NOT GTest_FOUND)
+    return()
+  endif()
   add_library(gtest ALIAS GTest::gtest)
 endif()
 
@@ -26,18 +29,21 @@ function(tamber_test_environment environment directory name)
   set(${environment} "TAMBER_SETTINGS=${folder}/settings.ini;TAMBER_TEST_DIR=${folder}" PARENT_SCOPE)
 endfunction()
 
-# tamber_add_test(<target> [SHARDS n] [ARGS ...]): runs a program, GoogleTest's split over n processes.
+# tamber_add_test(<target> [NAME name] [SHARDS n] [ARGS ...]): runs a program, GoogleTest's split over n processes.
 function(tamber_add_test target)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "SHARDS" "ARGS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "NAME;SHARDS" "ARGS")
   if(NOT TAMBER_RUN_TESTS)
     return()
+  endif()
+  if(NOT arg_NAME)
+    set(arg_NAME ${target})
   endif()
   if(NOT arg_SHARDS)
     set(arg_SHARDS 1)
   endif()
   math(EXPR last "${arg_SHARDS} - 1")
   foreach(shard RANGE ${last})
-    set(name ${target})
+    set(name ${arg_NAME})
     if(arg_SHARDS GREATER 1)
       math(EXPR number "${shard} + 1")
       string(APPEND name ".${number}")
