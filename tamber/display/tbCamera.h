@@ -55,7 +55,7 @@ public:
     virtual void setViewport(int left, int right, int bottom, int top);
     /// As fractions of the window, each cut to [0, 1].
     virtual void setViewport(float left, float right, float bottom, float top);
-    /// Brings the viewport to the device when it has changed.
+    /// Brings the viewport to the device.
     virtual void applyViewport() = 0;
     /// Brings the viewport to the render context of the window, when there are both.
     virtual void applyWindowViewport();
