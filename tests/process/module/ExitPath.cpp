@@ -39,7 +39,7 @@ void runThread()
 {
     auto* thread = new tbThread;
     thread->ref();
-    tbGetAppThread()->attachDownstreamThread(thread);
+    tbGetAppThread()->addDownstreamThread(thread);
     thread->run();
 }
 
