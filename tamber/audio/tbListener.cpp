@@ -17,7 +17,7 @@ tbTravContext* makeContext()
 {
     auto* context = new tbTravContext;
     context->ref();
-    constexpr auto kinds = tbTraitStack::STACK_TYPES(tbTraitStack::AUDIO_STACK | tbTraitStack::TRAV_STACK);
+    constexpr auto kinds = tbTraitStack::AUDIO_STACK | tbTraitStack::TRAV_STACK;
     context->setTraitStack(new tbTraitStack(kinds, true));
     return context;
 }
@@ -59,9 +59,12 @@ tbListener::tbListener() : position(0, 0, 0), orientation(0, 0, 0), travContext(
     matrix.makeIdent();
 }
 
-tbListener::tbListener(const tbListener& other) :
-    tbBase(other), matrix(other.matrix), position(other.position), orientation(other.orientation),
-    travContext(makeContext())
+tbListener::tbListener(const tbListener& other)
+    : tbBase(other),
+      matrix(other.matrix),
+      position(other.position),
+      orientation(other.orientation),
+      travContext(makeContext())
 {
     initInstance();
     holdAll(audioTraits, other.audioTraits);
@@ -94,13 +97,25 @@ tbListener::~tbListener()
 
 void tbListener::loadSounds() {}
 
-void tbListener::addTrait(tbTravTrait* trait) { hold(travTraits, trait); }
+void tbListener::addTrait(tbTravTrait* trait)
+{
+    hold(travTraits, trait);
+}
 
-void tbListener::addTrait(tbAudioTrait* trait) { hold(audioTraits, trait); }
+void tbListener::addTrait(tbAudioTrait* trait)
+{
+    hold(audioTraits, trait);
+}
 
-void tbListener::removeTrait(tbTravTrait* trait) { letGo(travTraits, trait); }
+void tbListener::removeTrait(tbTravTrait* trait)
+{
+    letGo(travTraits, trait);
+}
 
-void tbListener::removeTrait(tbAudioTrait* trait) { letGo(audioTraits, trait); }
+void tbListener::removeTrait(tbAudioTrait* trait)
+{
+    letGo(audioTraits, trait);
+}
 
 void tbListener::setTravContext(tbTravContext* context)
 {
@@ -118,7 +133,7 @@ void tbListener::applyTraits()
         return;
     for (tbTravTrait* trait : travTraits)
         stack->pushTrait(trait, travContext);
-    if (travContext->anyFlags(tbTravContext::FLAG_PRUNE))
+    if (travContext->anyFlags(tbTravContext::PRUNE))
         return;
     for (tbAudioTrait* trait : audioTraits)
         stack->pushTrait(trait, travContext);
@@ -130,7 +145,10 @@ void tbListener::setXYZ(const tbVec3& where)
     matrix.setXYZ(where[0], where[1], where[2]);
 }
 
-void tbListener::setXYZ(float x, float y, float z) { setXYZ(tbVec3(x, y, z)); }
+void tbListener::setXYZ(float x, float y, float z)
+{
+    setXYZ(tbVec3(x, y, z));
+}
 
 void tbListener::setHPR(const tbVec3& hpr)
 {
@@ -138,7 +156,10 @@ void tbListener::setHPR(const tbVec3& hpr)
     matrix.setHPR(hpr[0], hpr[1], hpr[2]);
 }
 
-void tbListener::setHPR(float heading, float pitch, float roll) { setHPR(tbVec3(heading, pitch, roll)); }
+void tbListener::setHPR(float heading, float pitch, float roll)
+{
+    setHPR(tbVec3(heading, pitch, roll));
+}
 
 void tbListener::setMatrix(const tbMatrix& placement)
 {
@@ -149,34 +170,82 @@ void tbListener::setMatrix(const tbMatrix& placement)
 
 // What a listener without a device answers.
 void tbListener::setWave(const char*) {}
-const char* tbListener::getWave() const { return nullptr; }
+const char* tbListener::getWave() const
+{
+    return nullptr;
+}
 void tbListener::enableLooping(bool) {}
-bool tbListener::isLoopingEnabled() const { return false; }
+bool tbListener::isLoopingEnabled() const
+{
+    return false;
+}
 void tbListener::setMinDistance(float) {}
-float tbListener::getMinDistance() const { return 0.0f; }
+float tbListener::getMinDistance() const
+{
+    return 0.0f;
+}
 void tbListener::setMaxDistance(float) {}
-float tbListener::getMaxDistance() const { return 0.0f; }
+float tbListener::getMaxDistance() const
+{
+    return 0.0f;
+}
 void tbListener::setPriority(float) {}
-float tbListener::getPriority() const { return 1.0f; }
+float tbListener::getPriority() const
+{
+    return 1.0f;
+}
 void tbListener::setPriorityScale(float) {}
-float tbListener::getPriorityScale() const { return 1.0f; }
+float tbListener::getPriorityScale() const
+{
+    return 1.0f;
+}
 void tbListener::setAudioLevel(float) {}
-float tbListener::getAudioLevel() const { return 1.0f; }
+float tbListener::getAudioLevel() const
+{
+    return 1.0f;
+}
 void tbListener::setAudioLevelScale(float) {}
-float tbListener::getAudioLevelScale() const { return 1.0f; }
+float tbListener::getAudioLevelScale() const
+{
+    return 1.0f;
+}
 void tbListener::setPan(float) {}
-float tbListener::getPan() const { return 0.0f; }
+float tbListener::getPan() const
+{
+    return 0.0f;
+}
 void tbListener::setPitch(float) {}
-float tbListener::getPitch() const { return 1.0f; }
+float tbListener::getPitch() const
+{
+    return 1.0f;
+}
 void tbListener::enableDoppler(bool) {}
-bool tbListener::isDopplerEnabled() const { return false; }
+bool tbListener::isDopplerEnabled() const
+{
+    return false;
+}
 
-void* tbListener::getEmitterData(const tbEmitter* emitter) { return emitter->emitterData; }
+void* tbListener::getEmitterData(const tbEmitter* emitter)
+{
+    return emitter->emitterData;
+}
 
-void tbListener::setEmitterData(tbEmitter* emitter, void* data) { emitter->emitterData = data; }
+void tbListener::setEmitterData(tbEmitter* emitter, void* data)
+{
+    emitter->emitterData = data;
+}
 
-unsigned int tbListener::getEmitterFlags(const tbEmitter* emitter) { return emitter->emitterFlags; }
+unsigned int tbListener::getEmitterFlags(const tbEmitter* emitter)
+{
+    return emitter->emitterFlags;
+}
 
-bool tbListener::hasBeenUpdated(tbEmitter* emitter) { return emitter->hasBeenUpdated(); }
+bool tbListener::hasBeenUpdated(tbEmitter* emitter)
+{
+    return emitter->hasBeenUpdated();
+}
 
-void tbListener::hasStopped(tbEmitter* emitter) { emitter->hasStopped(); }
+void tbListener::hasStopped(tbEmitter* emitter)
+{
+    emitter->hasStopped();
+}

@@ -279,7 +279,7 @@ Enum readEnum(tbEntry* entry)
 
 } // namespace
 
-bool tbIterator::read(tbEntry* entry)
+bool tbIterator::read(tbEntry* entry, int wantedItems)
 {
     paused = entry->readByte() != 0;
     cycle = readEnum<CYCLE>(entry);
@@ -297,8 +297,23 @@ bool tbIterator::read(tbEntry* entry)
     const int numFrames = entry->readCount(int(sizeof(int)));
     if (numFrames > 0 && itemFrameCounts.grow(numFrames))
         entry->readInts(itemFrameCounts.values, numFrames);
-    // Setting the number of items gives each of them a value, so there are never more items than values.
-    numItems = std::clamp(entry->readInt(), 0, std::max(itemTimes.capacity, itemFrameCounts.capacity));
+    const int storedItems = entry->readInt();
+    if (wantedItems >= 0)
+        takeItems(wantedItems);
+    else // setting the number of items gives each a value, so there are never more items than values
+        numItems = std::clamp(storedItems, 0, std::max(itemTimes.capacity, itemFrameCounts.capacity));
     currentItem = item >= 0 && item < numItems ? item : -1;
     return !entry->hasFailed();
+}
+
+// Goes over to `n` items and keeps the values that are there.
+void tbIterator::takeItems(int n)
+{
+    const int times = itemTimes.capacity;
+    const int frames = itemFrameCounts.capacity;
+    numItems = n;
+    if (mode == MODE_FRAMES && itemFrameCounts.grow(n))
+        std::fill(itemFrameCounts.values + std::min(frames, n), itemFrameCounts.values + n, itemFrames);
+    if (mode != MODE_FRAMES && itemTimes.grow(n))
+        std::fill(itemTimes.values + std::min(times, n), itemTimes.values + n, itemTime);
 }

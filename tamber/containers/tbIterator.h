@@ -71,8 +71,9 @@ public:
     int update();
 
     void write(tbEntry* entry) const;
-    /// False when the entry does not hold a whole iterator.
-    bool read(tbEntry* entry);
+    /// False when the entry does not hold a whole iterator. With `wantedItems` of 0 or more the iterator goes over so
+    /// many items, whatever the entry says; values that are missing are filled in.
+    bool read(tbEntry* entry, int wantedItems = -1);
 
 private:
     // Values per item; grows and never shrinks.
@@ -93,6 +94,7 @@ private:
     bool stepByTime();
     bool stepByFrames();
     bool applyCycle();
+    void takeItems(int n);
     int stepsPerRound() const;
     float withoutWholeRounds(float time) const;
 

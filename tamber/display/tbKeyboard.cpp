@@ -9,9 +9,15 @@ constexpr int NUM_EVENTS = 50;
 
 } // namespace
 
-tbKeyboard::tbKeyboard() : tbQueue(int(sizeof(tbKeyboardData)), NUM_EVENTS) { initInstance(); }
+tbKeyboard::tbKeyboard() : tbQueue(int(sizeof(tbKeyboardData)), NUM_EVENTS)
+{
+    initInstance();
+}
 
-tbKeyboard::~tbKeyboard() { deleteInstance(); }
+tbKeyboard::~tbKeyboard()
+{
+    deleteInstance();
+}
 
 bool tbKeyboard::set(tbWindow* window, int key, int code, bool down)
 {
@@ -21,8 +27,17 @@ bool tbKeyboard::set(tbWindow* window, int key, int code, bool down)
     return put(&event);
 }
 
-bool tbKeyboard::sample(tbKeyboardData& data) const { return tbQueue::sample(&data); }
+bool tbKeyboard::sample(tbKeyboardData& data) const
+{
+    return tbQueue::sample(&data);
+}
 
-int tbKeyboard::test() const { return getNum(true); }
+int tbKeyboard::test() const
+{
+    return getNum(true);
+}
 
-void tbKeyboard::collectKeyUpEvents(bool collect) { collectsKeyUps = collect; }
+void tbKeyboard::collectKeyUpEvents(bool collect)
+{
+    collectsKeyUps = collect;
+}

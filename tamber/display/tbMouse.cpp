@@ -20,9 +20,15 @@ float normalised(int coordinate, int size)
 
 } // namespace
 
-tbMouse::tbMouse() : tbQueue(int(sizeof(tbMouseData)), NUM_EVENTS) { initInstance(); }
+tbMouse::tbMouse() : tbQueue(int(sizeof(tbMouseData)), NUM_EVENTS)
+{
+    initInstance();
+}
 
-tbMouse::~tbMouse() { deleteInstance(); }
+tbMouse::~tbMouse()
+{
+    deleteInstance();
+}
 
 bool tbMouse::set(tbWindow* window, int x, int y, unsigned int buttons)
 {
@@ -53,4 +59,7 @@ bool tbMouse::sample(tbMouseData& data, tbCamera* camera) const
     return left <= data.x && data.x <= right && bottom <= data.y && data.y <= top;
 }
 
-bool tbMouse::test() const { return getCount() > 0; }
+bool tbMouse::test() const
+{
+    return getCount() > 0;
+}

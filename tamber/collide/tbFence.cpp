@@ -1,0 +1,190 @@
+#include <tamber/collide/tbFence.h>
+
+#include <tamber/collide/tbCollider.h>
+#include <tamber/collide/tbiCarried.h>
+#include <tamber/display/tbCamera.h>
+#include <tamber/graph/tbGroupType.h>
+#include <tamber/io/tbEntry.h>
+#include <tamber/trav/tbTravContext.h>
+#include <tamber/volume/tbFrustum.h>
+
+#include <memory>
+
+TB_DEFINE_ABSTRACT_NODE_CLASS(tbFence, tbGroup)
+
+namespace
+{
+
+// Every change below but a shared instance alone may change bounds.
+constexpr unsigned CHANGES_BOUNDS = 0xF7;
+
+} // namespace
+
+tbFence::tbFence()
+{
+    initInstance();
+    addTravFlags(TF_FENCE);
+}
+
+tbFence::tbFence(const tbFence& other) : tbGroup(other), mode(other.mode)
+{
+    initInstance();
+    addTravFlags(TF_FENCE);
+}
+
+tbFence::tbFence(const tbFence& other, Disposable disposable) : tbGroup(other, disposable), mode(other.mode)
+{
+}
+
+tbFence& tbFence::operator=(const tbFence& other)
+{
+    tbGroup::operator=(other);
+    mode = other.mode;
+    return *this;
+}
+
+tbFence::~tbFence()
+{
+    deleteInstance();
+}
+
+void tbFence::copy(const tbFence& other)
+{
+    mode = other.mode;
+    tbGroup::copy(other);
+    dirtyUp(TF_FENCE);
+}
+
+void tbFence::clone(const tbFence& other)
+{
+    mode = other.mode;
+    tbGroup::clone(other);
+    dirtyUp(TF_FENCE);
+}
+
+void tbFence::setMode(MODE wanted)
+{
+    const bool wasFixed = mode == FIXED;
+    mode = wanted;
+    if (wasFixed && wanted == AUTO)
+        dirtyUp(TF_FENCE);
+}
+
+void tbFence::addedTo(tbGroup* parent)
+{
+    addTravFlags(TF_FENCE);
+    tbGroup::addedTo(parent);
+}
+
+void tbFence::removedFrom(tbGroup* parent)
+{
+    addTravFlags(TF_FENCE);
+    tbGroup::removedFrom(parent);
+}
+
+void tbFence::dirtyUp(unsigned bits)
+{
+    if ((bits & CHANGES_BOUNDS) != 0)
+        bits |= TF_FENCE;
+    tbGroup::dirtyUp(bits);
+}
+
+void tbFence::updateFences(tbTravContext* context)
+{
+    if (anyTravFlags(TF_FENCE))
+        rebuild(context);
+    if (tbVolume* enclosing = context->getVolume())
+        tbiWithCarried(*getVolume(), context->getMatrix(),
+                       [enclosing](const tbVolume& carried) { enclosing->extendAround(carried); });
+}
+
+// A fixed fence keeps its volume, but what lies below it is brought up to date all the same, into a volume that
+// nobody asks for.
+void tbFence::rebuild(tbTravContext* context)
+{
+    const std::unique_ptr<tbVolume> unused(mode == FIXED ? getVolume()->createCopy() : nullptr);
+    tbVolume* target = mode == FIXED ? unused.get() : getVolume();
+    if (!target)
+        return;
+    target->makeEmpty();
+    context->pushVolume(target);
+    context->pushIdentMatrix();
+    tbGroup::updateFences(context);
+    context->popMatrix();
+    context->popVolume();
+}
+
+void tbFence::apply(tbCollider* collider) const
+{
+    tbTravContext* context = collider->getTravContext();
+    if (!context->anyFlags(tbTravContext::COLLIDE_FENCES))
+    {
+        tbGroup::apply(collider);
+        return;
+    }
+    switch (context->getCullResult())
+    {
+    case tbVolume::OUTSIDE:
+        return;
+    case tbVolume::INSIDE:
+        tbGroup::apply(collider);
+        return;
+    default:
+        break;
+    }
+    // Rays that fail below are tried again beside this fence.
+    context->pushFailedRayMask();
+    const tbVolume::CONTAINMENT found = collider->intersects(this);
+    if (found == tbVolume::INSIDE)
+        context->pushCullResult(tbVolume::INSIDE);
+    if (found != tbVolume::OUTSIDE)
+        tbGroup::apply(collider);
+    if (found == tbVolume::INSIDE)
+        context->popCullResult();
+    context->popFailedRayMask();
+}
+
+void tbFence::apply(tbCamera* camera) const
+{
+    tbTravContext* context = camera->getTravContext();
+    if (!context->anyFlags(tbTravContext::CULL_FENCES))
+    {
+        tbGroup::apply(camera);
+        return;
+    }
+    const tbVolume::CONTAINMENT above = context->getCullResult();
+    const tbVolume::CONTAINMENT found = above == tbVolume::PARTIAL ? seenBy(camera) : above;
+    if (found == tbVolume::OUTSIDE)
+        return;
+    const bool newlyInside = found == tbVolume::INSIDE && above != tbVolume::INSIDE;
+    if (newlyInside)
+        context->pushCullResult(tbVolume::INSIDE);
+    tbGroup::apply(camera);
+    if (newlyInside)
+        context->popCullResult();
+}
+
+tbVolume::CONTAINMENT tbFence::seenBy(const tbCamera* camera) const
+{
+    const tbVolume& frustum = *camera->getFrustum();
+    tbVolume::CONTAINMENT found = tbVolume::OUTSIDE;
+    tbiWithCarried(*getVolume(), camera->getTravContext()->getMatrix(),
+                   [&](const tbVolume& carried) { found = frustum.contains(carried); });
+    return found;
+}
+
+tbEntry* tbFence::read(tbFile* file, tbEntry* entry)
+{
+    entry = tbGroup::read(file, entry);
+    if (entry)
+        mode = MODE(entry->readInt());
+    return entry;
+}
+
+tbEntry* tbFence::write(tbFile* file, tbEntry* entry) const
+{
+    entry = tbGroup::write(file, entry);
+    if (entry)
+        entry->writeInt(mode);
+    return entry;
+}

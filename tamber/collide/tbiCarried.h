@@ -1,0 +1,29 @@
+#pragma once
+
+#include <tamber/volume/tbBox.h>
+#include <tamber/volume/tbSphere.h>
+
+#include <memory>
+
+/// Calls `use` with a copy of `volume` that is carried by `m`, on the stack for the usual kinds.
+template <class Use>
+void tbiWithCarried(const tbVolume& volume, const tbMatrix& m, Use use)
+{
+    if (volume.getType() == tbVolume::SPHERE)
+    {
+        tbSphere sphere(static_cast<const tbSphere&>(volume));
+        sphere.tbSphere::xform(m);
+        use(sphere);
+    }
+    else if (volume.getType() == tbVolume::BOX)
+    {
+        tbBox box(static_cast<const tbBox&>(volume));
+        box.tbBox::xform(m);
+        use(box);
+    }
+    else if (const std::unique_ptr<tbVolume> copy{volume.createCopy()})
+    {
+        copy->xform(m);
+        use(*copy);
+    }
+}
