@@ -17,6 +17,15 @@ function(tamber_add_folders folder)
   endforeach()
 endfunction()
 
+# Keeps a shared library's exports to what is marked.
+function(tamber_limit_exports target)
+  if(UNIX AND NOT APPLE)
+    set(map "${tamber_SOURCE_DIR}/cmake/exports.map")
+    target_link_options(${target} PRIVATE "LINKER:--version-script=${map}")
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${map}")
+  endif()
+endfunction()
+
 # tamber_add_module(tbFooLoader SOURCES a.cpp b.cpp LIBRARIES foo::foo)
 # A module that the kernel loads at run time and that programs can link as well. Its file has the target's name
 # without "lib" before it. While its own sources are compiled, <target>_EXPORTS is defined.
@@ -24,6 +33,7 @@ function(tamber_add_module target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
   add_library(${target} SHARED ${arg_SOURCES})
   set_target_properties(${target} PROPERTIES PREFIX "")
+  tamber_limit_exports(${target})
   target_include_directories(${target} PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>")
   target_link_libraries(${target} PUBLIC tbKernel PRIVATE tamber_warnings ${arg_LIBRARIES})
   set_property(GLOBAL APPEND PROPERTY TAMBER_MODULES ${target})
