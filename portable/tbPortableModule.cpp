@@ -15,11 +15,11 @@ namespace
 class PortableModule final : public tbPlugIn
 {
 public:
-    PortableModule() : tbPlugIn("tbPortableKernel.dll")
+    PortableModule() : tbPlugIn(TB_PORTABLE_FILE)
     {
-        setName("Tamber portable classes");
-        setCompany("Tamber");
-        setRelease(1, 2, 0, nullptr);
+        setName("Portable classes");
+        setCompany("QRM");
+        setRelease(1, 2, 0, "Feb  3 1999");
         tbMesh::registerClass(this);
         tbMaterial::registerClass(this);
         tbTexture::registerClass(this);

@@ -34,11 +34,11 @@ std::string_view extensionOf(std::string_view name)
 class AssimpLoader final : public tbLoader
 {
 public:
-    AssimpLoader() : tbLoader("tbAssimpLoader.dll")
+    AssimpLoader() : tbLoader(TB_ASSIMP_FILE)
     {
-        setName("Tamber loader of foreign models");
-        setCompany("Tamber");
-        setRelease(1, 2, 0, nullptr);
+        setName("Loader of foreign models");
+        setCompany("QRM");
+        setRelease(1, 2, 0, "Feb  3 1999");
         // A saved model needs the classes of its objects, not the module that read its source.
         enableSaveWithFile(false);
         if (getNumExtensions() == 0)

@@ -1,0 +1,8 @@
+#include "../Terminal.h"
+
+#include <unistd.h>
+
+bool isErrorOnTerminal()
+{
+    return isatty(STDERR_FILENO) == 1;
+}
