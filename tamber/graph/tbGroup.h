@@ -161,8 +161,8 @@ protected:
     void addTravFlags(unsigned flags) { travFlags = std::uint16_t(travFlags | flags); }
     void removeTravFlags(unsigned flags) { travFlags = std::uint16_t(travFlags & ~flags); }
     /// The same operations for nodes of any class.
-    static void addTravFlags(tbGroup* node, unsigned flags) { node->addTravFlags(flags); }
-    static void dirtyUp(tbGroup* node, unsigned bits) { node->dirtyUp(bits); }
+    static void addTravFlagsTo(tbGroup* node, unsigned flags) { node->addTravFlags(flags); }
+    static void dirtyUpFrom(tbGroup* node, unsigned bits) { node->dirtyUp(bits); }
     /// Raises `bits` in every descendant reached through nodes that carry any bit of `mask`.
     static void dirtyDown(tbGroup* node, unsigned mask, unsigned bits);
 
@@ -183,17 +183,27 @@ private:
     static constexpr unsigned FLAGS_OF_COPY = 0x81FF;
     static constexpr unsigned DYING = 0xFFFFFFFF; // visit stamp of a group whose destructor has begun
 
+    enum class CopyKind
+    {
+        COPY,
+        CLONE
+    };
+
     void assign(const tbGroup& other);
-    tbGroup* findGroupRec(const char* name, const tbGroup* previous, bool& passed) const;
+    tbGroup* copyOfKind(CopyKind kind) const { return kind == CopyKind::COPY ? copyGroup() : cloneGroup(); }
+    void addCopiesOf(const tbGroup& other, CopyKind kind);
+    tbGroup* makeDeep(CopyKind kind) const;
     static void resolveGroup(tbGroup* node);
     static void emptyGroupMapping();
-    static void notifyAdded(tbGroup* node, tbGroup* parent);
-    void takeSlotOf(tbGroup* old, tbGroup* parent, bool keepOrder);
-    void splitFrom(tbGroup* parent);
+    tbGroup* findGroupRec(const char* name, const tbGroup* previous, bool& passed) const;
+    bool canAttach(const tbGroup* child) const;
+    bool letGo(tbGroup* child);
+    void yieldTo(tbGroup* node, tbGroup* parent, bool keepOrder);
+    void splitFromParents();
     bool isDying() const { return visitStamp == DYING; }
 
-    tbNodeList children;
-    tbNodeList parents;
+    tbNodeList children{tbNodeList::CHILDREN};
+    tbNodeList parents{tbNodeList::PARENTS};
     std::uint16_t travFlags = 0;
     std::uint16_t nodeFlags = NODE_CLONE;
     std::uint32_t visitStamp = 0;  // of the last notification that passed this node

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tamber/graph/tbTransform.h>
+#include <tamber/kernel/tbRef.h>
 
 class tbColliderMask;
 
@@ -46,11 +47,10 @@ protected:
 private:
     friend class tbLoader;
 
-    void makeColliderMask();
     void assign(const tbModel& other);
     void setFileName(const char* name);
 
     char* fileName = nullptr;
     bool enabled = true;
-    tbColliderMask* colliderMask = nullptr;
+    tbRef<tbColliderMask> colliderMask;
 };

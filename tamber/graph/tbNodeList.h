@@ -20,9 +20,16 @@ class TB_API tbNodeList
 public:
     static constexpr unsigned MAX_ENTRIES = 4'194'303;
 
-    tbNodeList() noexcept : single(nullptr) {}
+    enum KIND : unsigned
+    {
+        CHILDREN = 0,
+        PARENTS = 0x20000000
+    };
+
+    explicit tbNodeList(KIND kind) noexcept : single(nullptr), word(kind) {}
     tbNodeList(const tbNodeList&) = delete;
     tbNodeList& operator=(const tbNodeList&) = delete;
+    ~tbNodeList();
 
     int getNum() const noexcept { return int(word.load(std::memory_order_relaxed) & COUNT_MASK); }
     /// Not range checked.
@@ -39,12 +46,13 @@ private:
 
     tbGroup* const* entries() const
     {
-        unsigned w = word.load(std::memory_order_acquire);
+        const unsigned w = word.load(std::memory_order_acquire);
         if ((w & HAS_HOLES) != 0) [[unlikely]]
             closeHoles();
         return (w & IN_BLOCK) != 0 ? blockEntries() : &single;
     }
     inline tbGroup* const* blockEntries() const;
+    /// Safe on several threads at once.
     void closeHoles() const;
 
     union
@@ -52,8 +60,8 @@ private:
         tbGroup* single;
         tbiNodeBlock* block;
     };
-    std::atomic<unsigned> word{0}; // count, IN_BLOCK, HAS_HOLES
-    unsigned opposite = 0;         // of the single entry
+    mutable std::atomic<unsigned> word; // count, kind, IN_BLOCK, HAS_HOLES
+    unsigned opposite = 0;              // of the single entry
 };
 
 // Where a list's entries are when there is more than one: slots [first, first + count + holes) are in use, the
@@ -64,7 +72,6 @@ struct tbiNodeBlock
     unsigned first;
     unsigned holes;
     unsigned hint; // slot at which the last search for travel flags ended
-    const tbNodeList* owner;
 
     tbGroup** slots() { return reinterpret_cast<tbGroup**>(this + 1); }
     unsigned* opposites() { return reinterpret_cast<unsigned*>(slots() + capacity); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tamber/kernel/tbRef.h>
 #include <tamber/render/tbStyle.h>
 #include <tamber/volume/tbSphere.h>
 
@@ -37,10 +38,10 @@ public:
     tbScene(const tbScene& other);
     tbScene& operator=(const tbScene& other);
 
-    tbTravContext* getTravContext() const { return travContext; }
+    tbTravContext* getTravContext() const { return travContext.get(); }
     /// Triggered before and after each frame update, with the scene as initiator.
-    tbEvent* getPreUpdateEvent() const { return preUpdateEvent; }
-    tbEvent* getPostUpdateEvent() const { return postUpdateEvent; }
+    tbEvent* getPreUpdateEvent() const { return preUpdateEvent.get(); }
+    tbEvent* getPostUpdateEvent() const { return postUpdateEvent.get(); }
     /// Bounds of the whole scene, as of the last bounds pass.
     const tbSphere* getVolume() const { return &volume; }
     int getNumPlayingEmitters() const;
@@ -93,7 +94,7 @@ private:
 
     void initMembers();
     void boundsPass();
-    void treeUpdate();
+    bool isAccessFree() const;
     /// An emitter stands in the list once; a stranger is ignored on removal.
     void addPlayingEmitter(tbEmitter* emitter);
     void removePlayingEmitter(tbEmitter* emitter);
@@ -102,11 +103,12 @@ private:
 
     int queryCount = 0;
     bool editing = false;
-    tbLock* accessLock = nullptr;
-    tbSemaphore* modsSemaphore = nullptr;
-    tbTravContext* travContext = nullptr;
-    tbEvent* preUpdateEvent = nullptr;
-    tbEvent* postUpdateEvent = nullptr;
+    bool editorWaits = false; // an editor has given up its turn until the last query ends
+    tbRef<tbLock> accessLock;
+    tbRef<tbSemaphore> modsSemaphore; // whose turn it is to edit
+    tbRef<tbTravContext> travContext;
+    tbRef<tbEvent> preUpdateEvent;
+    tbRef<tbEvent> postUpdateEvent;
     tbiSceneLists* lists = nullptr;
     tbSphere volume;
 };

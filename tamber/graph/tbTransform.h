@@ -63,7 +63,6 @@ protected:
     tbGroup* cloneGroup() const override;
     void addedTo(tbGroup* parent) override;
     void removedFrom(tbGroup* parent) override;
-    using tbGroup::dirtyUp;
     void dirtyUp(unsigned bits) override;
 
     /// TF_MATRIX here, and bounds stale in every parent that does not know it yet.
@@ -75,7 +74,6 @@ private:
     void dirtyChildren();
     void matrixChanged();
     void assign(const tbTransform& other);
-    void collideInFrame(tbCollider* collider) const;
 
     tbSphere volume;
     tbMatrix matrix;

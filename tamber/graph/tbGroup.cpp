@@ -1,0 +1,281 @@
+#include "tbGroup.h"
+
+#include <tamber/io/tbEntry.h>
+#include <tamber/kernel/tbString.h>
+
+#include "tbiDirectCalls.h"
+#include "tbiLocalStack.h"
+#include "tbiNodeLinks.h"
+#include "tbiPointerMap.h"
+#include "tbiPropagation.h"
+
+#include <new>
+
+TB_DEFINE_CLASS(tbGroup, tbBase)
+
+static_assert(sizeof(void*) != 8 || sizeof(tbGroup) <= 88, "nodes are many: keep them small");
+
+namespace
+{
+
+// Visits a subtree in pre-order from a list, so that depth costs no stack.
+class PreOrder
+{
+public:
+    enum VISIT
+    {
+        EVERY_PATH,
+        ONCE
+    };
+
+    PreOrder(const tbGroup* root, VISIT nodesWithSeveralParents) : visit(nodesWithSeveralParents)
+    {
+        waiting.push(root);
+    }
+
+    const tbGroup* next()
+    {
+        while (!waiting.isEmpty())
+        {
+            const tbGroup* node = waiting.pop();
+            if (visit == ONCE && node->getNumParents() > 1 && !seen.addUnique(node))
+                continue;
+            const auto children = node->getChildren();
+            for (std::size_t i = children.size(); i > 0; --i)
+                waiting.push(children[i - 1]);
+            return node;
+        }
+        return nullptr;
+    }
+
+private:
+    VISIT visit;
+    tbiLocalStack<const tbGroup*> waiting;
+    tbiPointerMap seen;
+};
+
+} // namespace
+
+tbGroup::tbGroup()
+{
+    initInstance();
+}
+
+tbGroup::tbGroup(const tbGroup& other)
+    : tbBase(other),
+      travFlags(std::uint16_t(other.travFlags & FLAGS_OF_COPY)),
+      nodeFlags(other.nodeFlags)
+{
+    initInstance();
+}
+
+tbGroup::tbGroup(const tbGroup& other, Disposable disposable)
+    : tbBase(other, disposable),
+      travFlags(other.travFlags),
+      nodeFlags(other.nodeFlags)
+{
+}
+
+// Children that die with this group are told by their own destructors; those that live on get their flags here.
+tbGroup::~tbGroup()
+{
+    deleteInstance();
+    visitStamp = DYING;
+    if (directCalls > 0)
+        tbiDirectCalls::forget(this);
+    for (int i = children.getNum() - 1; i >= 0; --i)
+        if (i < children.getNum())
+            letGo(children[i]);
+    while (parents.getNum() > 0)
+    {
+        tbGroup* parent = parents[parents.getNum() - 1];
+        tbiNodeLinks::Edge edge;
+        tbiNodeLinks::find(parent, this, edge);
+        tbiNodeLinks::remove(parent, this, edge);
+    }
+}
+
+tbGroup& tbGroup::operator=(const tbGroup& other)
+{
+    if (this != &other)
+        assign(other);
+    return *this;
+}
+
+void tbGroup::assign(const tbGroup& other)
+{
+    tbBase::operator=(other);
+    travFlags = std::uint16_t((travFlags & TF_CONTENT) | (other.travFlags & ~TF_CONTENT) | TF_UPDATE);
+    nodeFlags = other.nodeFlags;
+    dirtyUp(travFlags);
+}
+
+int tbGroup::getChildIndex(const tbGroup* child) const
+{
+    return child ? tbiNodeLinks::indexOf(this, child) : -1;
+}
+
+bool tbGroup::hasChild(const tbGroup* child) const
+{
+    return child && tbiNodeLinks::contains(this, child);
+}
+
+bool tbGroup::hasParent(const tbGroup* parent) const
+{
+    return parent && tbiNodeLinks::contains(parent, this);
+}
+
+// Searched from below: a node has few ancestors and may have many descendants.
+bool tbGroup::hasDescendant(const tbGroup* node) const
+{
+    if (!node || children.getNum() == 0)
+        return false;
+    tbiLocalStack<const tbGroup*> waiting;
+    tbiPointerMap seen;
+    waiting.push(node);
+    while (!waiting.isEmpty())
+    {
+        const auto above = waiting.pop()->getParents();
+        for (const tbGroup* parent : above)
+        {
+            if (parent == this)
+                return true;
+            if (above.size() == 1 || seen.addUnique(parent))
+                waiting.push(parent);
+        }
+    }
+    return false;
+}
+
+bool tbGroup::hasDescendantOfType(const tbType* type) const
+{
+    PreOrder nodes(this, PreOrder::ONCE);
+    while (const tbGroup* node = nodes.next())
+        if (node->isOfType(type))
+            return true;
+    return false;
+}
+
+tbGroup* tbGroup::findGroup(const char* name, const tbGroup* previous) const
+{
+    bool passed = false;
+    return findGroupRec(name, previous, passed);
+}
+
+// Passes over the first match whenever there is a `previous`, whatever it is: callers step on once.
+tbGroup* tbGroup::findGroupRec(const char* name, const tbGroup* previous, bool& passed) const
+{
+    PreOrder nodes(this, PreOrder::EVERY_PATH);
+    while (const tbGroup* node = nodes.next())
+    {
+        if (tbStrcmp(name, node->getName(), true) != 0)
+            continue;
+        if (!previous || passed)
+            return const_cast<tbGroup*>(node);
+        passed = true;
+    }
+    return nullptr;
+}
+
+bool tbGroup::areChildrenOrdered() const
+{
+    return false;
+}
+
+void tbGroup::setNodeFlags(NODE_FLAGS flags)
+{
+    nodeFlags = std::uint16_t(flags);
+}
+
+tbBase* tbGroup::createCopy() const
+{
+    return new tbGroup(*this);
+}
+
+tbBase* tbGroup::createDisposableCopy(tbArena* arena) const
+{
+    return new (arena) tbGroup(*this, Disposable{arena});
+}
+
+// Null when the caller gave the entry, as for every node: who made the entry gets it back.
+tbEntry* tbGroup::write(tbFile* file, tbEntry* entry) const
+{
+    tbEntry* target = tbBase::write(file, entry);
+    if (!target)
+        return nullptr;
+    target->writeShort(short(travFlags));
+    target->writeShort(short(nodeFlags));
+    target->writeInt(getNumChildren());
+    for (const tbGroup* child : getChildren())
+        child->writeRef(file, target);
+    return entry ? nullptr : target;
+}
+
+tbEntry* tbGroup::read(tbFile* file, tbEntry* entry)
+{
+    entry = tbBase::read(file, entry);
+    if (!entry)
+        return nullptr;
+    removeChildren();
+    travFlags = std::uint16_t(entry->readShort());
+    nodeFlags = std::uint16_t(entry->readShort());
+    const int n = entry->readCount(sizeof(std::int32_t));
+    for (int i = 0; i < n; ++i)
+    {
+        tbBase* object = readRef(file, entry);
+        if (!object || !object->isOfType(getClassType()))
+            continue;
+        tbGroup* child = static_cast<tbGroup*>(object);
+        tbiPropagation::FreshNode fresh(child->anyTravFlags(TF_UPDATE) ? child : nullptr);
+        addChild(child);
+    }
+    return entry->hasFailed() ? nullptr : entry;
+}
+
+void tbGroup::addedTo(tbGroup*)
+{
+    const unsigned shared = getNumParents() > 1 ? TF_SHARED : 0u;
+    dirtyUp((travFlags & TF_CONTENT) | TF_UPDATE | TF_ADDED | shared);
+}
+
+void tbGroup::removedFrom(tbGroup* parent)
+{
+    tbiPropagation::removed(this, parent);
+}
+
+void tbGroup::dirtyUp(unsigned bits)
+{
+    addTravFlags(bits);
+    const unsigned flags = travFlags;
+    for (tbGroup* parent : getParents())
+        if ((flags & ~unsigned(parent->travFlags)) != 0)
+            tbiPropagation::dirtyUp(parent, flags);
+}
+
+void tbGroup::cleanUp(unsigned bits)
+{
+    const unsigned clear = bits & ~tbiNodeLinks::flagsBelow(this, bits);
+    if (clear == 0)
+        return;
+    removeTravFlags(clear);
+    for (tbGroup* parent : getParents())
+        tbiPropagation::cleanUp(parent, clear);
+}
+
+void tbGroup::dirtyDown(tbGroup* node, unsigned mask, unsigned bits)
+{
+    tbiLocalStack<tbGroup*> waiting;
+    std::uint32_t stamp = 0;
+    waiting.push(node);
+    while (!waiting.isEmpty())
+    {
+        for (tbGroup* child : waiting.pop()->getChildren())
+        {
+            if (child->anyTravFlags(mask) == 0)
+                continue;
+            child->addTravFlags(bits);
+            if (child->getNumChildren() > 0 && tbiPropagation::firstVisit(child, stamp))
+                waiting.push(child);
+        }
+    }
+}

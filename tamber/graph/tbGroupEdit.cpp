@@ -1,0 +1,173 @@
+// The structural operations of tbGroup. Each keeps the nodes that it still needs alive until it ends; a node that
+// nobody holds is the caller's and stays as it is.
+#include "tbGroup.h"
+
+#include "tbiNodeLinks.h"
+#include "tbiPropagation.h"
+
+bool tbGroup::canAttach(const tbGroup* child) const
+{
+    tbiNodeLinks::Edge edge;
+    return child && child != this && !isDying() && !tbiNodeLinks::find(this, child, edge);
+}
+
+bool tbGroup::addChild(tbGroup* child)
+{
+    if (!canAttach(child) || !tbiNodeLinks::append(this, child))
+        return false;
+    child->ref();
+    tbiPropagation::added(child, this);
+    return true;
+}
+
+bool tbGroup::insertChild(int i, tbGroup* child)
+{
+    if (i < 0 || i > getNumChildren() || !canAttach(child) || !tbiNodeLinks::insert(this, i, child))
+        return false;
+    child->ref();
+    tbiPropagation::added(child, this);
+    return true;
+}
+
+// Cuts the edge to a child, tells its subtree and drops the reference.
+bool tbGroup::letGo(tbGroup* child)
+{
+    tbiNodeLinks::Edge edge;
+    if (!tbiNodeLinks::find(this, child, edge))
+        return false;
+    tbiNodeLinks::remove(this, child, edge);
+    child->removedFrom(this);
+    child->unRef();
+    return true;
+}
+
+bool tbGroup::removeChild(tbGroup* child)
+{
+    return child && child != this && letGo(child);
+}
+
+void tbGroup::removeChildren()
+{
+    const tbiKeep keepThis(this);
+    for (int i = getNumChildren() - 1; i >= 0; --i)
+        if (i < getNumChildren())
+            removeChild(getChild(i));
+}
+
+void tbGroup::detach()
+{
+    if (getNumParents() < 2)
+    {
+        if (getNumParents() == 1)
+            getParent(0)->removeChild(this);
+        return;
+    }
+    const tbiKeep keepThis(this);
+    const tbiNodeSnapshot former(getParents());
+    for (int i = former.getNum() - 1; i >= 0; --i)
+        former[i]->removeChild(this);
+}
+
+// One parent's step of the operations that put `node` in this node's place. When `node` cannot stand there, being
+// the parent or its child already, the place is dropped.
+void tbGroup::yieldTo(tbGroup* node, tbGroup* parent, bool keepOrder)
+{
+    const bool placed = tbiNodeLinks::replace(parent, this, node, keepOrder);
+    if (placed)
+        node->ref();
+    removedFrom(parent);
+    if (placed)
+        tbiPropagation::added(node, parent);
+    unRef();
+}
+
+void tbGroup::remove()
+{
+    ref();
+    {
+        const tbiNodeSnapshot former(getParents());
+        if (getNumChildren() == 1)
+        {
+            tbGroup* child = getChild(0);
+            const tbiKeep keepChild(child);
+            for (tbGroup* parent : former)
+                if (hasParent(parent))
+                    yieldTo(child, parent, true);
+        }
+        else
+        {
+            const tbiNodeSnapshot orphans(getChildren());
+            for (tbGroup* parent : former)
+                parent->removeChild(this);
+            for (tbGroup* parent : former)
+                for (tbGroup* child : orphans)
+                    parent->addChild(child);
+        }
+        removeChildren();
+    }
+    unRef();
+}
+
+bool tbGroup::replace(tbGroup* node)
+{
+    if (!node || node == this || hasParent(node) || hasChild(node))
+        return false;
+    const tbiKeep keepThis(this);
+    const tbiKeep keepNode(node);
+    while (getNumChildren() > 0)
+    {
+        tbGroup* child = getChild(0);
+        const tbiKeep keepChild(child);
+        node->addChild(child);
+        if (!removeChild(child))
+            break;
+    }
+    // The last parent moves into the gap of the first: the order of enumeration is part of the interface.
+    while (getNumParents() > 0)
+        yieldTo(node, getParent(0), false);
+    return true;
+}
+
+bool tbGroup::replaceGraph(tbGroup* node)
+{
+    if (!node || node == this)
+        return false;
+    ref();
+    {
+        const tbiKeep keepNode(node);
+        const tbiNodeSnapshot former(getParents());
+        for (int i = former.getNum() - 1; i >= 0; --i)
+            if (hasParent(former[i]))
+                yieldTo(node, former[i], false);
+    }
+    unRef();
+    return true;
+}
+
+bool tbGroup::insertBelow(tbGroup* node)
+{
+    if (!node || node == this)
+        return false;
+    const tbiKeep keepNode(node);
+    {
+        const tbiNodeSnapshot former(getChildren());
+        for (tbGroup* child : former)
+            node->addChild(child);
+        removeChildren();
+    }
+    return addChild(node);
+}
+
+bool tbGroup::insertAbove(tbGroup* node)
+{
+    if (!node || node == this)
+        return false;
+    const tbiKeep keepNode(node);
+    const tbiNodeSnapshot former(getParents());
+    if (!node->addChild(this) && !node->hasChild(this))
+        return false;
+    for (tbGroup* parent : former)
+        if (parent != node && hasParent(parent))
+            yieldTo(node, parent, true);
+    return true;
+}

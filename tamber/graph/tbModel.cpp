@@ -1,0 +1,194 @@
+#include "tbModel.h"
+
+#include <tamber/io/tbEntry.h>
+#include <tamber/trav/tbTravContext.h>
+
+#include "tbiMaskScope.h"
+
+#include <cstring>
+
+TB_DEFINE_NODE_CLASS(tbModel, tbTransform)
+
+tbModel::tbModel() : colliderMask(new tbColliderMask)
+{
+    initInstance();
+    colliderMask->setMask(0);
+}
+
+tbModel::tbModel(const tbModel& other)
+    : tbTransform(other),
+      enabled(other.enabled),
+      colliderMask(new tbColliderMask)
+{
+    initInstance();
+    setFileName(other.fileName);
+    *colliderMask = *other.colliderMask;
+}
+
+tbModel::~tbModel()
+{
+    deleteInstance();
+    tbMemory::free(fileName);
+}
+
+// What copies and assignment do behind the transform's part.
+void tbModel::assign(const tbModel& other)
+{
+    setFileName(other.fileName);
+    enabled = other.enabled;
+    *colliderMask = *other.colliderMask;
+}
+
+tbModel& tbModel::operator=(const tbModel& other)
+{
+    if (this != &other)
+    {
+        tbTransform::operator=(other);
+        assign(other);
+    }
+    return *this;
+}
+
+void tbModel::copy(const tbModel& other)
+{
+    if (this == &other)
+        return;
+    tbTransform::copy(other);
+    assign(other);
+}
+
+void tbModel::clone(const tbModel& other)
+{
+    if (this == &other)
+        return;
+    tbTransform::clone(other);
+    assign(other);
+}
+
+tbBase* tbModel::createCopy() const
+{
+    return new tbModel(*this);
+}
+
+tbGroup* tbModel::copyGroup() const
+{
+    auto* node = new tbModel;
+    addGroupMapping(this, node);
+    node->copy(*this);
+    return node;
+}
+
+tbGroup* tbModel::cloneGroup() const
+{
+    auto* node = new tbModel;
+    addGroupMapping(this, node);
+    node->clone(*this);
+    return node;
+}
+
+void tbModel::setFileName(const char* name)
+{
+    if (name == fileName)
+        return;
+    if (!name)
+    {
+        tbMemory::free(fileName);
+        fileName = nullptr;
+        return;
+    }
+    const std::size_t bytes = std::strlen(name) + 1;
+    if (char* block = static_cast<char*>(tbMemory::realloc(fileName, bytes)))
+    {
+        fileName = block;
+        std::memmove(fileName, name, bytes);
+    }
+}
+
+unsigned tbModel::getColliderMask() const
+{
+    return colliderMask->getMask();
+}
+
+void tbModel::setColliderMask(unsigned mask)
+{
+    colliderMask->setMask(mask);
+}
+
+void tbModel::enable(bool on)
+{
+    enabled = on;
+    if (on)
+        dirtyUp(getTravFlags());
+}
+
+tbEntry* tbModel::write(tbFile* file, tbEntry* entry) const
+{
+    tbEntry* created = tbTransform::write(file, entry);
+    tbEntry* target = entry ? entry : created;
+    if (!target)
+        return nullptr;
+    target->writeInt(fileName ? int(std::strlen(fileName)) + 1 : 0);
+    if (fileName)
+        target->writeString(fileName);
+    target->writeInt(enabled ? 1 : 0);
+    target->writeInt(int(getColliderMask()));
+    return created;
+}
+
+tbEntry* tbModel::read(tbFile* file, tbEntry* entry)
+{
+    entry = tbTransform::read(file, entry);
+    if (!entry)
+        return nullptr;
+    const int length = entry->readCount(1);
+    setFileName(nullptr);
+    if (length > 0)
+    {
+        fileName = static_cast<char*>(tbMemory::malloc(std::size_t(length)));
+        if (!fileName)
+            return nullptr;
+        entry->readString(fileName, length);
+    }
+    enabled = entry->readBool();
+    setColliderMask(unsigned(entry->readInt()));
+    return entry->hasFailed() ? nullptr : entry;
+}
+
+void tbModel::update(tbTravContext* context)
+{
+    if (enabled)
+        tbTransform::update(context);
+}
+
+void tbModel::updateFences(tbTravContext* context)
+{
+    if (enabled)
+        tbTransform::updateFences(context);
+}
+
+void tbModel::apply(tbListener* listener) const
+{
+    if (enabled)
+        tbTransform::apply(listener);
+}
+
+void tbModel::apply(tbCamera* camera) const
+{
+    if (enabled)
+        tbTransform::apply(camera);
+}
+
+tbTraverser::TRAV_STATE tbModel::apply(tbTraverser* traverser, bool noPreApply)
+{
+    if (!noPreApply)
+        if (const tbTraverser::TRAV_STATE answer = traverser->preApply(this);
+            answer != tbTraverser::TRAV_CONTINUE)
+            return answer;
+    if (!enabled)
+        return tbTraverser::TRAV_CONTINUE;
+    tbiMaskScope masked(traverser->getTravContext(), colliderMask.get());
+    const tbTraverser::TRAV_STATE state = tbTransform::apply(traverser, true);
+    if (state == tbTraverser::TRAV_STOP)
+        masked.leave();
+    return state;
+}

@@ -1,0 +1,4 @@
+#pragma once
+
+/// Part of tbiReleaseGraphLists().
+void tbiReleaseCopyLists();

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <tamber/graph/tbGroup.h>
+
+// The edges of the graph: a child in its parent's list of children and the parent in the child's list of parents,
+// each end knowing the place of the other. Edits are for the one thread that edits the graph; they work around
+// holes. Queries may run on several threads at once; they close holes first.
+class tbiNodeLinks
+{
+public:
+    /// An edge's places in the two lists; they hold until the next edit of either.
+    struct Edge
+    {
+        unsigned inChildren;
+        unsigned inParents;
+    };
+
+    // Queries. What is searched is the shorter of the two lists.
+    static bool contains(const tbGroup* parent, const tbGroup* child);
+    static int indexOf(const tbGroup* parent, const tbGroup* child);
+
+    // Edits.
+    static bool find(const tbGroup* parent, const tbGroup* child, Edge& edge);
+    /// False when a list is full or memory is out; nothing has changed then.
+    static bool append(tbGroup* parent, tbGroup* child);
+    /// `i` is within 0..getNumChildren().
+    static bool insert(tbGroup* parent, int i, tbGroup* child);
+    /// The children keep their order; the child's parents too with `keepOrder`, else the last one moves into the gap.
+    static void remove(tbGroup* parent, tbGroup* child, const Edge& edge, bool keepOrder = true);
+    /// `node` takes the child's place under the parent. When it cannot, being the parent itself or its child
+    /// already, the place is dropped and the result is false.
+    static bool replace(tbGroup* parent, tbGroup* child, tbGroup* node, bool keepOrder);
+    /// The flags of `mask` that the children of `parent` hold.
+    static unsigned flagsBelow(const tbGroup* parent, unsigned mask);
+
+    static void closeHoles(const tbNodeList& list);
+    static void destroy(tbNodeList& list);
+
+private:
+    static constexpr unsigned NEAR_END =
+        16; // removals this close to an end shift entries, others leave a hole
+    static constexpr unsigned FIRST_CAPACITY = 4;
+
+    static bool inBlock(const tbNodeList& list);
+    static unsigned countOf(const tbNodeList& list);
+    static tbGroup** slotsOf(const tbNodeList& list);
+    static unsigned firstOf(const tbNodeList& list);
+    static unsigned endOf(const tbNodeList& list);
+    static unsigned findSlot(const tbNodeList& list, const tbGroup* node);
+
+    static tbNodeList& oppositeList(const tbNodeList& list, tbGroup* entry);
+    static unsigned& oppositeOf(const tbNodeList& list, unsigned slot);
+    static void moveEntry(const tbNodeList& list, unsigned from, unsigned to);
+
+    static bool makeRoom(tbNodeList& list, unsigned atFront, unsigned atEnd);
+    static void compact(const tbNodeList& list, unsigned newFirst);
+    static bool reserve(tbNodeList& list);
+    static bool openGap(tbNodeList& list, unsigned i, unsigned& slot);
+    static void put(tbNodeList& list, unsigned slot, tbGroup* node, unsigned opposite);
+    static unsigned appendTo(tbNodeList& list, tbGroup* node, unsigned opposite);
+    static void setCount(tbNodeList& list, unsigned count);
+    static void removeSlot(tbNodeList& list, unsigned slot);
+    static void removeSlotUnordered(tbNodeList& list, unsigned slot);
+    static void trimHoles(tbNodeList& list);
+};

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <tamber/graph/tbGroup.h>
+
+// How flags and notifications travel through the graph. Calls that the graph nests as deep as itself are carried
+// out here from a list once they are some levels deep, so that a chain of a hundred thousand nodes needs no deep
+// stack; what each node is told, and the flags that result, are those of the plain recursion.
+class tbiPropagation
+{
+public:
+    /// parent->dirtyUp(bits) and parent->cleanUp(bits), soon at the latest.
+    static void dirtyUp(tbGroup* parent, unsigned bits) { climb(&tbGroup::dirtyUp, parent, bits); }
+    static void cleanUp(tbGroup* parent, unsigned bits) { climb(&tbGroup::cleanUp, parent, bits); }
+
+    /// Tells every edge of the subtree of `node`, the deepest first, and last that `node` came under `parent`.
+    static void added(tbGroup* node, tbGroup* parent);
+    /// What tbGroup::removedFrom() does: the node's own part, then removedFrom(parent) for every node below it.
+    static void removed(tbGroup* node, tbGroup* parent);
+
+    /// While it lives, an attach of `node` tells this one edge only: everything below has just been told, and
+    /// nothing has changed since.
+    class FreshNode
+    {
+    public:
+        explicit FreshNode(const tbGroup* node);
+        ~FreshNode();
+        FreshNode(const FreshNode&) = delete;
+        FreshNode& operator=(const FreshNode&) = delete;
+
+    private:
+        const tbGroup* outer;
+    };
+
+    /// A new stamp for nodes with several parents, never 0.
+    static std::uint32_t newStamp();
+    /// Whether this walk comes to a node for the first time. Nodes with one parent need no stamp.
+    static bool firstVisit(tbGroup* node, std::uint32_t& stamp);
+
+private:
+    using Climb = void (tbGroup::*)(unsigned);
+    class Removal;
+
+    static void climb(Climb step, tbGroup* parent, unsigned bits);
+};
+
+// Keeps a node alive. A node that nobody holds belongs to the caller and is left alone.
+class tbiKeep
+{
+public:
+    explicit tbiKeep(tbGroup* node) : held(node && node->getRefCount() > 0 ? node : nullptr)
+    {
+        if (held)
+            held->ref();
+    }
+    ~tbiKeep()
+    {
+        if (held)
+            held->unRef();
+    }
+    tbiKeep(const tbiKeep&) = delete;
+    tbiKeep& operator=(const tbiKeep&) = delete;
+
+private:
+    tbGroup* held;
+};
+
+// The nodes of a list as they were, kept alive. Nulls are left out.
+class tbiNodeSnapshot
+{
+public:
+    explicit tbiNodeSnapshot(std::span<tbGroup* const> from);
+    ~tbiNodeSnapshot();
+    tbiNodeSnapshot(const tbiNodeSnapshot&) = delete;
+    tbiNodeSnapshot& operator=(const tbiNodeSnapshot&) = delete;
+
+    tbGroup* const* begin() const { return nodes.begin(); }
+    tbGroup* const* end() const { return nodes.end(); }
+    int getNum() const { return nodes.getNum(); }
+    tbGroup* operator[](int i) const { return nodes[i]; }
+
+private:
+    tbTList<tbGroup*> nodes;
+    tbTList<tbGroup*> held;
+};
