@@ -89,21 +89,21 @@ public:
     virtual void setColliderMask(unsigned int mask);
 
     void removeAllRays();
-    int getNumRays() const;
+    int getNumRays() const { return localRays.getNum(); }
     /// World ray, local ray, ray in the coordinates of the node being tested, and hit of ray `i`; not range checked.
-    const tbRay* getRay(int i) const;
-    const tbRay* getLocalRay(int i) const;
-    const tbRay* getWorkingRay(int i) const;
-    const tbHit* getRayHit(int i) const;
-    RAY_HIT_MODE getRayHitMode() const;
+    const tbRay* getRay(int i) const { return worldRays[i]; }
+    const tbRay* getLocalRay(int i) const { return localRays[i]; }
+    const tbRay* getWorkingRay(int i) const { return workingRays[i]; }
+    const tbHit* getRayHit(int i) const { return hits[i]; }
+    RAY_HIT_MODE getRayHitMode() const { return rayHitMode; }
     /// The volume in world coordinates, null when there is none.
-    const tbVolume* getVolume() const;
-    const tbVolume* getLocalVolume() const;
-    const tbHit* getVolumeHit() const;
-    VOLUME_MODE getVolumeMode() const;
-    VOLUME_HIT_MODE getVolumeHitMode() const;
-    unsigned int getSaveMask() const;
-    unsigned int getColliderMask() const;
+    const tbVolume* getVolume() const { return worldVolume; }
+    const tbVolume* getLocalVolume() const { return localVolume; }
+    const tbHit* getVolumeHit() const { return &volumeHit; }
+    VOLUME_MODE getVolumeMode() const { return volumeMode; }
+    VOLUME_HIT_MODE getVolumeHitMode() const { return volumeHitMode; }
+    unsigned int getSaveMask() const { return saveMask; }
+    unsigned int getColliderMask() const { return colliderMask; }
     void getXYZ(float& x, float& y, float& z) const;
     void getXYZ(tbVec3& position) const;
     void getHPR(float& heading, float& pitch, float& roll) const;
@@ -111,20 +111,20 @@ public:
     void getQuat(tbQuat& rotation) const;
 
     void removeTrait(tbTravTrait* trait);
-    tbTravTrait* getTrait(int i) const;
-    int getNumTraits() const;
+    tbTravTrait* getTrait(int i) const { return traits[i]; }
+    int getNumTraits() const { return traits.getNum(); }
     /// Pushes every trait on the context's trait stack.
     void applyTraits();
 
-    tbEvent* getRayHitEvent() const;
-    tbEvent* getVolumeHitEvent() const;
-    tbTravContext* getTravContext() const;
+    tbEvent* getRayHitEvent() const { return rayHitEvent; }
+    tbEvent* getVolumeHitEvent() const { return volumeHitEvent; }
+    tbTravContext* getTravContext() const { return travContext; }
 
     /// Tests counted in the last walk.
-    int getNumFences() const;
-    int getNumVolume() const;
-    int getNumTransforms() const;
-    int getNumGeometries() const;
+    int getNumFences() const { return int(numFences); }
+    int getNumVolume() const { return int(numVolumes); }
+    int getNumTransforms() const { return int(numTransforms); }
+    int getNumGeometries() const { return int(numGeometries); }
 
     // Called by nodes during the walk.
     tbVolume::CONTAINMENT intersects(const tbTransform* node);
@@ -138,6 +138,50 @@ protected:
     ~tbCollider() override;
 
 private:
-    struct State;
-    State* state;
+    enum TARGET : unsigned int
+    {
+        TARGET_TRANSFORM = 0x10000,
+        TARGET_FENCE = 0x20000,
+        TARGET_GEOMETRY = 0x40000
+    };
+
+    void assign(const tbCollider& other);
+    tbMatrix placement() const;
+    void prepareRays(const tbMatrix& matrix);
+    void prepareVolume(const tbMatrix& matrix);
+    void buildVolume();
+    void dropVolumes();
+    bool ownsLocalVolume() const { return volumeMode == VOLUME_SPHERE || volumeMode == VOLUME_BOX; }
+    void walk(tbGroup* root);
+    int lastRayWithHit() const;
+    int result() const;
+    tbVolume::CONTAINMENT intersects(const tbGroup* node, const tbVolume& volume, unsigned int target);
+    void recordVolumeHit(const tbGroup* node, unsigned int target);
+    bool anyRayMeets(const tbVolume& volume, unsigned int target);
+    void save(tbHit& hit) const;
+
+    tbTList<tbTravTrait*> traits;
+    tbVec3 position;
+    tbVec3 orientation;
+    std::uint32_t colliderMask = 0xFFFFFFFF;
+    std::uint8_t saveMask = 0;
+    RAY_HIT_MODE rayHitMode = RAY_HIT_NEAREST;
+    bool rayHitMade = false; // during the present walk
+    VOLUME_MODE volumeMode = VOLUME_SPHERE;
+    VOLUME_HIT_MODE volumeHitMode = VOLUME_HIT_NONE;
+    tbTList<tbRay*> localRays;
+    tbTList<tbRay*> worldRays;
+    tbTList<tbRay*> workingRays;
+    tbTList<tbHit*> hits;
+    tbVolume* localVolume = nullptr; // the user's in mode VOLUME_USER
+    tbVolume* worldVolume = nullptr;
+    tbVolume* workingVolume = nullptr;
+    tbHit volumeHit;
+    tbTravContext* travContext = nullptr;
+    tbEvent* rayHitEvent = nullptr;
+    tbEvent* volumeHitEvent = nullptr;
+    std::uint32_t numFences = 0;
+    std::uint32_t numVolumes = 0;
+    std::uint32_t numTransforms = 0;
+    std::uint32_t numGeometries = 0;
 };

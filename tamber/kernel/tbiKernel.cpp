@@ -1,6 +1,6 @@
 // What happens when the library is loaded and unloaded, in order, in one object. Every other library-wide value is
 // constant-initialised and has no destructor, so no order between source files matters.
-#include <tamber/collide/tbCollider.h>
+#include <tamber/collide/tbiColliderContext.h>
 #include <tamber/display/tbiDisplayLists.h>
 #include <tamber/graph/tbiGraphLists.h>
 #include <tamber/io/tbPlugIn.h>
@@ -51,6 +51,7 @@ public:
         tbiReleaseAppThread();
         tbPlugIn::unloadAll();
         tbDeleteFilePaths();
+        tbiReleaseColliderContext();
         tbiReleaseTravLists();
         tbiReleaseGraphLists();
         tbiReleaseDisplayLists();

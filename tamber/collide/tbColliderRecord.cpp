@@ -1,0 +1,59 @@
+// The collider's file record.
+#include <tamber/collide/tbCollider.h>
+
+#include <tamber/io/tbEntry.h>
+#include <tamber/trav/tbTravTrait.h>
+
+tbEntry* tbCollider::write(tbFile* file, tbEntry* entry) const
+{
+    entry = tbBase::write(file, entry);
+    if (!entry)
+        return nullptr;
+    entry->writeFloats(&position[0], 3);
+    entry->writeFloats(&orientation[0], 3);
+    entry->writeInt(int(colliderMask));
+    entry->writeInt(saveMask);
+    entry->writeInt(rayHitMode);
+    entry->writeInt(volumeMode);
+    entry->writeInt(volumeHitMode);
+    entry->writeInt(getNumRays());
+    for (const tbRay* ray : localRays)
+        ray->write(entry);
+    entry->writeInt(traits.getNum());
+    for (const tbTravTrait* trait : traits)
+        trait->writeRef(file, entry);
+    return entry;
+}
+
+tbEntry* tbCollider::read(tbFile* file, tbEntry* entry)
+{
+    constexpr int RAY_SIZE = 7 * int(sizeof(float));
+    entry = tbBase::read(file, entry);
+    if (!entry)
+        return nullptr;
+    entry->readFloats(&position[0], 3);
+    entry->readFloats(&orientation[0], 3);
+    colliderMask = unsigned(entry->readInt());
+    saveMask = std::uint8_t(entry->readInt() & 0xF);
+    rayHitMode = RAY_HIT_MODE(entry->readInt());
+    // A user's volume is not in the file.
+    const int mode = entry->readInt();
+    setVolumeMode(mode == VOLUME_SPHERE || mode == VOLUME_BOX ? VOLUME_MODE(mode) : VOLUME_NONE);
+    volumeHitMode = VOLUME_HIT_MODE(entry->readInt());
+    const int numRays = entry->readCount(RAY_SIZE);
+    removeAllRays();
+    for (int i = 0; i < numRays; ++i)
+    {
+        tbRay ray;
+        ray.read(entry);
+        addRay(ray);
+    }
+    const int numTraits = entry->readCount(int(sizeof(int)));
+    for (int i = 0; i < numTraits; ++i)
+    {
+        tbBase* object = readRef(file, entry);
+        if (object && object->isOfType(tbTravTrait::getClassType()))
+            addTrait(static_cast<tbTravTrait*>(object));
+    }
+    return entry->hasFailed() ? nullptr : entry;
+}
