@@ -1,0 +1,257 @@
+#include <tamber/display/tbCamera.h>
+
+#include <tamber/kernel/tbRef.h>
+#include <tamber/math/tbMatrix.h>
+#include <tamber/trav/tbCull.h>
+#include <tamber/trav/tbPrune.h>
+#include <tamber/trav/tbTraitStack.h>
+#include <tamber/trav/tbTravContext.h>
+
+#include <plugins/null/tbNullCamera.h>
+#include <plugins/null/tbNullWindow.h>
+
+#include <gtest/gtest.h>
+
+#include <tests/support/Near.h>
+
+namespace
+{
+
+using tbtest::near;
+
+class CameraTest : public testing::Test
+{
+protected:
+    CameraTest()
+    {
+        window->open();
+        camera->setWindow(window.get());
+    }
+
+    tbMatrix placement() const
+    {
+        tbMatrix matrix;
+        matrix.makeHPR(30.0f, 20.0f, 10.0f);
+        matrix.setXYZ(1.0f, 2.0f, 3.0f);
+        return matrix;
+    }
+
+    tbRef<tbNullWindow> window = new tbNullWindow;
+    tbRef<tbNullCamera> camera = new tbNullCamera;
+};
+
+tbMatrix identity()
+{
+    tbMatrix matrix;
+    matrix.makeIdent();
+    return matrix;
+}
+
+} // namespace
+
+TEST_F(CameraTest, BeginsWithTheStatedDefaults)
+{
+    tbRef<tbNullCamera> fresh = new tbNullCamera;
+    float nearDist = 0.0f;
+    float farDist = 0.0f;
+    fresh->getNearFar(nearDist, farDist);
+    EXPECT_EQ(nearDist, 1.0f);
+    EXPECT_EQ(farDist, 1000.0f);
+    EXPECT_EQ(fresh->getClearMode(), 3u);
+    EXPECT_TRUE(fresh->isClearEnabled());
+    EXPECT_EQ(fresh->getClearDepth(), 1.0);
+    EXPECT_EQ(fresh->getProjectionType(), tbCamera::PROJ_NONE);
+    EXPECT_TRUE(fresh->screenMatricesChanged());
+    EXPECT_EQ(fresh->getTravContext()->getTravMask(), 0x200u);
+    EXPECT_EQ(fresh->getTravContext()->getCamera(), fresh.get());
+    EXPECT_EQ(fresh->getMatrix(), identity());
+    EXPECT_GT(fresh->getIndex(), camera->getIndex());
+}
+
+TEST_F(CameraTest, RenderingFrameLooksDownMinusZWithYUp)
+{
+    tbVec3 forward;
+    forward.xformVec(tbVec3(0, 1, 0), tbCamera::getCameraToRenderingMatrix());
+    EXPECT_TRUE(near(forward, tbVec3(0, 0, -1)));
+    tbVec3 up;
+    up.xformVec(tbVec3(0, 0, 1), tbCamera::getCameraToRenderingMatrix());
+    EXPECT_TRUE(near(up, tbVec3(0, 1, 0)));
+}
+
+TEST_F(CameraTest, PlacementByMatrixAndByAnglesAgree)
+{
+    camera->setMatrix(placement());
+    EXPECT_TRUE(near(camera->getXYZ(), tbVec3(1, 2, 3)));
+    EXPECT_TRUE(near(camera->getHPR(), tbVec3(30, 20, 10), 1e-3f));
+    tbMatrix product;
+    product.mult(camera->getMatrix(), camera->getWorldToCameraMatrix());
+    EXPECT_TRUE(near(product, identity()));
+
+    tbRef<tbNullCamera> other = new tbNullCamera;
+    other->setXYZHPR(tbVec3(1, 2, 3), tbVec3(30, 20, 10));
+    EXPECT_TRUE(near(other->getMatrix(), camera->getMatrix()));
+    other->setHPR(0, 0, 0);
+    other->setWorldToCameraMatrix(camera->getWorldToCameraMatrix());
+    EXPECT_TRUE(near(other->getMatrix(), camera->getMatrix()));
+}
+
+TEST_F(CameraTest, ScreenMatricesAreTheChainOfTheOthers)
+{
+    camera->setMatrix(placement());
+    camera->makePerspProjMatrix(-1, 2, -0.5f, 1, 2, 500);
+    const tbVec4 world(40.0f, 80.0f, 5.0f, 1.0f);
+    const tbVec4 rendering =
+        world * camera->getWorldToCameraMatrix() * tbCamera::getCameraToRenderingMatrix();
+    EXPECT_TRUE(near(rendering, world * camera->getWorldToRenderingMatrix(), 1e-3f));
+    EXPECT_TRUE(
+        near(rendering * camera->getProjectionMatrix(), world * camera->getWorldToScreenMatrix(), 1e-2f));
+    EXPECT_TRUE(near(world, rendering * camera->getRenderingToWorldMatrix(), 1e-3f));
+}
+
+TEST_F(CameraTest, OnlyAChangeOfPlacementRecomputes)
+{
+    camera->setXYZHPR(tbVec3(1, 2, 3), tbVec3(4, 5, 6));
+    camera->clearScreenMatricesChanged();
+    camera->setHPR(4, 5, 6);
+    camera->setXYZ(1, 2, 3);
+    camera->setXYZHPR(tbVec3(1, 2, 3), tbVec3(4, 5, 6));
+    EXPECT_FALSE(camera->screenMatricesChanged());
+    camera->setHPR(4, 5, 7);
+    EXPECT_TRUE(camera->screenMatricesChanged());
+    camera->clearScreenMatricesChanged();
+    camera->setProjectionMatrix(camera->getProjectionMatrix());
+    EXPECT_TRUE(camera->screenMatricesChanged());
+    EXPECT_TRUE(camera->isClearEnabled());
+}
+
+TEST_F(CameraTest, ViewportIsCutToTheWindow)
+{
+    float left, right, bottom, top;
+    camera->setViewport(-0.5f, 2.0f, 0.25f, 0.75f);
+    camera->getViewport(left, right, bottom, top);
+    EXPECT_EQ(left, 0.0f);
+    EXPECT_EQ(right, 1.0f);
+    EXPECT_EQ(bottom, 0.25f);
+    EXPECT_EQ(top, 0.75f);
+
+    window->setSize(200, 100);
+    camera->setViewport(50, 150, 0, 25);
+    camera->getViewport(left, right, bottom, top);
+    EXPECT_EQ(left, 0.25f);
+    EXPECT_EQ(right, 0.75f);
+    EXPECT_EQ(top, 0.25f);
+    int l, r, b, t;
+    window->setSize(400, 1000);
+    camera->getViewport(l, r, b, t);
+    EXPECT_EQ(l, 100);
+    EXPECT_EQ(r, 300);
+    EXPECT_EQ(t, 250);
+}
+
+TEST_F(CameraTest, WindowCoordinatesGoToTheWorldAndBack)
+{
+    camera->setMatrix(placement());
+    camera->setNearFar(1.0f, 100.0f);
+    camera->setFOV(60.0f, 45.0f);
+    camera->setViewport(0.25f, 0.75f, 0.5f, 1.0f);
+    for (const tbVec3& seen : {tbVec3(0, 10, 0), tbVec3(3, 20, -2), tbVec3(-8, 90, 10)})
+    {
+        const tbVec3 world = seen * camera->getMatrix();
+        tbVec3 win;
+        camera->getWindowCoords(world, win);
+        EXPECT_GE(win[0], 160.0f);
+        EXPECT_LE(win[0], 480.0f);
+        EXPECT_GE(win[1], 240.0f);
+        EXPECT_LE(win[1], 480.0f);
+        EXPECT_GE(win[2], 0.0f);
+        EXPECT_LE(win[2], 99.0f);
+        tbVec3 back;
+        camera->getWorldCoords(win, back);
+        EXPECT_TRUE(near(back, world, 0.05f));
+    }
+    tbVec3 centre;
+    camera->getWindowCoords(tbVec3(0, 10, 0) * camera->getMatrix(), centre);
+    EXPECT_TRUE(near(tbVec3(centre[0], centre[1], 0), tbVec3(320, 360, 0), 0.01f));
+}
+
+TEST_F(CameraTest, CoordinatesStayNumbersInAWindowWithoutExtent)
+{
+    window->setSize(0, 0);
+    camera->setNearFar(5.0f, 5.0f);
+    camera->setViewport(10, 20, 30, 40);
+    float left, right, bottom, top;
+    camera->getViewport(left, right, bottom, top);
+    EXPECT_EQ(left, 0.0f);
+    tbVec3 world;
+    camera->getWorldCoords(tbVec3(1, 1, 1), world);
+    tbVec3 win;
+    camera->getWindowCoords(tbVec3(0, 0, 0), win);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(std::isfinite(world[i]) && std::isfinite(win[i]));
+}
+
+TEST_F(CameraTest, WithoutWindowTheFallbacksHold)
+{
+    camera->setWindow(nullptr);
+    camera->makePerspProjMatrix(-1, 1, -1, 1, 1, 1000);
+    EXPECT_EQ(camera->getProjectionMatrix(), identity());
+    camera->makeOrthoProjMatrix(-1, 1, -1, 1, 1, 1000);
+    EXPECT_EQ(camera->getProjectionMatrix(), identity());
+    camera->setViewport(5, 6, 7, 8);
+    float left, right, bottom, top;
+    camera->getViewport(left, right, bottom, top);
+    EXPECT_EQ(right, 1.0f);
+    tbVec3 win(7, 7, 7);
+    camera->getWindowCoords(tbVec3(1, 2, 3), win);
+    EXPECT_EQ(win, tbVec3(0, 0, 0));
+    camera->applyWindowViewport();
+}
+
+TEST_F(CameraTest, WindowThatDiesLeavesItsCameras)
+{
+    window = nullptr;
+    EXPECT_EQ(camera->getWindow(), nullptr);
+}
+
+TEST_F(CameraTest, TraitsAreReferencedAndAppliedUnlessPruned)
+{
+    tbRef<tbCull> cull = new tbCull;
+    tbRef<tbPrune> prune = new tbPrune;
+    cull->setMask(0x400);
+    camera->addTrait(cull.get());
+    camera->addTrait(static_cast<tbTravTrait*>(nullptr));
+    EXPECT_EQ(camera->getNumTravTraits(), 1);
+    EXPECT_EQ(cull->getRefCount(), 2);
+
+    camera->applyTraits();
+    tbTravContext* context = camera->getTravContext();
+    context->setTraitStack(new tbTraitStack(tbTraitStack::ALL_STACKS, false));
+    context->reset();
+    camera->applyTraits();
+    EXPECT_EQ(context->anyFlags(0x5500), 0x400u);
+    camera->removeTrait(prune.get());
+    camera->removeTrait(cull.get());
+    EXPECT_EQ(camera->getNumTravTraits(), 0);
+    EXPECT_EQ(cull->getRefCount(), 1);
+}
+
+TEST_F(CameraTest, CopyHasItsOwnContextAndSharesTraits)
+{
+    tbRef<tbCull> cull = new tbCull;
+    camera->addTrait(cull.get());
+    camera->setMatrix(placement());
+    camera->setFOV(50.0f, 40.0f);
+    tbRef<tbNullCamera> copy = static_cast<tbNullCamera*>(camera->createCopy());
+    EXPECT_NE(copy->getTravContext(), camera->getTravContext());
+    EXPECT_EQ(copy->getTravContext()->getCamera(), copy.get());
+    EXPECT_EQ(cull->getRefCount(), 3);
+    EXPECT_EQ(copy->getWorldToScreenMatrix(), camera->getWorldToScreenMatrix());
+    EXPECT_NE(copy->getIndex(), camera->getIndex());
+}
+
+TEST_F(CameraTest, ContextOutlivesItsCamera)
+{
+    tbRef<tbTravContext> context = camera->getTravContext();
+    camera = nullptr;
+    EXPECT_EQ(context->getCamera(), nullptr);
+}

@@ -1,0 +1,200 @@
+#include <tamber/display/tbRenderContext.h>
+
+#include <tamber/display/tbWindow.h>
+#include <tamber/io/tbFile.h>
+#include <tamber/kernel/tbBase.h>
+#include <tamber/kernel/tbRef.h>
+#include <tamber/trav/tbTraitStack.h>
+#include <tamber/trav/tbVisualTrait.h>
+
+#include <plugins/null/tbNullCamera.h>
+#include <plugins/null/tbNullRenderContext.h>
+#include <plugins/null/tbNullWindow.h>
+
+#include <gtest/gtest.h>
+
+#include <tests/support/Near.h>
+
+namespace
+{
+
+using tbtest::near;
+
+class RenderContextTestShade : public tbVisualTrait
+{
+    TB_CLASS(RenderContextTestShade, tbVisualTrait)
+
+public:
+    RenderContextTestShade() { initInstance(); }
+    bool isEqual(tbTrait* other) const override { return isSameKind(other); }
+    void apply(tbCamera* camera) const override { camera->setAppliedVisualTrait(this); }
+
+protected:
+    ~RenderContextTestShade() override { deleteInstance(); }
+};
+TB_DEFINE_VISUAL_TRAIT_CLASS(RenderContextTestShade, tbVisualTrait)
+
+// Counts the contexts that it was set up for, and may drop another object meanwhile.
+class RenderContextTestObject : public tbBase
+{
+    TB_CLASS(RenderContextTestObject, tbBase)
+
+public:
+    RenderContextTestObject() { initInstance(); }
+    void initRenderContext(tbRenderContext*) const override
+    {
+        ++numSetUp;
+        if (victim)
+            victim->unRef();
+        victim = nullptr;
+    }
+
+    mutable int numSetUp = 0;
+    mutable tbBase* victim = nullptr;
+
+protected:
+    ~RenderContextTestObject() override { deleteInstance(); }
+};
+TB_DEFINE_CLASS(RenderContextTestObject, tbBase)
+
+void expectRows(const tbMatrix& m, const tbVec4 (&rows)[4])
+{
+    for (int i = 0; i < 4; ++i)
+        EXPECT_TRUE(near(tbVec4(m[i][0], m[i][1], m[i][2], m[i][3]), rows[i], 1e-6f)) << "row " << i;
+}
+
+} // namespace
+
+TEST(RenderContext, ProjectionsMapTheirBoundsToTheClipCube)
+{
+    tbRef<tbNullWindow> window = new tbNullWindow;
+    tbNullRenderContext context(window.get());
+    tbMatrix m;
+    context.makePerspProjMatrix(m, -1, 1, -1, 1, 1, 1000);
+    expectRows(m, {tbVec4(1, 0, 0, 0), tbVec4(0, 1, 0, 0), tbVec4(0, 0, -1001.0f / 999.0f, -1),
+                   tbVec4(0, 0, -2000.0f / 999.0f, 0)});
+    EXPECT_NE(m.getType() & tbMatrix::MATRIX_PROJ, 0u);
+    context.makeOrthoProjMatrix(m, 0, 2, 0, 2, -1, 1);
+    expectRows(m, {tbVec4(1, 0, 0, 0), tbVec4(0, 1, 0, 0), tbVec4(0, 0, -1, 0), tbVec4(-1, -1, 0, 1)});
+}
+
+TEST(RenderContext, DefaultsAreAppliedOncePerFrame)
+{
+    RenderContextTestShade::getClassType();
+    tbRef<tbNullWindow> window = new tbNullWindow;
+    window->open();
+    tbRef<tbNullCamera> camera = new tbNullCamera;
+    camera->setWindow(window.get());
+    tbRenderContext* context = window->getRenderContext();
+    context->getTraitStack()->reset(true);
+    context->clear(camera.get());
+    const std::int64_t once = camera->getCounts().visualTraits;
+    EXPECT_GE(once, 1);
+    context->clear(camera.get());
+    EXPECT_EQ(camera->getCounts().visualTraits, once);
+    context->close();
+    context->clear(camera.get());
+    EXPECT_EQ(camera->getCounts().visualTraits, 2 * once);
+    EXPECT_NE(camera->getAppliedVisualTrait(RenderContextTestShade::getClassType()), nullptr);
+}
+
+TEST(RenderContext, LiveContextsAreListedInTheOrderOfTheirMaking)
+{
+    const int before = tbRenderContext::getNumRenderContexts();
+    auto* first = new tbNullRenderContext(nullptr);
+    auto* second = new tbNullRenderContext(nullptr);
+    auto* third = new tbNullRenderContext(nullptr);
+    EXPECT_EQ(tbRenderContext::getRenderContext(before), first);
+    delete first;
+    EXPECT_EQ(tbRenderContext::getRenderContext(before), second);
+    EXPECT_EQ(tbRenderContext::getRenderContext(before + 1), third);
+    delete second;
+    delete third;
+    EXPECT_EQ(tbRenderContext::getNumRenderContexts(), before);
+    EXPECT_EQ(tbRenderContext::getRenderContext(before), nullptr);
+}
+
+TEST(RenderContext, FactoryIsThePlugIns)
+{
+    const tbRenderContext::CreateFunc factory = tbRenderContext::getCreateFunc();
+    tbRenderContext* made = tbRenderContext::createRenderContext(nullptr);
+    EXPECT_NE(dynamic_cast<tbNullRenderContext*>(made), nullptr);
+    delete made;
+    tbRenderContext::setCreateFunc(nullptr);
+    EXPECT_EQ(tbRenderContext::createRenderContext(nullptr), nullptr);
+    tbRenderContext::setCreateFunc(factory);
+    EXPECT_EQ(tbRenderContext::getRenderAPI(), tbRenderContext::RENDER_API_NULL);
+}
+
+TEST(RenderContext, EveryLiveObjectIsSetUpAndKeepsItsCount)
+{
+    tbRef<RenderContextTestObject> held = new RenderContextTestObject;
+    auto* unheld = new RenderContextTestObject;
+    tbNullRenderContext context(nullptr);
+    context.initClassInstances();
+    EXPECT_EQ(held->numSetUp, 1);
+    EXPECT_EQ(unheld->numSetUp, 1);
+    EXPECT_EQ(held->getRefCount(), 1);
+    EXPECT_EQ(unheld->getRefCount(), 0);
+
+    tbRenderContext::enableAutoInit(false);
+    context.initClassInstances();
+    tbRenderContext::enableAutoInit(true);
+    EXPECT_EQ(held->numSetUp, 1);
+    unheld->unRef();
+}
+
+TEST(RenderContext, ObjectsMayGoWhileTheyAreSetUp)
+{
+    const int before = RenderContextTestObject::getNum(false);
+    auto* heldVictim = new RenderContextTestObject;
+    heldVictim->ref();
+    auto* unheldVictim = new RenderContextTestObject;
+    tbRef<RenderContextTestObject> first = new RenderContextTestObject;
+    tbRef<RenderContextTestObject> second = new RenderContextTestObject;
+    first->victim = heldVictim;
+    second->victim = unheldVictim;
+    tbNullRenderContext context(nullptr);
+    context.initClassInstances();
+    EXPECT_EQ(RenderContextTestObject::getNum(false), before + 2);
+}
+
+TEST(RenderContext, TraitStackIsReplacedAndCounted)
+{
+    tbNullRenderContext context(nullptr);
+    tbRef<tbTraitStack> own = context.getTraitStack();
+    EXPECT_EQ(own->getStackTypes() & 0xFu, 0xDu);
+    tbRef<tbTraitStack> other = new tbTraitStack(tbTraitStack::VISUAL_STACK, false);
+    context.setTraitStack(other.get());
+    EXPECT_EQ(own->getRefCount(), 1);
+    EXPECT_EQ(other->getRefCount(), 2);
+    context.setTraitStack(other.get());
+    EXPECT_EQ(other->getRefCount(), 2);
+}
+
+TEST(Window, EnabledFlagIsItsRecord)
+{
+    tbRef<tbNullWindow> window = new tbNullWindow;
+    window->enable(false);
+    tbFile file;
+    ASSERT_TRUE(file.create("window.tb"));
+    tbEntry* entry = window->write(&file, nullptr);
+    ASSERT_NE(entry, nullptr);
+    ASSERT_TRUE(file.write());
+    file.close();
+    ASSERT_TRUE(file.open("window.tb", "r"));
+    tbRef<tbNullWindow> read = new tbNullWindow;
+    EXPECT_TRUE(read->isEnabled());
+    EXPECT_NE(read->read(&file, nullptr), nullptr);
+    EXPECT_FALSE(read->isEnabled());
+    EXPECT_EQ(tbWindow::createInstance(), nullptr);
+    EXPECT_FALSE(tbNullWindow::getClassType()->isWritable());
+}
+
+TEST(Window, PixelAspectRatioIsOneUntilSet)
+{
+    EXPECT_EQ(tbWindow::getPixelAspectRatio(), 1.0f);
+    tbWindow::setPixelAspectRatio(1.5f);
+    EXPECT_EQ(tbWindow::getPixelAspectRatio(), 1.5f);
+    tbWindow::setPixelAspectRatio(1.0f);
+}

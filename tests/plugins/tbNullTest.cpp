@@ -1,0 +1,429 @@
+#include <plugins/null/tbNullCamera.h>
+
+#include <tamber/graph/tbGroupType.h>
+#include <tamber/graph/tbScene.h>
+#include <tamber/graph/tbTransform.h>
+#include <tamber/io/tbPlugIn.h>
+#include <tamber/kernel/tbRef.h>
+#include <tamber/kernel/tbStats.h>
+#include <tamber/math/tbMatrix.h>
+#include <tamber/render/tbStyle.h>
+#include <tamber/trav/tbCull.h>
+#include <tamber/trav/tbPrune.h>
+#include <tamber/trav/tbTraitStack.h>
+#include <tamber/trav/tbTravContext.h>
+#include <tamber/trav/tbVisualTrait.h>
+#include <tamber/volume/tbSphere.h>
+
+#include <plugins/null/tbNullRenderContext.h>
+#include <plugins/null/tbNullWindow.h>
+
+#include <gtest/gtest.h>
+
+#include <tests/support/Near.h>
+#include <tests/support/TestGeometry.h>
+
+#include <random>
+#include <set>
+#include <string>
+
+namespace
+{
+
+using tbtest::near;
+
+std::string applied; // names of the traits that reached the camera
+
+template <class Trait>
+void reachCamera(const Trait* trait, tbCamera* camera)
+{
+    applied += trait->getName() ? trait->getName() : "default";
+    applied += ' ';
+    camera->setAppliedVisualTrait(trait);
+    camera->getTravContext()->getTraitStack()->setAppliedTrait(trait);
+}
+
+class NullTestColor : public tbVisualTrait
+{
+    TB_CLASS(NullTestColor, tbVisualTrait)
+
+public:
+    NullTestColor() { initInstance(); }
+    explicit NullTestColor(const char* text) : NullTestColor() { setName(text); }
+    bool isEqual(tbTrait* other) const override { return isSameKind(other); }
+    void apply(tbCamera* camera) const override { reachCamera(this, camera); }
+
+protected:
+    ~NullTestColor() override { deleteInstance(); }
+};
+TB_DEFINE_VISUAL_TRAIT_CLASS(NullTestColor, tbVisualTrait)
+
+// Drawn through the hook, as geometry is.
+class DrawnGeometry : public tbtest::TestGeometry
+{
+public:
+    using TestGeometry::TestGeometry;
+    void draw(tbCamera* camera) const override
+    {
+        TestGeometry::draw(camera);
+        tbGeometry::draw(camera);
+    }
+    int getNumPrimitives() const override { return numPrimitives; }
+    int getNumIndices() const override { return numIndices; }
+
+    int numPrimitives = 1;
+    int numIndices = 0;
+};
+
+struct Body
+{
+    tbVec3 centre;
+    float radius;
+    DrawnGeometry* geometry;
+};
+
+class NullDisplayTest : public testing::Test
+{
+protected:
+    NullDisplayTest()
+    {
+        window->open();
+        camera->setWindow(window.get());
+        camera->enableClear(false);
+    }
+
+    // One sphere below a transform of its own.
+    Body addBody(tbGroup* parent, const tbVec3& centre, float radius)
+    {
+        auto* transform = new tbTransform;
+        transform->setXYZ(centre);
+        auto* geometry = new DrawnGeometry(tbSphere(tbVec3(0, 0, 0), radius));
+        transform->addChild(geometry);
+        parent->addChild(transform);
+        return {centre, radius, geometry};
+    }
+
+    std::vector<Body> addGrid(int perAxis, float spacing, float radius)
+    {
+        std::vector<Body> bodies;
+        const float middle = 0.5f * float(perAxis - 1);
+        for (int x = 0; x < perAxis; ++x)
+            for (int y = 0; y < perAxis; ++y)
+                for (int z = 0; z < perAxis; ++z)
+                    bodies.push_back(
+                        addBody(scene.get(),
+                                tbVec3((float(x) - middle) * spacing, (float(y) - middle) * spacing,
+                                       (float(z) - middle) * spacing),
+                                radius));
+        return bodies;
+    }
+
+    void draw()
+    {
+        scene->update();
+        camera->draw(scene.get());
+    }
+
+    tbRef<tbNullWindow> window = new tbNullWindow;
+    tbRef<tbNullCamera> camera = new tbNullCamera;
+    tbRef<tbScene> scene = new tbScene;
+};
+
+bool onScreen(const tbCamera& camera, const tbVec3& world)
+{
+    const tbVec4 clip = tbVec4(world[0], world[1], world[2], 1.0f) * camera.getWorldToScreenMatrix();
+    for (int i = 0; i < 3; ++i)
+        if (!(std::abs(clip[i]) <= clip[3]))
+            return false;
+    return true;
+}
+
+} // namespace
+
+// A body of which any point is on the screen must be drawn, whatever the placement and projection. The points are
+// projected by the matrices alone, without the frustum.
+TEST_F(NullDisplayTest, NothingThatIsSeenIsCulled)
+{
+    std::vector<Body> bodies = addGrid(9, 10.0f, 2.0f);
+    std::mt19937 random(7);
+    const auto number = [&random](float low, float high)
+    { return std::uniform_real_distribution<float>(low, high)(random); };
+    int culledViews = 0;
+    for (int view = 0; view < 60; ++view)
+    {
+        camera->setXYZHPR(tbVec3(number(-50, 50), number(-50, 50), number(-50, 50)),
+                          tbVec3(number(-180, 180), number(-90, 90), number(-180, 180)));
+        if (view % 3 == 0)
+            camera->makeOrthoProjMatrix(number(-30, -1), number(1, 30), number(-30, -1), number(1, 30), 1.0f,
+                                        60.0f);
+        else if (view % 3 == 1)
+            camera->makePerspProjMatrix(number(-1, -0.1f), number(0.1f, 1), number(-1, -0.1f),
+                                        number(0.1f, 1), 0.5f, 80.0f);
+        else
+            camera->setFOV(number(10, 120), number(10, 120));
+        for (Body& body : bodies)
+            body.geometry->numDrawn = 0;
+        draw();
+        culledViews += camera->getCounts().culled > 0 ? 1 : 0;
+        for (const Body& body : bodies)
+        {
+            for (int i = 0; i < 24 && body.geometry->numDrawn == 0; ++i)
+            {
+                tbVec3 direction(number(-1, 1), number(-1, 1), number(-1, 1));
+                direction.normalize();
+                const tbVec3 point = body.centre + direction * (body.radius * number(0, 1) * 0.999f);
+                ASSERT_FALSE(onScreen(*camera, point)) << "view " << view;
+            }
+        }
+    }
+    EXPECT_EQ(culledViews, 60);
+}
+
+// Spheres wholly in front of the near plane, beyond the far plane or well beside the view are not drawn.
+TEST_F(NullDisplayTest, WhatIsWellOutsideIsCulled)
+{
+    camera->setNearFar(1.0f, 100.0f);
+    camera->setFOV(60.0f, 60.0f);
+    camera->setXYZHPR(tbVec3(5, 6, 7), tbVec3(90, 0, 0)); // looks along -X
+    const Body ahead = addBody(scene.get(), tbVec3(-15, 6, 7), 1.0f);
+    const Body behind = addBody(scene.get(), tbVec3(15, 6, 7), 1.0f);
+    const Body beyond = addBody(scene.get(), tbVec3(-120, 6, 7), 1.0f);
+    const Body beside = addBody(scene.get(), tbVec3(-15, 30, 7), 1.0f);
+    const Body above = addBody(scene.get(), tbVec3(-15, 6, 30), 1.0f);
+    draw();
+    EXPECT_EQ(ahead.geometry->numDrawn, 1);
+    for (const Body* hidden : {&behind, &beyond, &beside, &above})
+        EXPECT_EQ(hidden->geometry->numDrawn, 0);
+    EXPECT_EQ(camera->getCounts().culled, 4);
+}
+
+TEST_F(NullDisplayTest, CountsAgreeWithTestingEverySphereByHand)
+{
+    const std::vector<Body> bodies = addGrid(8, 12.0f, 3.0f);
+    camera->setFOV(50.0f, 35.0f);
+    for (int heading = 0; heading < 360; heading += 30)
+    {
+        camera->setXYZHPR(tbVec3(10, -20, 5), tbVec3(float(heading), 10, 5));
+        camera->resetCounts();
+        draw();
+        const tbNullCounts counts = camera->getCounts();
+        const tbFrustum eye = *camera->getFrustum();
+        int expected = 0;
+        for (const Body& body : bodies)
+        {
+            tbSphere sphere(body.centre, body.radius);
+            sphere.xform(camera->getWorldToRenderingMatrix());
+            expected += eye.contains(sphere) != tbVolume::OUTSIDE ? 1 : 0;
+        }
+        EXPECT_EQ(counts.geometries, expected);
+        EXPECT_EQ(counts.sphereTests, std::int64_t(bodies.size()));
+        EXPECT_EQ(counts.culled, std::int64_t(bodies.size()) - expected);
+        EXPECT_GT(counts.culled, 0);
+    }
+}
+
+TEST_F(NullDisplayTest, SubtreeWhollyInsideIsTestedOnce)
+{
+    camera->setFOV(60.0f, 60.0f);
+    auto* cluster = new tbTransform;
+    cluster->setXYZ(0.0f, 100.0f, 0.0f);
+    scene->addChild(cluster);
+    for (int i = 0; i < 10; ++i)
+        addBody(cluster, tbVec3(float(i) - 5.0f, 0, 0), 0.5f);
+    draw();
+    EXPECT_EQ(camera->getCounts().geometries, 10);
+    EXPECT_EQ(camera->getCounts().sphereTests, 1);
+}
+
+TEST_F(NullDisplayTest, CullTraitTurnsTheTestsOff)
+{
+    addGrid(3, 500.0f, 1.0f);
+    auto* cull = new tbCull;
+    cull->setMask(0);
+    scene->addTrait(cull);
+    camera->setFOV(30.0f, 30.0f);
+    draw();
+    EXPECT_EQ(camera->getCounts().geometries, 27);
+    EXPECT_EQ(camera->getCounts().sphereTests, 0);
+    camera->setXYZ(1, 0, 0);
+    scene->removeTrait(cull);
+    draw();
+    EXPECT_LT(camera->getCounts().geometries, 54);
+}
+
+TEST_F(NullDisplayTest, FrustumReadOffAMatrixIsThatOfItsBounds)
+{
+    tbRef<tbNullCamera> other = new tbNullCamera;
+    other->setWindow(window.get());
+    const auto compare = [&](float tolerance)
+    {
+        other->setProjectionMatrix(camera->getProjectionMatrix());
+        for (int face = 0; face < 6; ++face)
+        {
+            const tbPlane& a = camera->getFrustum()->getFacePlane(face);
+            const tbPlane& b = other->getFrustum()->getFacePlane(face);
+            EXPECT_TRUE(near(*a.getNormal(), *b.getNormal(), 1e-4f)) << face;
+            EXPECT_NEAR(a.getOffset(), b.getOffset(), tolerance) << face;
+        }
+    };
+    camera->makePerspProjMatrix(-1, 2, -0.5f, 1, 2, 500);
+    compare(0.1f);
+    camera->makeOrthoProjMatrix(-10, 20, -5, 1, -50, 500);
+    compare(1e-2f);
+    float horizontal, vertical;
+    other->getFOV(horizontal, vertical);
+    EXPECT_EQ(horizontal, 0.0f);
+    camera->setFOV(80.0f, 45.0f);
+    other->setProjectionMatrix(camera->getProjectionMatrix());
+    other->getFOV(horizontal, vertical);
+    EXPECT_NEAR(horizontal, 80.0f, 0.01f);
+    EXPECT_NEAR(vertical, 45.0f, 0.01f);
+}
+
+TEST_F(NullDisplayTest, ProjectionOfNoKnownFormCullsNothing)
+{
+    addGrid(3, 500.0f, 1.0f);
+    tbMatrix skewed;
+    skewed.makeRot(30.0f, 1, 1, 1);
+    camera->setProjectionMatrix(skewed);
+    draw();
+    EXPECT_EQ(camera->getCounts().geometries, 27);
+}
+
+TEST_F(NullDisplayTest, ProjectionFollowsDistancesAndTheFirstWindow)
+{
+    tbRef<tbNullCamera> early = new tbNullCamera;
+    early->setFOV(90.0f, 60.0f);
+    early->setNearFar(2.0f, 200.0f);
+    early->setWindow(window.get());
+    camera->setNearFar(2.0f, 200.0f);
+    camera->setFOV(90.0f, 60.0f);
+    EXPECT_TRUE(near(early->getProjectionMatrix(), camera->getProjectionMatrix()));
+    EXPECT_TRUE(early->getFrustum()->isSymmetrical());
+    EXPECT_NEAR(early->getFrustum()->getNear(), 2.0f, 1e-4f);
+}
+
+TEST_F(NullDisplayTest, TraitsReachTheCameraWhenGeometryNeedsThem)
+{
+    NullTestColor::getClassType();
+    auto* red = new tbStyle;
+    red->addTrait(new NullTestColor("red"));
+    auto* blue = new tbStyle;
+    blue->addTrait(new NullTestColor("blue"));
+    scene->addChild(red);
+    scene->addChild(new DrawnGeometry);
+    red->addChild(new DrawnGeometry);
+    red->addChild(new DrawnGeometry);
+    red->addChild(blue);
+    blue->addChild(new DrawnGeometry);
+    auto* empty = new tbStyle;
+    empty->addTrait(new NullTestColor("never drawn"));
+    red->addChild(empty);
+    red->addChild(new DrawnGeometry);
+
+    camera->draw(scene.get()); // sets every type once
+    applied.clear();
+    camera->resetCounts();
+    camera->draw(scene.get());
+    EXPECT_EQ(applied, "red blue red default ");
+    EXPECT_EQ(camera->getCounts().visualTraits, 4);
+    EXPECT_EQ(camera->getCounts().geometries, 5);
+    EXPECT_STREQ(camera->getAppliedVisualTrait(NullTestColor::getClassType())->getName(), nullptr);
+}
+
+TEST_F(NullDisplayTest, PrunedStyleIsNotDrawn)
+{
+    auto* pruned = new tbStyle;
+    auto* prune = new tbPrune;
+    prune->enable(true);
+    pruned->addTrait(prune);
+    pruned->addChild(new DrawnGeometry);
+    scene->addChild(pruned);
+    scene->addChild(new DrawnGeometry);
+    camera->draw(scene.get());
+    EXPECT_EQ(camera->getCounts().geometries, 1);
+    EXPECT_EQ(camera->getTravContext()->anyFlags(tbTravContext::PRUNE), 0u);
+}
+
+TEST_F(NullDisplayTest, PrimitivesOfThreeVerticesAreTriangles)
+{
+    auto* triangles = new DrawnGeometry;
+    triangles->numPrimitives = 12;
+    triangles->numIndices = 36;
+    auto* lines = new DrawnGeometry;
+    lines->numPrimitives = 10;
+    lines->numIndices = 20;
+    scene->addChild(triangles);
+    scene->addChild(lines);
+    camera->draw(scene.get());
+    EXPECT_EQ(camera->getCounts().triangles, 12);
+    EXPECT_EQ(camera->getCounts().primitives, 22);
+}
+
+TEST_F(NullDisplayTest, FrameIsCountedOnTheWindow)
+{
+    camera->enableClear(true);
+    for (int frame = 0; frame < 3; ++frame)
+    {
+        window->beginDraw();
+        camera->draw(scene.get());
+        camera->draw(scene.get());
+        window->endDraw();
+    }
+    const tbNullCounts counts = window->getCounts();
+    EXPECT_EQ(counts.swaps, 3);
+    EXPECT_EQ(counts.clears, 6);
+    EXPECT_EQ(counts.viewports, 6);
+    EXPECT_EQ(camera->getCounts().walks, 6);
+    EXPECT_FALSE(camera->screenMatricesChanged());
+    window->resetCounts();
+    EXPECT_EQ(window->getCounts().swaps, 0);
+    window->close();
+    EXPECT_EQ(window->getRenderContext(), nullptr);
+    camera->draw(scene.get());
+}
+
+TEST_F(NullDisplayTest, DeviceHoldsTheMatricesOfTheLastGeometry)
+{
+    camera->setXYZHPR(tbVec3(1, 2, 3), tbVec3(10, 20, 30));
+    auto* transform = new tbTransform;
+    transform->setXYZ(4.0f, 5.0f, 6.0f);
+    transform->addChild(new DrawnGeometry);
+    scene->addChild(transform);
+    auto* all = new tbCull;
+    all->setMask(0);
+    scene->addTrait(all);
+    camera->draw(scene.get());
+    const auto* device = dynamic_cast<tbNullRenderContext*>(window->getRenderContext());
+    tbMatrix expected;
+    expected.mult(*transform->getMatrix(), camera->getWorldToRenderingMatrix());
+    EXPECT_TRUE(near(device->getMatrix(tbRenderContext::MATRIX_MODE_MODEL), expected));
+    EXPECT_TRUE(
+        near(device->getMatrix(tbRenderContext::MATRIX_MODE_PROJECTION), camera->getProjectionMatrix()));
+}
+
+TEST_F(NullDisplayTest, NodesAreCountedByTheContextsStatistics)
+{
+    addGrid(2, 1.0f, 0.1f);
+    auto* stats = new tbStats(tbTraitStack::VISUAL_STACK);
+    camera->getTravContext()->setStats(stats);
+    camera->setFOV(100.0f, 100.0f);
+    camera->setXYZ(0, -20, 0);
+    draw();
+    EXPECT_EQ(stats->getCount(tbTransform::getClassType()), 8);
+    EXPECT_EQ(stats->getCount(tbGeometry::getClassType()), 8);
+}
+
+TEST(NullModule, ObjectsAreMadeByNameAndCountThroughTheirInterface)
+{
+    tbRef<tbBase> camera = tbType::createInstance("tbNullCamera");
+    tbRef<tbBase> window = tbType::createInstance("tbNullWindow");
+    ASSERT_NE(tbNullCounter::of(camera.get()), nullptr);
+    ASSERT_NE(tbNullCounter::of(window.get()), nullptr);
+    EXPECT_EQ(tbNullCounter::of(nullptr), nullptr);
+    EXPECT_EQ(tbNullCounter::of(camera.get())->getCounts().walks, 0);
+    const tbPlugIn* plugIn = tbPlugIn::find("TBNULL.DLL");
+    ASSERT_NE(plugIn, nullptr);
+    EXPECT_EQ(camera->getType()->getPlugIn(), plugIn);
+    EXPECT_FALSE(plugIn->isSaveWithFileEnabled());
+}

@@ -1,0 +1,348 @@
+#include <tamber/render/tbVertexArray.h>
+
+#include <tamber/containers/tbTArray.h>
+#include <tamber/io/tbFile.h>
+#include <tamber/kernel/tbArena.h>
+#include <tamber/math/tbUByteVec4.h>
+#include <tamber/math/tbVec2.h>
+#include <tamber/math/tbVec3.h>
+#include <tamber/math/tbVec4.h>
+
+#include <gtest/gtest.h>
+
+#include <tests/support/Messages.h>
+
+#include <bit>
+#include <cstring>
+#include <random>
+
+namespace
+{
+
+using VA = tbVertexArray;
+
+constexpr unsigned NUM_TYPES = 0x80;
+
+struct Release
+{
+    void operator()(tbVertexArray* array) const { array->unRef(); }
+};
+using Held = std::unique_ptr<tbVertexArray, Release>;
+
+// The layout by adding up the components one after another.
+struct Expected
+{
+    explicit Expected(unsigned type)
+    {
+        const bool codeIsValid = std::popcount(type & VA::TEXCOORD_MASK) == 1;
+        sets = codeIsValid ? std::countr_zero((type & VA::TEXCOORD_MASK) >> 3) + 1 : 0;
+        size = 12;
+        normal = place(type & VA::VT_NORMAL, 12);
+        color = place(type & VA::VT_COLOR, 4);
+        for (int i = 0; i < 4; ++i)
+            set[i] = place(i < sets, 8);
+    }
+    int place(bool present, int bytes)
+    {
+        const int offset = present ? size : -1;
+        size += present ? bytes : 0;
+        return offset;
+    }
+
+    int size, sets, normal, color, set[4];
+};
+
+void fillWithNumbers(tbVertexArray& array, unsigned seed)
+{
+    std::mt19937 random(seed);
+    auto* bytes = static_cast<unsigned char*>(array.getData());
+    const int words = array.getNum() * array.getVertexSize() / 4;
+    const int colorOffset = array.getOffset(VA::VT_COLOR);
+    for (int i = 0; i < words; ++i)
+    {
+        const bool isColor = 4 * i % array.getVertexSize() == colorOffset;
+        const std::uint32_t color = random();
+        const float number = float(random() % 2000) * 0.25f - 250.0f;
+        std::memcpy(bytes + 4 * i, isColor ? static_cast<const void*>(&color) : &number, 4);
+    }
+}
+
+bool sameBytes(const tbVertexArray& a, const tbVertexArray& b)
+{
+    return a.getNum() == b.getNum() && a.getVertexType() == b.getVertexType() &&
+           std::memcmp(a.getData(), b.getData(), std::size_t(a.getNum() * a.getVertexSize())) == 0;
+}
+
+std::uint32_t colorOf(const tbVertexArray& array, int vertex)
+{
+    std::uint32_t color = 0;
+    std::memcpy(&color,
+                static_cast<const char*>(array.getData()) + vertex * array.getVertexSize() +
+                    array.getOffset(VA::VT_COLOR),
+                4);
+    return color;
+}
+
+tbVertexArray oneColor(std::uint32_t color, unsigned order)
+{
+    tbVertexArray array(1, VA::VT_POSITION | VA::VT_COLOR | order);
+    std::memcpy(static_cast<char*>(array.getData()) + 12, &color, 4);
+    return array;
+}
+
+} // namespace
+
+TEST(VertexArray, EveryTypeWordHasTheLayoutOfItsComponentsInOrder)
+{
+    const VA::VERTEX_TYPE sets[4] = {VA::VT_TEXCOORD0, VA::VT_TEXCOORD1, VA::VT_TEXCOORD2, VA::VT_TEXCOORD3};
+    for (unsigned type = 0; type < NUM_TYPES; ++type)
+    {
+        SCOPED_TRACE(type);
+        const Expected expected(type);
+        const tbVertexArray array(3, type);
+        EXPECT_EQ(array.getVertexSize(), expected.size);
+        EXPECT_EQ(array.getNumTexCoordSets(), expected.sets);
+        EXPECT_EQ(array.getOffset(VA::VT_POSITION), 0);
+        EXPECT_EQ(array.getOffset(VA::VT_NORMAL), expected.normal);
+        EXPECT_EQ(array.getOffset(VA::VT_COLOR), expected.color);
+        for (int i = 0; i < 4; ++i)
+            EXPECT_EQ(array.getOffset(sets[i]), expected.set[i]);
+        EXPECT_EQ(array.getOffset(VA::VERTEX_TYPE(0x80)), -1);
+        EXPECT_GE(array.getSize(), std::size_t(3 * expected.size));
+        for (int i = 0; i < 3 * expected.size; ++i)
+            ASSERT_EQ(static_cast<const char*>(array.getData())[i], 0);
+    }
+}
+
+TEST(VertexArray, ConstructorKeepsTwelveBitsAndDynamicStandsBesideThem)
+{
+    tbVertexArray array(0, 0xF207);
+    EXPECT_EQ(array.getVertexType(), 0x207u);
+    EXPECT_EQ(array.getData(), nullptr);
+    array.enableDynamic(true);
+    EXPECT_TRUE(array.isDynamic());
+    EXPECT_EQ(array.getVertexType(), 0x8207u);
+    EXPECT_EQ(array.getColorType(), VA::COLOR_ARGB);
+    EXPECT_EQ(tbVertexArray(-5, 1).getNum(), 0);
+}
+
+TEST(VertexArray, LastReleaseFreesArrayAndVertices)
+{
+    const std::size_t before = tbMemory::getSize();
+    auto* array = new tbVertexArray(100, VA::VT_NORMAL);
+    array->ref();
+    array->ref();
+    array->unRef();
+    EXPECT_EQ(array->getRefCount(), 1);
+    array->unRef();
+    EXPECT_EQ(tbMemory::getSize(), before);
+}
+
+TEST(VertexArray, CopiesTakeVerticesAndLayoutAndNoReferences)
+{
+    Held source(new tbVertexArray(5, VA::VT_NORMAL | VA::VT_COLOR | VA::COLOR_ARGB));
+    source->ref();
+    source->enableDynamic(true);
+    fillWithNumbers(*source, 1);
+    const tbVertexArray copy(*source);
+    EXPECT_TRUE(sameBytes(copy, *source));
+    EXPECT_EQ(copy.getRefCount(), 0);
+
+    tbVertexArray assigned(2, VA::VT_POSITION);
+    assigned = *source;
+    EXPECT_TRUE(sameBytes(assigned, *source));
+    EXPECT_NE(assigned.getData(), source->getData());
+
+    tbArena arena;
+    const auto* disposable = new (&arena) tbVertexArray(*source, &arena);
+    EXPECT_TRUE(sameBytes(*disposable, *source));
+}
+
+TEST(VertexArray, ColorsExchangeRedAndBlueOnce)
+{
+    tbVertexArray array = oneColor(0x11223344, VA::COLOR_ARGB);
+    array.convertToABGR();
+    EXPECT_EQ(colorOf(array, 0), 0x11443322u);
+    EXPECT_EQ(array.getColorType(), VA::COLOR_ABGR);
+    array.convertToABGR();
+    EXPECT_EQ(colorOf(array, 0), 0x11443322u);
+    array.convertToARGB();
+    EXPECT_EQ(colorOf(array, 0), 0x11223344u);
+    EXPECT_EQ(array.getVertexType(), VA::VT_POSITION | VA::VT_COLOR | VA::COLOR_ARGB);
+
+    tbVertexArray noOrder = oneColor(0x11223344, 0);
+    noOrder.convertToARGB();
+    noOrder.convertToABGR();
+    EXPECT_EQ(colorOf(noOrder, 0), 0x11223344u);
+
+    tbVertexArray noColors(1, VA::VT_POSITION | VA::COLOR_ARGB);
+    noColors.convertToABGR();
+    EXPECT_EQ(noColors.getColorType(), VA::COLOR_ARGB);
+}
+
+TEST(VertexArray, ReadersGiveTheSameColorsForEitherOrder)
+{
+    const tbVertexArray abgr = oneColor(0x80402010, VA::COLOR_ABGR);
+    const tbVertexArray argb = oneColor(0x80102040, VA::COLOR_ARGB);
+    for (const tbVertexArray* array : {&abgr, &argb})
+    {
+        tbTArray<tbUByteVec4> bytes;
+        ASSERT_TRUE(array->getColors(bytes));
+        EXPECT_EQ(bytes[0], tbUByteVec4(0x10, 0x20, 0x40, 0x80));
+        tbTArray<tbVec4> floats;
+        ASSERT_TRUE(array->getColors(floats));
+        EXPECT_FLOAT_EQ(floats[0][0], 16.0f / 255.0f);
+        EXPECT_FLOAT_EQ(floats[0][3], 128.0f / 255.0f);
+    }
+}
+
+TEST(VertexArray, ReadersReportAbsentComponentsAndEmptyTheirArray)
+{
+    const tbVertexArray array(2, VA::VT_POSITION);
+    tbTArray<tbVec3> normals;
+    normals.add(tbVec3(1, 2, 3));
+    EXPECT_FALSE(array.getNormals(normals));
+    EXPECT_EQ(normals.getNum(), 0);
+    tbTArray<tbVec4> colors;
+    EXPECT_FALSE(array.getColors(colors));
+    tbTArray<tbVec2> texCoords;
+    EXPECT_EQ(array.getTexCoords(texCoords), 0);
+    EXPECT_EQ(texCoords.getNum(), 0);
+}
+
+TEST(VertexArray, TexCoordsComeSetBySet)
+{
+    tbVertexArray array(2, VA::VT_POSITION | VA::VT_TEXCOORD1);
+    auto* floats = static_cast<float*>(array.getData());
+    for (int i = 0; i < 14; ++i)
+        floats[i] = float(i);
+    tbTArray<tbVec2> texCoords;
+    ASSERT_EQ(array.getTexCoords(texCoords), 2);
+    ASSERT_EQ(texCoords.getNum(), 4);
+    EXPECT_EQ(texCoords[0], tbVec2(3, 4));
+    EXPECT_EQ(texCoords[1], tbVec2(10, 11));
+    EXPECT_EQ(texCoords[2], tbVec2(5, 6));
+    EXPECT_EQ(texCoords[3], tbVec2(12, 13));
+}
+
+// Every layout to every layout, against the readers.
+TEST(VertexArray, ConvertKeepsWhatBothHaveAndFillsInTheRest)
+{
+    constexpr unsigned ORDERS[3] = {0, VA::COLOR_ABGR, VA::COLOR_ARGB};
+    for (unsigned pair = 0; pair < 9 * NUM_TYPES * NUM_TYPES; pair += 7)
+    {
+        const unsigned fromOrder = ORDERS[pair % 3];
+        const unsigned toOrder = ORDERS[pair / 3 % 3];
+        tbVertexArray from(3, (pair / 9 % NUM_TYPES) | fromOrder);
+        fillWithNumbers(from, pair);
+        tbVertexArray to;
+        to.convert(&from, (pair / 9 / NUM_TYPES) | toOrder);
+        ASSERT_EQ(to.getNum(), 3);
+        ASSERT_EQ(unsigned(to.getColorType()), toOrder ? toOrder : fromOrder);
+
+        tbTArray<tbVec3> a, b;
+        from.getVertices(a);
+        to.getVertices(b);
+        ASSERT_EQ(a[2], b[2]);
+        if (to.getNormals(b))
+            ASSERT_EQ(b[1], from.getNormals(a) ? a[1] : tbVec3(0, 0, 1));
+        tbTArray<tbUByteVec4> c, d;
+        if (to.getColors(d) && (fromOrder != 0 || toOrder != VA::COLOR_ARGB))
+            ASSERT_EQ(d[1], from.getColors(c) ? c[1] : tbUByteVec4(255, 255, 255, 255));
+        tbTArray<tbVec2> s, t;
+        const int fromSets = from.getTexCoords(s);
+        const int toSets = to.getTexCoords(t);
+        for (int i = 0; i < 3 * toSets; ++i)
+            ASSERT_EQ(t[i], i < 3 * fromSets ? s[i] : tbVec2(0, 0));
+    }
+}
+
+TEST(VertexArray, ConvertMayReadItself)
+{
+    tbVertexArray array = oneColor(0x11223344, VA::COLOR_ARGB);
+    array.convert(&array, VA::VT_POSITION | VA::VT_NORMAL | VA::VT_COLOR | VA::COLOR_ABGR);
+    EXPECT_EQ(array.getVertexSize(), 28);
+    EXPECT_EQ(colorOf(array, 0), 0x11443322u);
+}
+
+TEST(VertexArray, SetNumKeepsBytesAsTheyLieAndZeroesTheRest)
+{
+    tbVertexArray array(4, VA::VT_POSITION | VA::COLOR_ARGB);
+    array.enableDynamic(true);
+    auto* floats = static_cast<float*>(array.getData());
+    for (int i = 0; i < 12; ++i)
+        floats[i] = float(i + 1);
+    array.setNum(40, 0xF00 | VA::VT_POSITION | VA::VT_NORMAL);
+    EXPECT_EQ(array.getVertexType(), 0x8000u | VA::COLOR_ARGB | VA::VT_POSITION | VA::VT_NORMAL);
+    floats = static_cast<float*>(array.getData());
+    EXPECT_EQ(floats[11], 12.0f);
+    for (int i = 12; i < 40 * 6; ++i)
+        ASSERT_EQ(floats[i], 0.0f);
+
+    array.setNum(2, VA::VT_POSITION);
+    EXPECT_EQ(array.getNum(), 2);
+    EXPECT_EQ(static_cast<const float*>(array.getData())[5], 6.0f);
+    array.setNum(0, VA::VT_POSITION);
+    EXPECT_EQ(array.getData(), nullptr);
+    array.setNum(1, VA::VT_POSITION);
+    EXPECT_EQ(static_cast<const float*>(array.getData())[0], 0.0f);
+}
+
+TEST(VertexArrayFile, SharedArrayIsWrittenOnceAndReadOnce)
+{
+    Held array(new tbVertexArray(7, VA::VT_NORMAL | VA::VT_COLOR | VA::VT_TEXCOORD2 | VA::COLOR_ARGB));
+    array->ref();
+    array->enableDynamic(true);
+    fillWithNumbers(*array, 3);
+    {
+        tbFile file;
+        ASSERT_TRUE(file.create("shared.vertices"));
+        tbEntry* holder = file.newEntry(file.newTag("holder"));
+        EXPECT_EQ(array->writeRef(&file, holder), array->writeRef(&file, holder));
+        EXPECT_EQ(file.getNumEntries(), 2);
+        ASSERT_TRUE(file.write());
+    }
+    tbFile file;
+    ASSERT_TRUE(file.open("shared.vertices", "r"));
+    tbEntry* holder = file.getEntry(0);
+    ASSERT_TRUE(file.readEntry(holder));
+    tbVertexArray* read = tbVertexArray::readRef(&file, holder);
+    ASSERT_NE(read, nullptr);
+    EXPECT_EQ(tbVertexArray::readRef(&file, holder), read);
+    EXPECT_TRUE(sameBytes(*read, *array));
+
+    Held kept(read);
+    kept->ref();
+    file.close();
+    EXPECT_EQ(kept->getRefCount(), 1);
+}
+
+TEST(VertexArrayFile, ArrayThatIsNotAllThereIsRefused)
+{
+    const auto readBack = [](int num, int floats)
+    {
+        tbFile file;
+        EXPECT_TRUE(file.create("short.vertices"));
+        tbEntry* holder = file.newEntry(file.newTag("holder"));
+        tbEntry* array = file.newEntry(file.newTag("tbVertexArray"));
+        array->writeShort(VA::VT_POSITION);
+        array->writeInt(num);
+        for (int i = 0; i < floats; ++i)
+            array->writeFloat(1.0f);
+        holder->writeInt(1);
+        EXPECT_TRUE(file.write());
+        file.close();
+        EXPECT_TRUE(file.open("short.vertices", "r"));
+        EXPECT_TRUE(file.readEntry(file.getEntry(0)));
+        tbVertexArray* read = tbVertexArray::readRef(&file, file.getEntry(0));
+        const int count = read ? read->getNum() : -1;
+        file.close();
+        return count;
+    };
+    EXPECT_EQ(readBack(2, 6), 2);
+    EXPECT_EQ(readBack(0, 0), 0);
+    tbtest::allowMessages();
+    EXPECT_EQ(readBack(3, 6), -1);
+    EXPECT_EQ(readBack(-1, 6), -1);
+    EXPECT_EQ(readBack(0x7FFFFFFF, 6), -1);
+}
