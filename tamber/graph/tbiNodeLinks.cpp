@@ -1,5 +1,7 @@
 #include "tbiNodeLinks.h"
 
+#include <tamber/thread/tbiSpinMutex.h>
+
 #include <algorithm>
 #include <cstring>
 #include <mutex>
@@ -10,7 +12,7 @@ namespace
 constexpr unsigned NO_SLOT = 0xFFFFFFFF;
 
 // Readers close holes under this one lock: closing moves entries, and each move is told to another node's list.
-constinit std::mutex holesMutex;
+constinit tbiSpinMutex holesMutex;
 
 std::size_t blockSize(unsigned capacity)
 {

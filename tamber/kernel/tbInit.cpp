@@ -10,7 +10,6 @@
 #include <tamber/thread/tbThread.h>
 
 #include <atomic>
-#include <thread>
 
 namespace
 {
@@ -19,7 +18,9 @@ constinit bool tbiInitialized = false;
 constinit int tbiNumTextureUnits = 1;
 constinit HINSTANCE appHandle = nullptr;
 constinit std::atomic<tbThread*> appThread{nullptr};
-constinit std::thread::id appThreadId;
+constinit const void* appThreadMark = nullptr;
+// Its address tells threads apart.
+thread_local constinit char threadMark = 0;
 
 } // namespace
 
@@ -60,7 +61,7 @@ tbThread* tbGetAppThread()
 
 bool tbInAppThread()
 {
-    return std::this_thread::get_id() == appThreadId;
+    return &threadMark == appThreadMark;
 }
 
 void tbiReadNumTextureUnits()
@@ -71,7 +72,7 @@ void tbiReadNumTextureUnits()
 
 void tbiRecordAppThread()
 {
-    appThreadId = std::this_thread::get_id();
+    appThreadMark = &threadMark;
 }
 
 void tbiAdoptAppThread()
