@@ -105,10 +105,10 @@ void tbNullCamera::updateScreenMatrices()
     frustum.xform(eyeFrustum, getCameraToRenderingMatrix());
 }
 
-void tbNullCamera::takeProjection(const tbiProjection& projection)
+void tbNullCamera::takeProjection(const tbiProjection& bounds)
 {
-    projection.makeFrustum(eyeFrustum);
-    projection.getFOV(horizontalFOV, verticalFOV);
+    bounds.makeFrustum(eyeFrustum);
+    bounds.getFOV(horizontalFOV, verticalFOV);
     frustum.xform(eyeFrustum, getCameraToRenderingMatrix());
 }
 
@@ -131,7 +131,7 @@ void tbNullCamera::carryOutRequest()
 {
     const REQUEST kind = requested;
     const float* v = requestedValues;
-    tbiProjection projection;
+    tbiProjection bounds;
     if (kind == REQUEST_FOV)
     {
         float nearDist = 0.0f;
@@ -139,17 +139,17 @@ void tbNullCamera::carryOutRequest()
         getNearFar(nearDist, farDist);
         const float x = extent(v[0], nearDist);
         const float z = extent(v[1], nearDist);
-        projection = {tbiProjection::PERSPECTIVE, -x, x, -z, z, nearDist, farDist};
+        bounds = {tbiProjection::PERSPECTIVE, -x, x, -z, z, nearDist, farDist};
     }
     else if (kind != REQUEST_MATRIX)
     {
         const bool ortho = kind == REQUEST_ORTHO;
-        projection = {
+        bounds = {
             ortho ? tbiProjection::ORTHO : tbiProjection::PERSPECTIVE, v[0], v[1], v[2], v[3], v[4], v[5]};
     }
     else
         return;
-    makeProjection(projection);
+    makeProjection(bounds);
     requested = kind;
     waitsForDevice = !getDevice();
 }
@@ -246,65 +246,65 @@ void tbNullCamera::setAppliedVisualTrait(const tbVisualTrait* trait)
 }
 
 // The device's stack knows what is in force on it, whichever camera drew last.
-void tbNullCamera::takeTraitStack(tbTravContext* context)
+void tbNullCamera::takeTraitStack(tbTravContext* walk)
 {
     tbRenderContext* device = getDevice();
-    if (device && context->getTraitStack() != device->getTraitStack())
-        context->setTraitStack(device->getTraitStack());
-    else if (!device && !context->getTraitStack())
-        context->setTraitStack(new tbTraitStack(
+    if (device && walk->getTraitStack() != device->getTraitStack())
+        walk->setTraitStack(device->getTraitStack());
+    else if (!device && !walk->getTraitStack())
+        walk->setTraitStack(new tbTraitStack(
             tbTraitStack::STACK_TYPES(tbTraitStack::VISUAL_STACK | tbTraitStack::TRAV_STACK), true));
 }
 
-void tbNullCamera::popTraits(tbTravContext* context)
+void tbNullCamera::popTraits(tbTravContext* walk)
 {
-    tbTraitStack* stack = context->getTraitStack();
+    tbTraitStack* stack = walk->getTraitStack();
     if (!stack)
         return;
     for (int i = getNumVisualTraits() - 1; i >= 0; --i)
-        stack->popTrait(getVisualTrait(i), context);
+        stack->popTrait(getVisualTrait(i), walk);
     for (int i = getNumTravTraits() - 1; i >= 0; --i)
-        stack->popTrait(getTravTrait(i), context);
+        stack->popTrait(getTravTrait(i), walk);
 }
 
 void tbNullCamera::draw(tbGroup* root)
 {
-    tbTravContext* context = getTravContext();
-    if (!root || !context)
+    tbTravContext* walk = getTravContext();
+    if (!root || !walk)
         return;
     if (waitsForDevice && getDevice())
         carryOutRequest();
     ++counts.walks;
-    takeTraitStack(context);
-    context->setCamera(this);
-    context->setScene(root->isOfType(tbScene::getClassType()) ? static_cast<tbScene*>(root) : nullptr);
+    takeTraitStack(walk);
+    walk->setCamera(this);
+    walk->setScene(root->isOfType(tbScene::getClassType()) ? static_cast<tbScene*>(root) : nullptr);
     root->applyDirect(this, true);
-    context->reset();
-    if (context->getTraitStack())
-        context->getTraitStack()->applyDefaultTravTraits(context);
+    walk->reset();
+    if (walk->getTraitStack())
+        walk->getTraitStack()->applyDefaultTravTraits(walk);
     applyViewport();
     if (isClearEnabled())
         clear();
     loadMatrices();
     applyTraits();
-    context->pushMatrix(getWorldToRenderingMatrix());
-    context->pushInvertMatrix(getRenderingToWorldMatrix());
+    walk->pushMatrix(getWorldToRenderingMatrix());
+    walk->pushInvertMatrix(getRenderingToWorldMatrix());
     static_cast<const tbGroup*>(root)->apply(this);
-    context->popInvertMatrix();
-    context->popMatrix();
-    popTraits(context);
+    walk->popInvertMatrix();
+    walk->popMatrix();
+    popTraits(walk);
     root->applyDirect(this, false);
 }
 
 void tbNullCamera::drawGeometry(const tbGeometry* geometry)
 {
-    tbTravContext* context = getTravContext();
-    if (tbTraitStack* stack = context->getTraitStack())
+    tbTravContext* walk = getTravContext();
+    if (tbTraitStack* stack = walk->getTraitStack())
     {
         stack->applyVisualTraitStacks(this);
         stack->applyTraits(this, 0, nullptr);
     }
-    loadModelMatrix(context->getMatrix());
+    loadModelMatrix(walk->getMatrix());
 
     const tbVertexArray* array = geometry->getVertexArray();
     const int numVertices = array ? array->getNum() : 0;

@@ -79,10 +79,10 @@ private:
     tbRenderContext* getDevice() const;
     void request(REQUEST kind, std::initializer_list<float> values);
     void carryOutRequest();
-    void makeProjection(const tbiProjection& projection);
-    void takeProjection(const tbiProjection& projection);
-    void takeTraitStack(tbTravContext* context);
-    void popTraits(tbTravContext* context);
+    void makeProjection(const tbiProjection& bounds);
+    void takeProjection(const tbiProjection& bounds);
+    void takeTraitStack(tbTravContext* walk);
+    void popTraits(tbTravContext* walk);
 
     tbFrustum eyeFrustum;    // in the camera's frame
     CountingFrustum frustum; // in rendering space

@@ -14,7 +14,7 @@ tbRenderContext* createContext(tbWindow* window)
 
 } // namespace
 
-tbNullRenderContext::tbNullRenderContext(tbWindow* window) : tbRenderContext(window) {}
+tbNullRenderContext::tbNullRenderContext(tbWindow* owner) : tbRenderContext(owner) {}
 
 bool tbNullRenderContext::open()
 {

@@ -11,7 +11,7 @@
 class TB_NULL_API tbNullRenderContext : public tbRenderContext, public tbNullCounter
 {
 public:
-    explicit tbNullRenderContext(tbWindow* window);
+    explicit tbNullRenderContext(tbWindow* owner);
 
     bool open() override;
     void endDraw() override;

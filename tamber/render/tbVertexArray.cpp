@@ -245,7 +245,7 @@ void tbVertexArray::convert(const tbVertexArray* source, unsigned type)
         return;
     made.enableDynamic(isDynamic());
 
-    const bool exchange = order != sourceOrder && namesOrder(sourceOrder);
+    const bool exchange = (order == COLOR_ARGB) != (sourceOrder == COLOR_ARGB);
     const Layout from(source->vertexType);
     const Layout to(made.vertexType);
     const std::size_t texBytes = 8 * std::size_t(std::min(from.sets, to.sets));

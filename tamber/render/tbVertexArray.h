@@ -35,6 +35,10 @@ public:
         COLOR_ABGR = 0x100,
         COLOR_ARGB = 0x200
     };
+    friend constexpr unsigned operator|(VERTEX_TYPE components, COLOR_TYPE order)
+    {
+        return unsigned(components) | unsigned(order);
+    }
     static constexpr unsigned TEXCOORD_MASK = 0x78;
     static constexpr unsigned COLOR_TYPE_MASK = 0xF00;
 
@@ -74,8 +78,9 @@ public:
     /// the layouts; what was not there before is zero. Unchanged when memory is out.
     void setNum(int n, unsigned type);
     /// Takes over the vertices of `source`, which may be this array, in the layout of `type`. What the source does
-    /// not have becomes position 0, normal (0, 0, 1), opaque white and texture coordinates 0. Colours change their
-    /// byte order when both layouts name one. Unchanged when memory is out.
+    /// not have becomes position 0, normal (0, 0, 1), opaque white and texture coordinates 0. Colours take the byte
+    /// order that `type` names, else they keep theirs; an array that names none counts as ABGR. Unchanged when
+    /// memory is out.
     void convert(const tbVertexArray* source, unsigned type);
     /// Exchanges the red and blue bytes of every colour when the colour type is the other one.
     void convertToABGR();

@@ -14,7 +14,7 @@ class HookedGeometry : public tbtest::TestGeometry
 public:
     void draw(tbCamera* camera) const override { tbGeometry::draw(camera); }
     void giveUp(unsigned bits) { cleanUp(bits); }
-    void setFlags(unsigned flags) { setTravFlags(flags); }
+    void setFlags(unsigned bits) { setTravFlags(bits); }
 };
 
 const tbGeometry* drawn = nullptr;

@@ -78,9 +78,8 @@ class Visitor : public tbTraverser
 public:
     Visitor()
     {
-        tbTravContext* context = new tbTravContext;
-        setTravContext(context);
-        context->setTraitStack(new tbTraitStack(tbTraitStack::ALL_STACKS, false));
+        setTravContext(new tbTravContext);
+        getTravContext()->setTraitStack(new tbTraitStack(tbTraitStack::ALL_STACKS, false));
     }
     tbTraverser::TRAV_STATE apply(tbGroup* node) override
     {

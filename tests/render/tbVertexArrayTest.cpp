@@ -61,7 +61,7 @@ void fillWithNumbers(tbVertexArray& array, unsigned seed)
     for (int i = 0; i < words; ++i)
     {
         const bool isColor = 4 * i % array.getVertexSize() == colorOffset;
-        const std::uint32_t color = random();
+        const auto color = std::uint32_t(random());
         const float number = float(random() % 2000) * 0.25f - 250.0f;
         std::memcpy(bytes + 4 * i, isColor ? static_cast<const void*>(&color) : &number, 4);
     }
@@ -245,10 +245,14 @@ TEST(VertexArray, ConvertKeepsWhatBothHaveAndFillsInTheRest)
         to.getVertices(b);
         ASSERT_EQ(a[2], b[2]);
         if (to.getNormals(b))
+        {
             ASSERT_EQ(b[1], from.getNormals(a) ? a[1] : tbVec3(0, 0, 1));
+        }
         tbTArray<tbUByteVec4> c, d;
-        if (to.getColors(d) && (fromOrder != 0 || toOrder != VA::COLOR_ARGB))
+        if (to.getColors(d))
+        {
             ASSERT_EQ(d[1], from.getColors(c) ? c[1] : tbUByteVec4(255, 255, 255, 255));
+        }
         tbTArray<tbVec2> s, t;
         const int fromSets = from.getTexCoords(s);
         const int toSets = to.getTexCoords(t);
