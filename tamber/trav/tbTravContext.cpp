@@ -1,0 +1,88 @@
+#include <tamber/trav/tbTravContext.h>
+
+#include <tamber/graph/tbGroup.h>
+#include <tamber/kernel/tbStats.h>
+#include <tamber/trav/tbTraitStack.h>
+
+TB_DEFINE_CLASS(tbTravContext, tbBase)
+
+namespace
+{
+
+constexpr int MATRIX_CAPACITY = 16;
+constexpr int STACK_CAPACITY = 8;
+constexpr int FAILED_RAY_CAPACITY = 4;
+
+} // namespace
+
+tbTravContext::tbTravContext()
+    : matrices(MATRIX_CAPACITY),
+      inverses(MATRIX_CAPACITY),
+      volumes(STACK_CAPACITY),
+      failedRays(FAILED_RAY_CAPACITY),
+      path(STACK_CAPACITY),
+      namedPath(STACK_CAPACITY),
+      cullResults(STACK_CAPACITY)
+{
+    initInstance();
+    reset();
+}
+
+tbTravContext::~tbTravContext()
+{
+    deleteInstance();
+}
+
+tbBase* tbTravContext::createCopy() const
+{
+    return new tbTravContext(*this);
+}
+
+void tbTravContext::reset()
+{
+    textureID = 0;
+    failedRays.reset();
+    failedRays.push(nullptr);
+    matrices.reset();
+    matrices.load(ident);
+    inverses.reset();
+    inverses.load(ident);
+    colliderMask = 0xFFFFFFFF;
+    volumes.reset();
+    cullResults.reset();
+    pushCullResult(tbVolume::CONTAINMENT_PARTIAL);
+    path.reset();
+    namedPath.reset();
+    flags = DEFAULT_FLAGS;
+    rangeSwitchScale = 1.0f;
+    transitionScale = 0.0f;
+    transitionMode = tbTransition::TRANSITION_NONE;
+    if (traitStack)
+        traitStack->reset(true);
+}
+
+void tbTravContext::setTraitStack(tbTraitStack* newStack)
+{
+    traitStack = newStack;
+}
+
+void tbTravContext::setStats(tbStats* newStats)
+{
+    stats = newStats;
+}
+
+void tbTravContext::pushGroup(const tbGroup* group)
+{
+    path.push(group);
+    if (group && group->getName())
+        namedPath.push(group);
+}
+
+// The top decides, not the name: a group that gains or loses its name during the walk leaves no trace.
+const tbGroup* tbTravContext::popGroup()
+{
+    const tbGroup* group = path.pop();
+    if (group && namedPath.getTop() == group)
+        namedPath.pop();
+    return group;
+}

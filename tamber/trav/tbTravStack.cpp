@@ -1,0 +1,8 @@
+#include <tamber/trav/tbTravStack.h>
+
+#include <tamber/trav/tbiSamePath.h>
+
+bool tbTravStack::operator==(const tbTravStack& other) const
+{
+    return tbiSamePath(*this, other);
+}
