@@ -1,7 +1,6 @@
 // A program's own node and own trait: a transform that turns a little with every update, and a trait that says how
 // bright what lies below is drawn. Both follow the class pattern, so that files can hold them.
 
-#include <tamber/io/tbFile.h>
 #include <tamber/tbKernel.h>
 
 #include <cstdio>
@@ -38,15 +37,13 @@ public:
 
     tbEntry* write(tbFile* file, tbEntry* entry) const override
     {
-        entry = tbVisualTrait::write(file, entry);
-        if (entry)
+        if ((entry = tbVisualTrait::write(file, entry)))
             entry->writeFloat(value);
         return entry;
     }
     tbEntry* read(tbFile* file, tbEntry* entry) override
     {
-        entry = tbVisualTrait::read(file, entry);
-        if (entry)
+        if ((entry = tbVisualTrait::read(file, entry)))
             value = entry->readFloat();
         return entry;
     }

@@ -6,6 +6,7 @@
 #include <tamber/kernel/tbString.h>
 
 #include "tbiAssimpGraph.h"
+#include "tbiAssimpMesh.h"
 
 #include <assimp/Importer.hpp>
 #include <assimp/config.h>
@@ -20,9 +21,11 @@ namespace
 {
 constexpr std::string_view NATIVE_EXTENSION = "tb";
 
+/// The library's own validation is left out: it refuses scenes that are unusual and whole, for example clouds of
+/// points. What these steps rely on is checked before them, the rest when it is converted.
 constexpr unsigned STEPS = aiProcess_Triangulate | aiProcess_SortByPType | aiProcess_JoinIdenticalVertices |
                            aiProcess_GenSmoothNormals | aiProcess_GenUVCoords | aiProcess_TransformUVCoords |
-                           aiProcess_FindInvalidData | aiProcess_ValidateDataStructure;
+                           aiProcess_FindInvalidData;
 
 /// The part behind the last dot, as loaders are looked up by.
 std::string_view extensionOf(std::string_view name)
@@ -93,9 +96,13 @@ private:
     static tbBase* importModel(const char* path)
     {
         Assimp::Importer importer;
-        importer.SetPropertyBool(AI_CONFIG_IMPORT_NO_SKELETON_MESHES, true);
         importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_PRESERVE_PIVOTS, false);
-        const aiScene* scene = importer.ReadFile(path, STEPS);
+        const aiScene* scene = importer.ReadFile(path, 0);
+        if (scene)
+        {
+            tbiCheckFaces(*scene);
+            scene = importer.ApplyPostProcessing(STEPS);
+        }
         if (!scene)
         {
             fail(importer.GetErrorString());

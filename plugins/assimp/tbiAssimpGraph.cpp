@@ -56,7 +56,8 @@ public:
             if (source.mMeshes[i] < scene.mNumMeshes)
                 node->addChild(partOf(source.mMeshes[i]));
         for (unsigned i = 0; i < source.mNumChildren; ++i)
-            node->addChild(convertNode(*source.mChildren[i], depth + 1).get());
+            if (source.mChildren[i])
+                node->addChild(convertNode(*source.mChildren[i], depth + 1).get());
         return node;
     }
 
@@ -101,8 +102,8 @@ void tbiUnRef::operator()(tbModel* model) const
 
 tbiNewModel tbiConvertScene(const aiScene& scene, std::string_view extension)
 {
-    if (!scene.mRootNode)
-        throw tbiImportError("the file holds no scene");
+    if (!scene.mRootNode || scene.mNumMeshes == 0)
+        throw tbiImportError("the file holds nothing to draw");
     tbRef<tbTransform> root = Converter(scene).convertNode(*scene.mRootNode, 1);
     if (!tbiIsZUp(scene, extension))
     {

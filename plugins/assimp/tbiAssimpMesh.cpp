@@ -5,7 +5,7 @@
 
 #include "tbiImportError.h"
 
-#include <assimp/mesh.h>
+#include <assimp/scene.h>
 
 #include <algorithm>
 #include <cstring>
@@ -67,6 +67,12 @@ tbRef<tbVertexArray> convertVertices(const aiMesh& source)
     return vertices;
 }
 
+bool isWhole(const aiFace& face, unsigned numVertices)
+{
+    return face.mIndices && std::all_of(face.mIndices, face.mIndices + face.mNumIndices,
+                                        [numVertices](unsigned index) { return index < numVertices; });
+}
+
 /// What most faces are: meshes are split by kind before they come here.
 tbMesh::PRIMITIVE primitiveOf(const aiMesh& source)
 {
@@ -83,9 +89,7 @@ std::vector<unsigned int> convertIndices(const aiMesh& source, tbMesh::PRIMITIVE
     for (unsigned i = 0; i < source.mNumFaces; ++i)
     {
         const aiFace& face = source.mFaces[i];
-        const bool isWhole = std::all_of(face.mIndices, face.mIndices + face.mNumIndices,
-                                         [&](unsigned index) { return index < source.mNumVertices; });
-        if (face.mNumIndices == size && isWhole)
+        if (face.mNumIndices == size && isWhole(face, source.mNumVertices))
             indices.insert(indices.end(), face.mIndices, face.mIndices + size);
     }
     if (indices.size() > std::size_t(std::numeric_limits<int>::max()))
@@ -93,6 +97,17 @@ std::vector<unsigned int> convertIndices(const aiMesh& source, tbMesh::PRIMITIVE
     return indices;
 }
 } // namespace
+
+void tbiCheckFaces(const aiScene& scene)
+{
+    for (unsigned i = 0; i < scene.mNumMeshes; ++i)
+    {
+        const aiMesh& mesh = *scene.mMeshes[i];
+        if (!std::all_of(mesh.mFaces, mesh.mFaces + mesh.mNumFaces,
+                         [&](const aiFace& face) { return isWhole(face, mesh.mNumVertices); }))
+            throw tbiImportError("a face names vertices that are not there");
+    }
+}
 
 tbRef<tbMesh> tbiConvertMesh(const aiMesh& source)
 {
@@ -102,10 +117,11 @@ tbRef<tbMesh> tbiConvertMesh(const aiMesh& source)
     tbRef<tbMesh> mesh = new tbMesh;
     if (source.mName.length > 0)
         mesh->setName(source.mName.C_Str());
-    if (indices.empty())
+    const bool isCloud = source.mNumFaces == 0 && source.mNumVertices > 0;
+    if (indices.empty() && !isCloud)
         return mesh;
     const tbRef<tbVertexArray> vertices = convertVertices(source);
-    if (!mesh->set(primitive, vertices.get(), indices.data(), int(indices.size())))
+    if (!mesh->set(isCloud ? tbMesh::POINTS : primitive, vertices.get(), indices.data(), int(indices.size())))
         throw tbiImportError("there is no memory for the indices");
     return mesh;
 }

@@ -3,8 +3,12 @@
 #include <tamber/kernel/tbRef.h>
 
 struct aiMesh;
+struct aiScene;
 class tbMesh;
 
-/// The vertices and the points, lines or triangles of `source`. Faces of other kinds and faces with indices beyond
-/// the vertices are left out. Throws tbiImportError when the mesh is too large or memory is out.
+/// Throws tbiImportError when a face of any mesh has no indices or names a vertex that is not there.
+void tbiCheckFaces(const aiScene& scene);
+
+/// The vertices and the points, lines or triangles of `source`; vertices without any face are points. Faces of
+/// other kinds are left out. Throws tbiImportError when the mesh is too large or memory is out.
 tbRef<tbMesh> tbiConvertMesh(const aiMesh& source);

@@ -1,0 +1,182 @@
+// 'tamber run' as a process: what it prints where, and its exit code.
+
+#include <portable/tbMesh.h>
+#include <tamber/graph/tbModel.h>
+#include <tamber/io/tbLoader.h>
+#include <tamber/kernel/tbRef.h>
+#include <tamber/render/tbVertexArray.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+struct Result
+{
+    int code;
+    std::string out;
+    std::string err;
+};
+
+std::string readAll(const char* path)
+{
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+Result run(const std::string& arguments)
+{
+    const std::string command =
+        std::string("\"") + TAMBER_PROGRAM + "\" " + arguments + " >out.txt 2>err.txt";
+    const int status = std::system(command.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readAll("out.txt"), readAll("err.txt")};
+}
+
+bool holds(const std::string& text, const std::string& part)
+{
+    return text.find(part) != std::string::npos;
+}
+
+/// The rows of a run's tables that do not depend on the machine.
+std::string countsOf(const std::string& output)
+{
+    std::istringstream lines(output);
+    std::string counts;
+    for (std::string line; std::getline(lines, line);)
+        for (const char* row :
+             {"nodes visited", "nodes culled", "meshes drawn", "triangles", "tbTransform", "tbMesh"})
+            if (line.starts_with(row))
+                counts += line + '\n';
+    return counts;
+}
+
+/// Writes a row of four triangles natively.
+void writeRow(const char* path)
+{
+    const unsigned int indices[] = {0, 1, 2};
+    const float points[] = {0, 0, 0, 1, 0, 0, 0, 0, 1};
+    auto* vertices = new tbVertexArray(3, tbVertexArray::VT_POSITION);
+    std::memcpy(vertices->getData(), points, sizeof(points));
+    const tbRef<tbMesh> mesh = new tbMesh;
+    mesh->set(tbMesh::TRIANGLES, vertices, indices, 3);
+    mesh->setNodeFlags(tbGroup::NODE_SHARE);
+    const tbRef<tbModel> model = new tbModel;
+    for (int i = 0; i < 4; ++i)
+    {
+        auto* place = new tbTransform;
+        place->setXYZ(3.0f * float(i), 0.0f, 0.0f);
+        place->addChild(mesh.get());
+        model->addChild(place);
+    }
+    ASSERT_TRUE(tbLoader::exportFile(model.get(), path));
+}
+} // namespace
+
+TEST(Program, HelpExplainsEveryOption)
+{
+    EXPECT_TRUE(holds(run("--help").out, "run"));
+    const Result help = run("run --help");
+    EXPECT_EQ(help.code, 0);
+    for (const char* option : {"MODEL", "--frames", "--orbit", "--spin", "--save"})
+        EXPECT_TRUE(holds(help.out, option)) << option;
+    EXPECT_EQ(help.err, "");
+}
+
+TEST(Program, BadArgumentsEndWithOne)
+{
+    EXPECT_EQ(run("").code, 1);
+    EXPECT_EQ(run("run").code, 1);
+    EXPECT_EQ(run("run x.tb --frames 0").code, 1);
+    EXPECT_EQ(run("fly x.tb").code, 1);
+}
+
+TEST(Run, CountsANativeModelAndPrintsNothingElse)
+{
+    writeRow("row.tb");
+    const Result result = run("run row.tb --frames 3 --orbit --spin");
+    EXPECT_EQ(result.code, 0) << result.err;
+    EXPECT_EQ(result.err, "");
+    EXPECT_TRUE(result.out.starts_with("row.tb: 3 frames"));
+    for (const char* row : {"update ms", "bounds ms", "cull ms", "tbTransform", "vertex arrays"})
+        EXPECT_TRUE(holds(result.out, row)) << result.out;
+}
+
+TEST(Run, SavedModelGivesTheSameCounts)
+{
+    writeRow("source.tb");
+    const Result first = run("run source.tb --frames 5 --orbit --save saved.tb");
+    ASSERT_EQ(first.code, 0) << first.err;
+    const Result second = run("run saved.tb --frames 5 --orbit");
+    EXPECT_EQ(countsOf(first.out), countsOf(second.out));
+    EXPECT_TRUE(holds(countsOf(first.out), "triangles"));
+}
+
+#if defined(TAMBER_HAS_LOADER)
+TEST(Run, TheTownRunsAndComesBack)
+{
+    const Result first = run("run \"" TAMBER_TOWN "\" --frames 8 --orbit --save town.tb");
+    ASSERT_EQ(first.code, 0) << first.err;
+    EXPECT_EQ(first.err, "");
+    EXPECT_EQ(countsOf(first.out), countsOf(run("run town.tb --frames 8 --orbit").out));
+}
+
+TEST(Run, AnUnknownFormatIsAnsweredWithTheKnownOnes)
+{
+    std::ofstream("model.unheard") << "anything";
+    const Result result = run("run model.unheard");
+    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(result.out, "");
+    for (const char* part : {"model.unheard", "unknown format", "looked for in", " obj ", " tb "})
+        EXPECT_TRUE(holds(result.err, part)) << result.err;
+}
+
+TEST(Run, ADamagedForeignModelIsAnsweredWithTheReason)
+{
+    std::ofstream("broken.gltf") << "{\"asset\": ";
+    const Result result = run("run broken.gltf --save never.tb");
+    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(holds(result.err, "broken.gltf: ")) << result.err;
+    EXPECT_FALSE(std::filesystem::exists("never.tb"));
+}
+#endif
+
+TEST(Run, AModelThatIsNotThereIsNamed)
+{
+    const Result missing = run("run nowhere.tb");
+    EXPECT_EQ(missing.code, 1);
+    EXPECT_EQ(missing.out, "");
+    EXPECT_TRUE(holds(missing.err, "nowhere.tb: there is no such file"));
+    EXPECT_TRUE(holds(run("run .").err, "is not a file"));
+}
+
+TEST(Run, ADamagedNativeModelIsAnsweredWithTheReason)
+{
+    writeRow("cut.tb");
+    std::filesystem::resize_file("cut.tb", 120);
+    const Result result = run("run cut.tb");
+    EXPECT_EQ(result.code, 1);
+    EXPECT_TRUE(holds(result.err, "cut.tb: ")) << result.err;
+}
+
+TEST(Run, NothingIsWrittenWhereNothingCanBe)
+{
+    writeRow("whole.tb");
+    const Result noFolder = run("run whole.tb --save nowhere/x.tb");
+    EXPECT_EQ(noFolder.code, 1);
+    EXPECT_EQ(noFolder.out, "");
+    EXPECT_TRUE(holds(noFolder.err, "nowhere/x.tb: there is no directory nowhere"));
+
+    std::filesystem::create_directory("folder.tb");
+    const Result isFolder = run("run whole.tb --save folder.tb");
+    EXPECT_EQ(isFolder.code, 1);
+    EXPECT_TRUE(holds(isFolder.err, "folder.tb: "));
+    EXPECT_TRUE(std::filesystem::is_empty("folder.tb"));
+}

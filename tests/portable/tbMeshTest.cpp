@@ -1,0 +1,161 @@
+#include <portable/tbMesh.h>
+
+#include <tamber/graph/tbTransform.h>
+#include <tamber/io/tbLoader.h>
+#include <tamber/kernel/tbRef.h>
+#include <tamber/render/tbVertexArray.h>
+
+#include <tests/support/Messages.h>
+#include <tests/support/Near.h>
+
+#include <cstring>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+tbVertexArray* makeVertices(const std::vector<tbVec3>& points)
+{
+    auto* vertices = new tbVertexArray(int(points.size()), tbVertexArray::VT_POSITION);
+    std::memcpy(vertices->getData(), points.data(), points.size() * 12);
+    return vertices;
+}
+
+/// A triangle, and a fourth vertex far off that it does not use.
+tbRef<tbMesh> makeTriangle()
+{
+    const unsigned int indices[] = {0, 1, 2};
+    tbRef<tbMesh> mesh = new tbMesh;
+    mesh->set(tbMesh::TRIANGLES, makeVertices({{-1, 0, 0}, {3, 0, 0}, {1, 2, 0}, {100, 0, 0}}), indices, 3);
+    return mesh;
+}
+} // namespace
+
+TEST(Mesh, SetRefusesWhatCannotBeDrawn)
+{
+    const tbRef<tbMesh> mesh = makeTriangle();
+    tbVertexArray* before = mesh->getVertexArray();
+    const unsigned int beyond[] = {0, 1, 4};
+
+    EXPECT_FALSE(mesh->setIndices(tbMesh::TRIANGLES, beyond, 3));
+    EXPECT_FALSE(mesh->setIndices(tbMesh::TRIANGLES, beyond, 2));
+    EXPECT_FALSE(mesh->setIndices(tbMesh::TRIANGLES, nullptr, 3));
+    EXPECT_FALSE(mesh->setIndices(tbMesh::POINTS, beyond, -1));
+    EXPECT_FALSE(mesh->setIndices(tbMesh::PRIMITIVE(3), beyond, 0));
+    EXPECT_FALSE(mesh->setVertexArray(nullptr));
+
+    EXPECT_EQ(mesh->getVertexArray(), before);
+    EXPECT_EQ(mesh->getNumPrimitives(), 1);
+    EXPECT_EQ(mesh->getIndices()[2], 2u);
+}
+
+TEST(Mesh, WithoutIndicesTheVerticesAreDrawnInOrder)
+{
+    const tbRef<tbMesh> mesh = new tbMesh;
+    ASSERT_TRUE(mesh->set(tbMesh::LINES, makeVertices({{0, 0, 0}, {0, 0, 4}, {0, 0, 9}}), nullptr, 0));
+
+    EXPECT_EQ(mesh->getNumPrimitives(), 1);
+    EXPECT_EQ(mesh->getIndices(), nullptr);
+    EXPECT_TRUE(tbtest::near(*mesh->getBoundingBox().getMax(), tbVec3(0, 0, 9)));
+}
+
+TEST(Mesh, BoundsCoverTheVerticesInUse)
+{
+    const tbRef<tbMesh> mesh = makeTriangle();
+
+    EXPECT_TRUE(tbtest::near(*mesh->getBoundingBox().getMin(), tbVec3(-1, 0, 0)));
+    EXPECT_TRUE(tbtest::near(*mesh->getBoundingBox().getMax(), tbVec3(3, 2, 0)));
+    EXPECT_TRUE(tbtest::near(*mesh->getBoundingSphere().getCenter(), tbVec3(1, 1, 0)));
+    EXPECT_NEAR(mesh->getBoundingSphere().getRadius(), 2.236068f, 1e-5f);
+}
+
+TEST(Mesh, BoundsPassOverVerticesThatAreNoNumbers)
+{
+    const tbRef<tbMesh> mesh = new tbMesh;
+    mesh->set(tbMesh::POINTS, makeVertices({{NAN, 0, 0}, {INFINITY, 0, 0}}), nullptr, 0);
+    EXPECT_TRUE(mesh->getBoundingBox().isEmpty());
+    EXPECT_TRUE(mesh->getBoundingSphere().isEmpty());
+}
+
+TEST(Mesh, ContributesItsPlacedBoundsToEitherKindOfVolume)
+{
+    const tbRef<tbTransform> transform = new tbTransform;
+    transform->setXYZ(10, 0, 0);
+    transform->addChild(makeTriangle().get());
+
+    tbSphere sphere;
+    transform->getBoundingVolume(sphere);
+    EXPECT_TRUE(tbtest::near(*sphere.getCenter(), tbVec3(11, 1, 0)));
+    tbBox box;
+    transform->getChild(0)->getBoundingVolume(box);
+    EXPECT_TRUE(tbtest::near(*box.getMax(), tbVec3(3, 2, 0)));
+}
+
+TEST(Mesh, ChangedTakesTheBoundsAgainAndMarksTheGraph)
+{
+    const tbRef<tbTransform> transform = new tbTransform;
+    const tbRef<tbMesh> mesh = makeTriangle();
+    transform->addChild(mesh.get());
+    tbSphere sphere;
+    transform->getBoundingVolume(sphere);
+    ASSERT_FALSE(transform->anyTravFlags(tbGroup::TF_FENCE));
+
+    static_cast<float*>(mesh->getVertexArray()->getData())[3] = 7.0f;
+    mesh->changed();
+
+    EXPECT_TRUE(transform->anyTravFlags(tbGroup::TF_FENCE));
+    transform->getBoundingVolume(sphere);
+    EXPECT_TRUE(tbtest::near(*sphere.getCenter(), tbVec3(3, 1, 0)));
+}
+
+TEST(Mesh, CopiesOwnTheirVerticesAndClonesShareThem)
+{
+    const tbRef<tbMesh> mesh = makeTriangle();
+    const tbRef<tbGroup> copy = mesh->makeCopy();
+    const tbRef<tbGroup> clone = mesh->makeClone();
+    auto* copied = static_cast<tbMesh*>(copy.get());
+    auto* cloned = static_cast<tbMesh*>(clone.get());
+
+    EXPECT_NE(copied->getVertexArray(), mesh->getVertexArray());
+    EXPECT_NE(copied->getIndices(), mesh->getIndices());
+    EXPECT_EQ(copied->getNumPrimitives(), 1);
+    EXPECT_EQ(cloned->getVertexArray(), mesh->getVertexArray());
+    EXPECT_EQ(cloned->getIndices(), mesh->getIndices());
+    EXPECT_TRUE(cloned->anyTravFlags(tbGroup::TF_HAS_GEOMETRY));
+    EXPECT_EQ(cloned->getBoundingSphere(), mesh->getBoundingSphere());
+}
+
+TEST(Mesh, ComesBackFromAFileWithItsSharedVertices)
+{
+    const tbRef<tbGroup> group = new tbGroup;
+    const tbRef<tbMesh> mesh = makeTriangle();
+    group->addChild(mesh.get());
+    const tbRef<tbMesh> second = new tbMesh(*mesh);
+    group->addChild(second.get());
+    ASSERT_TRUE(tbLoader::exportFile(group.get(), "meshes.tb"));
+
+    tbtest::allowMessages();
+    const tbRef<tbGroup> again = tbGroup::import("meshes.tb");
+    ASSERT_TRUE(again && again->getNumChildren() == 2);
+    auto* first = static_cast<tbMesh*>(again->getChild(0));
+    EXPECT_EQ(first->getNumPrimitives(), 1);
+    EXPECT_EQ(first->getVertexArray()->getNum(), 4);
+    EXPECT_EQ(first->getVertexArray(), static_cast<tbMesh*>(again->getChild(1))->getVertexArray());
+    EXPECT_EQ(first->getBoundingBox(), mesh->getBoundingBox());
+}
+
+TEST(Mesh, IsNotReadWhenAnIndexIsBeyondTheVertices)
+{
+    const tbRef<tbGroup> group = new tbGroup;
+    const tbRef<tbMesh> mesh = makeTriangle();
+    group->addChild(mesh.get());
+    mesh->getVertexArray()->setNum(2, tbVertexArray::VT_POSITION);
+    ASSERT_TRUE(tbLoader::exportFile(group.get(), "beyond.tb"));
+
+    tbtest::allowMessages("plug-in");
+    tbtest::expectMessage("indices name vertices of the mesh");
+    const tbRef<tbGroup> again = tbGroup::import("beyond.tb");
+    ASSERT_TRUE(again);
+    EXPECT_EQ(again->getNumChildren(), 0);
+}
