@@ -47,7 +47,7 @@ public:
     int getElemSize() const { return sizeOf(getType()); }
     int getNum() const { return count; }
     /// The storage block's size in bytes.
-    std::size_t getSize() const { return tbMemory::getSize(data); }
+    std::size_t getSize() const { return inArena ? getByteCount() : tbMemory::getSize(data); }
     void* getData() { return data; }
     const void* getData() const { return data; }
     /// A block of `bytes` bytes that begins with what the old one held, zeros behind; the count is not changed.
@@ -79,13 +79,15 @@ private:
     static constexpr unsigned DYNAMIC = 0x8000;
 
     static tbArray* readEntry(tbEntry* entry);
-    static void writeElements(tbEntry* entry, DATA_TYPE type, const void* elements, int n);
-    void copyElements(const tbArray& other, void* block, std::size_t bytes);
+    static void writeElement(tbEntry* entry, DATA_TYPE type, const unsigned char* element);
     std::size_t getByteCount() const;
     int getNumStored() const;
+    std::size_t getStoredBytes() const;
+    void setBlock(void* block);
 
     unsigned char* data = nullptr;
     std::atomic<std::int32_t> refCount{0};
     std::uint16_t typeWord;
+    bool inArena = false;
     std::int32_t count;
 };

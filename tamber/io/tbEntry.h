@@ -51,7 +51,7 @@ public:
     //     return entry->hasFailed() ? nullptr : entry;
 
     /// Bytes between cursor and end.
-    int getRemaining() const { return cursor < dataSize ? dataSize - cursor : 0; }
+    int getRemaining() const { return data && cursor < dataSize ? dataSize - cursor : 0; }
     /// Reads the count of items that follow, each at least `itemSize` bytes long. A negative count is 0. A count
     /// whose items cannot all be there fails the entry and gives 0.
     int readCount(int itemSize);
@@ -97,10 +97,8 @@ public:
     void setHandle(const void* object);
 
 private:
+    friend class tbBase;
     friend class tbFile;
-    friend class tbiHandleMap;
-    friend class tbiFileReader;
-    friend class tbiFileWriter;
 
     // What the handle points at, so that no reference takes one thing for another.
     enum KIND : unsigned char
@@ -119,18 +117,28 @@ private:
     tbEntry(tbFile* owner, int tagIndex);
     ~tbEntry();
 
+    static constexpr int FIRST_CAPACITY = 1024;
+
     void bind(const void* object, KIND handleKind);
     void freeData();
     /// Gives back what the buffer holds beyond the data.
     void trim();
-    bool align(int width);
+    /// Where the next value of `width` bytes stands, -1 when it does not fit whole.
+    int nextPlace(int width, int alignment) const;
     template <class Word>
-    bool take(Word& word);
+    bool take(Word& word, int alignment);
     template <class Word>
-    void put(Word word);
-    void* extend(int len);
+    void put(Word word, int alignment);
+    /// Reads as many of `n` words of 4 bytes as there are, and returns how many.
+    int takeWords(void* words, int n);
+    void putWords(const void* words, int n);
+    /// Moves the cursor to a multiple of `alignment` and makes room for `len` bytes there; null when it cannot.
+    unsigned char* extend(int len, int alignment);
+    bool growTo(std::int64_t end);
 
-    unsigned int magic;
+    static constexpr unsigned int NATIVE_MAGIC = 0xBA773265;
+
+    unsigned int magic = NATIVE_MAGIC;
     int tag;
     unsigned int fileOffset = 0;
     COMPRESSION compression = NO_COMPRESSION;
@@ -142,8 +150,10 @@ private:
     STATE state = STATE_IDLE;
     KIND kind = KIND_OTHER;
     bool failed : 1 = false;
-    bool held : 1 = false;     // the file holds a reference on the object
-    bool budgeted : 1 = false; // its size stands in the file's sum
+    bool held : 1 = false;         // the file holds a reference on the object
+    bool budgeted : 1 = false;     // its size stands in the file's sum
+    bool objectRecord : 1 = false; // an object has read itself from it
+    bool givenOut : 1 = false;     // its object was handed to the program
     unsigned char* data = nullptr;
     const void* handle = nullptr;
     int dirNum = -1;

@@ -3,7 +3,7 @@
 #include <tamber/containers/tbList.h>
 #include <tamber/io/tbEntry.h>
 
-class tbiFileState;
+struct tbiFileState;
 struct tbiFileHeader;
 struct tbiTag;
 
@@ -94,6 +94,8 @@ public:
     /// for an index out of range, an entry of another kind, a class that a file must not make, an entry that is
     /// being read (so that no cycle comes into being), what failed to read, and what passes a limit.
     tbBase* readObject(int index);
+    /// The same for the index that is read from `entry`; a negative one is no reference.
+    tbBase* readObjectRef(tbEntry* entry);
     /// The entry of `object`, written first when there is none yet. Null when it cannot be written.
     tbEntry* writeObject(const tbBase* object);
 
@@ -125,9 +127,8 @@ public:
     unsigned int getMaxObjects() const { return maxObjects; }
 
 private:
+    friend class tbBase;
     friend class tbEntry;
-    friend class tbiFileReader;
-    friend class tbiFileWriter;
 
     enum OPEN_MODE : int
     {
@@ -140,18 +141,47 @@ private:
     using ReadDataFunc = void* (*)(tbEntry*);
     using HoldDataFunc = void (*)(void*, bool);
 
-    void* readDataRef(tbEntry* entry, const char* className, ReadDataFunc read, HoldDataFunc hold);
-    tbBase* makeObject(tbEntry* entry);
-    bool readInto(tbBase* object, tbEntry* entry);
-    bool countPaths(tbEntry* target);
-    bool loadData(tbEntry* entry);
-    int addEntry(tbEntry* entry);
+    // Errors
     bool setError(FILE_ERROR error, const char* rule);
     void report(const tbEntry* entry, const char* rule);
+    void reportUnknownClass(const tbEntry* entry);
     void failWrite(const char* rule);
-    void rebind(tbEntry* entry, const void* object);
-    void dropHolds();
+
+    // Opening
+    bool readTables();
+    bool readTags(const unsigned char* records, int number);
+    bool readDirectory(const unsigned char* records, int number);
+    int addEntry(tbEntry* entry);
+    tbiTag* addTag(const char* className);
     void freeAll();
+
+    // Entry data
+    bool loadData(tbEntry* entry);
+    bool loadPlain(tbEntry* entry);
+    bool loadPacked(tbEntry* entry);
+    bool checkPlace(const tbEntry* entry, std::int64_t length);
+    bool spendBudget(tbEntry* entry);
+
+    // References
+    tbBase* follow(int index, const tbEntry* referrer, bool nested);
+    tbBase* makeObject(tbEntry* entry, const tbEntry* referrer);
+    bool readInto(tbBase* object, tbEntry* entry);
+    bool beginObject(tbEntry* entry);
+    bool countPaths(const tbEntry* target, const tbEntry* referrer);
+    tbEntry* findTarget(int index, const tbEntry* referrer);
+    void* readDataRef(tbEntry* entry, const char* className, ReadDataFunc read, HoldDataFunc holdData);
+    void* makeData(tbEntry* target, ReadDataFunc read, HoldDataFunc holdData);
+    void hold(tbEntry* entry, HoldDataFunc holdData);
+    void dropHold(tbEntry* entry);
+    void dropHolds();
+    void rebind(tbEntry* entry, const void* object);
+
+    // Writing
+    bool canWrite();
+    bool writeAll();
+    bool writeData(tbEntry* entry);
+    bool writeDirectory(std::int64_t place);
+    bool finishWrite();
 
     int descriptor = -1;
     OPEN_MODE openMode = MODE_CLOSED;

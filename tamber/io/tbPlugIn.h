@@ -6,6 +6,8 @@
 
 #include <atomic>
 
+class tbiPlugInSearch;
+
 // The record of one plug-in module, a dynamic library that supplies classes, drawing, audio or foreign file formats.
 // No entry point is looked up: loading the module runs its static initialisers, which construct its record, name it
 // and register its classes with it. The record counts the live objects of those classes, so that the module is
@@ -87,12 +89,15 @@ public:
     static void makeDynamicFromNowOn();
 
 private:
+    friend class tbLoader;
     friend class tbType;
 
     void addType(tbType* type);
     void removeType(tbType* type);
-    static tbPlugIn* loadModule(const char* moduleName, const char* path);
-    static tbPlugIn* loadBare(const char* moduleName, const char* path);
+    void deleteTypes();
+    /// `trusted` paths are taken as they are and may be left to the system's search; others must be bare names of
+    /// modules in the plug-in directories.
+    static tbPlugIn* load(const char* path, tbiPlugInSearch& search, bool trusted);
 
     tbTList<tbType*> types;
     std::atomic<int> refCount{0};

@@ -108,6 +108,8 @@ protected:
     void setIndex(int i) { index = i; }
 
 private:
+    friend class tbPlugIn;
+
     static constexpr unsigned WRITABLE = 1;
     static constexpr unsigned DELETE_WITH_LAST = 2;
 

@@ -42,14 +42,22 @@ inline bool tbiIsPlugInName(std::string_view moduleName)
            moduleName.find_first_of("/\\:") == std::string_view::npos;
 }
 
+/// True when a file's name ends in `ending`, in any case.
+inline bool tbiHasEnding(std::string_view fileName, std::string_view ending)
+{
+    if (fileName.size() < ending.size())
+        return false;
+    const std::string_view tail = fileName.substr(fileName.size() - ending.size());
+    for (std::size_t i = 0; i < ending.size(); ++i)
+        if (tbiUpperCase(tail[i]) != tbiUpperCase(ending[i]))
+            return false;
+    return true;
+}
+
 /// True for the file names that the search for loaders takes: "tb*Loader" and the module ending, in any case.
 inline bool tbiIsLoaderFile(std::string_view fileName, std::string_view ending)
 {
-    std::string upper(fileName);
-    for (char& c : upper)
-        c = tbiUpperCase(c);
-    std::string tail = "LOADER";
-    for (const char c : ending)
-        tail += tbiUpperCase(c);
-    return upper.size() >= 2 + tail.size() && upper.starts_with("TB") && upper.ends_with(tail);
+    return fileName.size() >= 2 + 6 + ending.size() && tbiHasEnding(fileName.substr(0, 2), "tb") &&
+           tbiHasEnding(fileName, ending) &&
+           tbiHasEnding(fileName.substr(0, fileName.size() - ending.size()), "Loader");
 }

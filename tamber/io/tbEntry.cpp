@@ -1,0 +1,318 @@
+#include <tamber/io/tbEntry.h>
+
+#include <tamber/io/tbFile.h>
+#include <tamber/io/tbiFileLayout.h>
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <limits>
+
+namespace
+{
+
+std::int64_t aligned(int cursor, int alignment)
+{
+    return (std::int64_t(cursor) + alignment - 1) & ~std::int64_t(alignment - 1);
+}
+
+} // namespace
+
+tbEntry::tbEntry(tbFile* owner, int tagIndex) : tag(tagIndex), file(owner) {}
+
+tbEntry::~tbEntry()
+{
+    freeData();
+}
+
+void tbEntry::freeData()
+{
+    tbMemory::free(data);
+    data = nullptr;
+    capacity = 0;
+}
+
+void tbEntry::bind(const void* object, KIND handleKind)
+{
+    file->rebind(this, object);
+    kind = handleKind;
+    failed = false;
+}
+
+void tbEntry::setHandle(const void* object)
+{
+    bind(object, KIND_OTHER);
+}
+
+int tbEntry::nextPlace(int width, int alignment) const
+{
+    const std::int64_t place = aligned(cursor, alignment);
+    return data && place + width <= dataSize ? int(place) : -1;
+}
+
+template <class Word>
+bool tbEntry::take(Word& word, int alignment)
+{
+    const int place = nextPlace(int(sizeof word), alignment);
+    if (place < 0)
+        return false;
+    word = tbiFileLayout::load<Word>(data + place, byteSwapped);
+    cursor = place + int(sizeof word);
+    return true;
+}
+
+// Moves bytes, never floats: the words of signalling numbers arrive as they were.
+int tbEntry::takeWords(void* words, int n)
+{
+    const int place = nextPlace(4, 4);
+    if (place < 0 || n < 1)
+        return 0;
+    const int number = std::min(n, (dataSize - place) / 4);
+    auto* to = static_cast<unsigned char*>(words);
+    if (byteSwapped)
+        for (int i = 0; i < number; ++i)
+            tbiFileLayout::store(to + 4 * i, tbiFileLayout::load<std::uint32_t>(data + place + 4 * i, true));
+    else
+        std::memcpy(to, data + place, std::size_t(number) * 4);
+    cursor = place + number * 4;
+    return number;
+}
+
+template <class Word>
+void tbEntry::put(Word word, int alignment)
+{
+    if (unsigned char* place = extend(int(sizeof word), alignment))
+        tbiFileLayout::store(place, word, byteSwapped);
+}
+
+void tbEntry::putWords(const void* words, int n)
+{
+    const auto* from = static_cast<const unsigned char*>(words);
+    for (int i = 0; i < n; ++i)
+        put(tbiFileLayout::load<std::uint32_t>(from + 4 * i, false), 4);
+}
+
+char tbEntry::readByte()
+{
+    std::uint8_t word = 0xFF;
+    take(word, 1);
+    return char(word);
+}
+
+short tbEntry::readShort()
+{
+    std::uint16_t word = 0xFFFF;
+    take(word, 1);
+    return short(word);
+}
+
+int tbEntry::readInt()
+{
+    std::uint32_t word = 0xFFFFFFFF;
+    take(word, 4);
+    return int(word);
+}
+
+void tbEntry::readInts(int* values, int n)
+{
+    for (int i = takeWords(values, n); i < n; ++i)
+        values[i] = -1;
+}
+
+bool tbEntry::readBool()
+{
+    std::uint32_t word = 1;
+    take(word, 4);
+    return word != 0;
+}
+
+float tbEntry::readFloat()
+{
+    std::uint32_t word = std::bit_cast<std::uint32_t>(-1.0f);
+    take(word, 4);
+    return std::bit_cast<float>(word);
+}
+
+void tbEntry::readFloats(float* values, int n)
+{
+    for (int i = takeWords(values, n); i < n; ++i)
+        values[i] = -1.0f;
+}
+
+double tbEntry::readDouble()
+{
+    std::uint64_t word = std::bit_cast<std::uint64_t>(-1.0);
+    take(word, 8);
+    return std::bit_cast<double>(word);
+}
+
+int tbEntry::readString(char* text, int len)
+{
+    const int remaining = getRemaining();
+    if (len > 0)
+        std::memset(text, 0, std::size_t(len));
+    if (remaining == 0)
+        return -1;
+    const int number = std::min(std::max(len, 0), remaining);
+    std::size_t length = 0;
+    while (length < std::size_t(number) && data[cursor + int(length)] != 0)
+        ++length;
+    if (length > 0)
+        std::memcpy(text, data + cursor, std::min(length, std::size_t(len - 1)));
+    cursor += number;
+    return std::max(len, 0);
+}
+
+int tbEntry::readChunk(void* bytes, int len)
+{
+    const int remaining = getRemaining();
+    if (remaining == 0)
+        return -1;
+    const int number = std::min(std::max(len, 0), remaining);
+    if (number > 0)
+        std::memcpy(bytes, data + cursor, std::size_t(number));
+    cursor += number;
+    return number;
+}
+
+int tbEntry::readCount(int itemSize)
+{
+    const int count = readInt();
+    return count > 0 && checkItems(count, itemSize) ? count : 0;
+}
+
+bool tbEntry::checkItems(int count, int itemSize, int alignment)
+{
+    const std::int64_t end = aligned(cursor, alignment) + std::int64_t(count) * itemSize;
+    if (count <= 0 || (data && end <= dataSize))
+        return true;
+    fail("more items than the entry can hold");
+    return false;
+}
+
+void tbEntry::fail(const char* rule)
+{
+    if (failed)
+        return;
+    failed = true;
+    file->report(this, rule);
+}
+
+bool tbEntry::growTo(std::int64_t end)
+{
+    if (data && end <= capacity)
+        return true;
+    if (!data)
+        dataSize = 0; // what lies in the file is written anew
+    // Half again on top, so that a long entry grows in linear time.
+    const std::int64_t wanted =
+        data ? end + FIRST_CAPACITY + capacity / 2 : std::max<std::int64_t>(end, FIRST_CAPACITY);
+    const int grown = int(std::min<std::int64_t>(wanted, std::numeric_limits<int>::max()));
+    void* block = end <= grown ? tbMemory::realloc(data, std::size_t(grown)) : nullptr;
+    if (!block)
+    {
+        file->failWrite("an entry is too large for the memory or for a file");
+        return false;
+    }
+    data = static_cast<unsigned char*>(block);
+    std::memset(data + capacity, 0, std::size_t(grown - capacity));
+    capacity = grown;
+    return true;
+}
+
+unsigned char* tbEntry::extend(int len, int alignment)
+{
+    const std::int64_t place = aligned(cursor, alignment);
+    if (!growTo(place + len))
+        return nullptr;
+    std::memset(data + cursor, 0, std::size_t(place - cursor));
+    cursor = int(place) + len;
+    dataSize = std::max(dataSize, cursor);
+    return data + place;
+}
+
+void tbEntry::writeByte(char value)
+{
+    put(std::uint8_t(value), 1);
+}
+
+void tbEntry::writeShort(short value)
+{
+    put(std::uint16_t(value), 1);
+}
+
+void tbEntry::writeInt(int value)
+{
+    put(std::uint32_t(value), 4);
+}
+
+void tbEntry::writeInts(const int* values, int n)
+{
+    putWords(values, n);
+}
+
+void tbEntry::writeFloat(float value)
+{
+    put(std::bit_cast<std::uint32_t>(value), 4);
+}
+
+void tbEntry::writeFloats(const float* values, int n)
+{
+    putWords(values, n);
+}
+
+void tbEntry::writeDouble(double value)
+{
+    put(std::bit_cast<std::uint64_t>(value), 8);
+}
+
+void tbEntry::writeString(const char* text)
+{
+    const std::size_t length = text ? std::strlen(text) : 0;
+    if (length >= std::size_t(std::numeric_limits<int>::max()))
+    {
+        file->failWrite("a text is too long for a file");
+        return;
+    }
+    writeChunk(text, int(length));
+    writeByte(0);
+}
+
+void tbEntry::writeChunk(const void* bytes, int len)
+{
+    if (len < 1)
+        return;
+    if (unsigned char* place = extend(len, 1))
+        std::memcpy(place, bytes, std::size_t(len));
+}
+
+void tbEntry::setData(const void* bytes, int size)
+{
+    const int number = bytes ? std::max(size, 0) : 0;
+    if (number > 0 && !growTo(number))
+        return;
+    if (number > 0)
+        std::memmove(data, bytes, std::size_t(number));
+    dataSize = number;
+    magic = NATIVE_MAGIC;
+    byteSwapped = false;
+    failed = false;
+}
+
+void tbEntry::trim()
+{
+    if (!data || capacity <= dataSize)
+        return;
+    if (dataSize == 0)
+    {
+        freeData();
+        return;
+    }
+    void* block = tbMemory::malloc(std::size_t(dataSize));
+    if (!block)
+        return;
+    std::memcpy(block, data, std::size_t(dataSize));
+    tbMemory::free(data);
+    data = static_cast<unsigned char*>(block);
+    capacity = dataSize;
+}

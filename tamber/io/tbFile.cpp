@@ -1,0 +1,455 @@
+#include <tamber/io/tbFile.h>
+
+#include <tamber/io/tbiFileState.h>
+#include <tamber/kernel/tbMessage.h>
+#include <tamber/kernel/tbVersion.h>
+#include <tamber/platform/tbiFile.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+namespace
+{
+
+using namespace tbiFileLayout;
+
+constexpr int DEFAULT_DEPTH = 1024;
+constexpr unsigned DEFAULT_OBJECTS = 1u << 24;
+constexpr int MOST_MESSAGES = 20;
+constexpr std::int64_t SMALLEST_BUDGET = std::int64_t{256} << 20;
+constexpr std::int64_t BUDGET_FACTOR = 160;
+constexpr int LARGEST_COUNT = int(tbListStorage::COUNT_MASK);
+
+// Names from files are printed so that they cannot be anything but text.
+std::string printable(const char* text)
+{
+    std::string out;
+    for (; *text != 0; ++text)
+    {
+        const auto c = static_cast<unsigned char>(*text);
+        if (c >= 0x20 && c < 0x7F)
+        {
+            out += char(c);
+            continue;
+        }
+        char escape[8];
+        std::snprintf(escape, sizeof escape, "\\x%02X", unsigned(c));
+        out += escape;
+    }
+    return out;
+}
+
+std::string printable(const tbiTag* tag)
+{
+    return tag ? printable(tag->name) : "(none)";
+}
+
+std::uint32_t hashName(const char* name)
+{
+    std::uint32_t hash = 2166136261u;
+    for (int i = 0; i < TAG_NAME_SIZE - 1 && name[i] != 0; ++i)
+        hash = (hash ^ static_cast<unsigned char>(name[i])) * 16777619u;
+    return hash ^ (hash >> 15);
+}
+
+std::uint32_t hashHandle(const void* handle)
+{
+    const std::uint64_t mixed = std::uint64_t(reinterpret_cast<std::uintptr_t>(handle)) * 0x9E3779B97F4A7C15u;
+    return std::uint32_t(mixed >> 32);
+}
+
+bool isMagic(const unsigned char* bytes, bool& swap)
+{
+    const auto magic = load<std::uint32_t>(bytes, false);
+    swap = magic == MAGIC_SWAPPED;
+    return swap || magic == MAGIC;
+}
+
+} // namespace
+
+tbFile::tbFile() : maxDepth(DEFAULT_DEPTH), maxObjects(DEFAULT_OBJECTS), state(new tbiFileState) {}
+
+tbFile::~tbFile()
+{
+    close();
+    delete state;
+}
+
+// Errors
+
+const char* tbFile::getErrorText() const
+{
+    return state->errorText.c_str();
+}
+
+bool tbFile::setError(FILE_ERROR error, const char* rule)
+{
+    lastError = error;
+    state->errorText = state->label.empty() ? rule : state->label + ": " + rule;
+    return false;
+}
+
+void tbFile::report(const tbEntry* entry, const char* rule)
+{
+    std::string text = rule;
+    if (entry)
+    {
+        const tbiTag* tag = tags.indexInRange(entry->tag) ? tags[entry->tag] : nullptr;
+        text = "entry " + std::to_string(entry->dirNum) + " (" + printable(tag) + "), byte " +
+               std::to_string(entry->cursor) + ": " + rule;
+    }
+    setError(FILE_READ_ERROR, text.c_str());
+    if (state->numMessages < MOST_MESSAGES)
+        tbMessage("%s\n", state->errorText.c_str());
+    else if (state->numMessages == MOST_MESSAGES)
+        tbMessage("%s: what else is damaged is not listed\n", state->label.c_str());
+    ++state->numMessages;
+}
+
+void tbFile::reportUnknownClass(const tbEntry* entry)
+{
+    tbiTag* tag = tags[entry->tag];
+    if (tag->reported)
+        return;
+    tag->reported = true;
+    const std::string name = printable(tag);
+    state->errorText = state->label + ": no plug-in supplies the class " + name;
+    tbMessage("%s: no plug-in supplies the class %s, its objects are left out\n", state->label.c_str(),
+              name.c_str());
+}
+
+void tbFile::failWrite(const char* rule)
+{
+    if (!state->writeRule)
+        state->writeRule = rule;
+    setError(FILE_WRITE_ERROR, rule);
+}
+
+unsigned int tbFile::getVersion() const
+{
+    return header ? header->version : 0;
+}
+
+// Opening and closing
+
+bool tbFile::open(const char* path, const char* mode)
+{
+    close();
+    lastError = FILE_OK;
+    state->open(path, path ? printable(path) : "(null)");
+    if (!path || !mode || mode[0] != 'r')
+        return setError(FILE_CANNOT_OPEN, "no path, or an unknown mode");
+    openMode = mode[1] == 'w' ? MODE_READ_WRITE : MODE_READ;
+    descriptor = openMode == MODE_READ ? tbiOpenFile(path) : tbiOpenFileForUpdate(path);
+    const std::size_t bytes = std::strlen(path) + 1;
+    fileName = static_cast<char*>(tbMemory::malloc(bytes));
+    if (fileName)
+        std::memcpy(fileName, path, bytes);
+    if (descriptor < 1)
+        setError(FILE_CANNOT_OPEN, "not a regular file that can be opened");
+    else if (readTables())
+        return true;
+    freeAll();
+    return false;
+}
+
+bool tbFile::readTables()
+{
+    const std::int64_t length = tbiFileLength(descriptor);
+    if (length < 1)
+        return setError(FILE_EMPTY, "the file is empty");
+    state->window.attach(descriptor, length);
+    unsigned char bytes[HEADER_SIZE];
+    if (!state->window.read(bytes, HEADER_SIZE, 0))
+        return setError(FILE_READ_ERROR, "the file ends within its header");
+    if (!isMagic(bytes + HEADER_MAGIC, byteSwapped))
+        return setError(FILE_BAD_FORMAT, "not a file of this format");
+    header = new tbiFileHeader;
+    header->version = load<std::uint32_t>(bytes + HEADER_VERSION, byteSwapped);
+    header->numEntries = load<std::uint32_t>(bytes + HEADER_ENTRIES, byteSwapped);
+    header->numTags = load<std::uint32_t>(bytes + HEADER_TAGS, byteSwapped);
+    if (header->version > tbGetVersion())
+        tbMessage("%s: written by a newer release, %u.%u\n", state->label.c_str(),
+                  tbGetMajorVersion(header->version), tbGetMinorVersion(header->version));
+    if (header->numEntries == 0)
+        return setError(FILE_READ_ERROR, "the file has no entries");
+    const std::int64_t tagBytes = std::int64_t{TAG_SIZE} * header->numTags;
+    const std::int64_t recordBytes = std::int64_t{RECORD_SIZE} * header->numEntries;
+    state->dataStart = HEADER_SIZE + tagBytes + recordBytes;
+    if (state->dataStart > length || header->numEntries > unsigned(LARGEST_COUNT) ||
+        header->numTags > unsigned(LARGEST_COUNT))
+        return setError(FILE_READ_ERROR, "more tags and entries than the file can hold");
+    state->dataBudget = std::max(SMALLEST_BUDGET, BUDGET_FACTOR * length);
+
+    const std::size_t tableBytes = std::size_t(tagBytes + recordBytes);
+    auto* tables = static_cast<unsigned char*>(tbMemory::malloc(tableBytes));
+    bool read = tables && state->window.read(tables, tableBytes, HEADER_SIZE);
+    if (!read)
+        setError(FILE_READ_ERROR, "the file ends within its tables");
+    read = read && readTags(tables, int(header->numTags)) &&
+           readDirectory(tables + tagBytes, int(header->numEntries));
+    tbMemory::free(tables);
+    return read;
+}
+
+bool tbFile::readTags(const unsigned char* records, int number)
+{
+    tags.setSize(number);
+    for (int i = 0; i < number; ++i, records += TAG_SIZE)
+    {
+        if (load<std::uint32_t>(records + TAG_INDEX, byteSwapped) != std::uint32_t(i))
+            return setError(FILE_READ_ERROR, "a tag stands at another place than its index says");
+        char name[TAG_NAME_SIZE];
+        std::memcpy(name, records + TAG_NAME, TAG_NAME_SIZE);
+        name[TAG_NAME_SIZE - 1] = 0;
+        if (!addTag(name))
+            return setError(FILE_READ_ERROR, "memory is out");
+    }
+    return true;
+}
+
+bool tbFile::readDirectory(const unsigned char* records, int number)
+{
+    entries.setSize(number);
+    for (int i = 0; i < number; ++i, records += RECORD_SIZE)
+    {
+        auto* entry = new tbEntry(this, int(load<std::uint32_t>(records + RECORD_TAG, byteSwapped)));
+        if (!entry || addEntry(entry) < 0)
+            return setError(FILE_READ_ERROR, "memory is out");
+        entry->magic = load<std::uint32_t>(records + RECORD_MAGIC, false);
+        entry->byteSwapped = entry->magic == MAGIC_SWAPPED;
+        entry->fileOffset = load<std::uint32_t>(records + RECORD_OFFSET, byteSwapped);
+        entry->compression =
+            tbEntry::COMPRESSION(load<std::uint32_t>(records + RECORD_COMPRESSION, byteSwapped));
+        entry->dataSize = int(load<std::uint32_t>(records + RECORD_DATA_SIZE, byteSwapped));
+        entry->version = load<std::uint32_t>(records + RECORD_VERSION, byteSwapped);
+        if (entry->fileOffset == 0)
+        {
+            const tbiTag* tag = tags.indexInRange(entry->tag) ? tags[entry->tag] : nullptr;
+            tbMessage("Bad Directory Entry: %d tag: %s\n", i, printable(tag).c_str());
+        }
+    }
+    return true;
+}
+
+bool tbFile::create(const char* path)
+{
+    close();
+    lastError = FILE_OK;
+    state->open(path, path ? printable(path) : "(null)");
+    if (!state->writer.begin(path))
+        return setError(FILE_CANNOT_OPEN, "the file cannot be made or replaced");
+    descriptor = state->writer.getDescriptor();
+    openMode = MODE_CREATE;
+    header = new tbiFileHeader;
+    header->version = tbGetVersion();
+    return true;
+}
+
+void tbFile::close()
+{
+    freeAll();
+}
+
+void tbFile::freeAll()
+{
+    dropHolds();
+    if (descriptor != state->writer.getDescriptor())
+        tbiCloseFile(descriptor);
+    state->writer.abandon();
+    descriptor = -1;
+    openMode = MODE_CLOSED;
+    for (tbEntry* entry : entries)
+        delete entry;
+    entries.setSize(0);
+    for (tbiTag* tag : tags)
+        delete tag;
+    tags.setSize(0);
+    delete header;
+    header = nullptr;
+    tbMemory::free(fileName);
+    fileName = nullptr;
+    byteSwapped = false;
+    state->close();
+}
+
+bool tbFile::isTamberFormat(const char* path)
+{
+    const int descriptor = tbiOpenFile(path);
+    if (descriptor < 1)
+        return false;
+    unsigned char magic[4];
+    bool swap = false;
+    const bool known = tbiFileLength(descriptor) > HEADER_SIZE &&
+                       tbiReadFile(descriptor, magic, sizeof magic, 0) && isMagic(magic, swap);
+    tbiCloseFile(descriptor);
+    return known;
+}
+
+// Tags
+
+tbiTag* tbFile::addTag(const char* className)
+{
+    auto* tag = new tbiTag;
+    if (!tag)
+        return nullptr;
+    tag->index = tags.getNum();
+    std::strncpy(tag->name, className, TAG_NAME_SIZE - 1);
+    if (tags.add(tag) >= 0 && state->tagNames.add(hashName(tag->name), tag))
+        return tag;
+    if (tags.getNum() > tag->index)
+        tags.removeLast();
+    delete tag;
+    return nullptr;
+}
+
+int tbFile::newTag(const char* className)
+{
+    if (!className)
+        return -1;
+    const int known = findTag(className);
+    if (known >= 0)
+        return known;
+    const tbiTag* tag = addTag(className);
+    if (!tag)
+        failWrite("more classes than a file can hold");
+    return tag ? tag->index : -1;
+}
+
+int tbFile::findTag(const char* className) const
+{
+    if (!className)
+        return -1;
+    int first = -1;
+    state->tagNames.visitAll(hashName(className),
+                             [&](const tbiTag* tag)
+                             {
+                                 if (std::strncmp(tag->name, className, TAG_NAME_SIZE - 1) == 0 &&
+                                     (first < 0 || tag->index < first))
+                                     first = tag->index;
+                             });
+    return first;
+}
+
+const char* tbFile::getTagDesc(int tag) const
+{
+    return tags.indexInRange(tag) ? tags[tag]->name : nullptr;
+}
+
+// Entries
+
+int tbFile::addEntry(tbEntry* entry)
+{
+    if (entry->dirNum >= 0)
+        return entry->dirNum;
+    const int number = entries.add(entry);
+    if (number < 0)
+    {
+        delete entry;
+        return -1;
+    }
+    entry->dirNum = number;
+    if (tags.indexInRange(entry->tag) && tags[entry->tag]->firstEntry < 0)
+        tags[entry->tag]->firstEntry = number;
+    return number;
+}
+
+tbEntry* tbFile::newEntry(int tag)
+{
+    if (!tags.indexInRange(tag))
+        return nullptr;
+    auto* entry = new tbEntry(this, tag);
+    if (entry && addEntry(entry) >= 0)
+        return entry;
+    failWrite("more entries than a file can hold");
+    return nullptr;
+}
+
+tbEntry* tbFile::newDataEntry(const char* className, const void* data)
+{
+    tbEntry* entry = newEntry(newTag(className));
+    if (!entry)
+        return nullptr;
+    entry->bind(data, tbEntry::KIND_DATA);
+    entry->setVersion(tbGetVersion());
+    return entry;
+}
+
+tbEntry* tbFile::getEntry(int index) const
+{
+    return entries.indexInRange(index) ? entries[index] : nullptr;
+}
+
+tbEntry* tbFile::findEntry(const void* handle) const
+{
+    if (!handle)
+        return nullptr;
+    tbEntry* last = nullptr;
+    state->handles.visitAll(hashHandle(handle),
+                            [&](tbEntry* entry)
+                            {
+                                if (entry->handle == handle && (!last || entry->dirNum > last->dirNum))
+                                    last = entry;
+                            });
+    return last;
+}
+
+void tbFile::rebind(tbEntry* entry, const void* object)
+{
+    if (entry->handle)
+        state->handles.remove(hashHandle(entry->handle), entry);
+    entry->handle = object;
+    if (object && !state->handles.add(hashHandle(object), entry))
+        failWrite("memory is out");
+}
+
+tbEntry* tbFile::findEntry(int tag) const
+{
+    if (!tags.indexInRange(tag))
+        return nullptr;
+    if (!state->firstEntriesKnown)
+    {
+        for (tbiTag* each : tags)
+            each->firstEntry = -1;
+        for (int i = entries.getNum() - 1; i >= 0; --i)
+            if (tags.indexInRange(entries[i]->tag))
+                tags[entries[i]->tag]->firstEntry = i;
+        state->firstEntriesKnown = true;
+    }
+    return getEntry(tags[tag]->firstEntry);
+}
+
+tbEntry* tbFile::findEntry(const char* className) const
+{
+    return findEntry(findTag(className));
+}
+
+tbEntry* tbFile::findNextEntry(int tag, const tbEntry* after) const
+{
+    if (!after)
+        return findEntry(tag);
+    if (!tags.indexInRange(tag) || after->file != this)
+        return nullptr;
+    for (int i = after->dirNum + 1; i < entries.getNum(); ++i)
+        if (entries[i]->tag == tag)
+            return entries[i];
+    return nullptr;
+}
+
+bool tbFile::removeEntry(tbEntry* entry)
+{
+    if (!entry)
+        return true;
+    if (entry->file != this || entry->state != tbEntry::STATE_IDLE)
+        return false;
+    const int gap = entry->dirNum;
+    entries.removeIndex(gap);
+    if (gap < entries.getNum())
+        entries[gap]->dirNum = gap;
+    state->firstEntriesKnown = false;
+    dropHold(entry);
+    rebind(entry, nullptr);
+    delete entry;
+    return true;
+}

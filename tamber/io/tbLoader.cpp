@@ -1,0 +1,429 @@
+#include <tamber/io/tbLoader.h>
+
+#include <tamber/containers/tbiStatic.h>
+#include <tamber/graph/tbGroup.h>
+#include <tamber/io/tbFile.h>
+#include <tamber/io/tbImport.h>
+#include <tamber/io/tbiPlugInLists.h>
+#include <tamber/io/tbiPlugInSearch.h>
+#include <tamber/io/tbiText.h>
+#include <tamber/kernel/tbFilePath.h>
+#include <tamber/kernel/tbString.h>
+#include <tamber/kernel/tbiLocks.h>
+#include <tamber/platform/tbiModule.h>
+#include <tamber/platform/tbiModuleName.h>
+#include <tamber/thread/tbiLockGuard.h>
+
+// What is known of a loader module, loaded or not.
+struct tbiLoaderDef : tbAllocated<tbiLoaderDef>
+{
+    char* moduleName = nullptr;
+    tbTList<char*> extensions;
+    char* path = nullptr; // the file that it was loaded from last
+};
+
+// A class whose objects may be native files of their own.
+struct tbiFileType : tbAllocated<tbiFileType>
+{
+    char* extension = nullptr;
+    const tbType* type = nullptr;
+};
+
+namespace
+{
+
+constexpr const char* groupExtension = "tb";
+
+constinit tbiStatic<tbTList<tbLoader*>> loaders;
+constinit tbiStatic<tbTList<tbiLoaderDef*>> loaderDefs;
+constinit tbiStatic<tbTList<tbiFileType*>> fileTypes;
+
+constinit tbLoader::LOADER_ERROR errorCode = tbLoader::LOADER_OK;
+constinit char* errorMesg = nullptr;
+constinit char* saveDir = nullptr;
+
+bool sameName(const char* a, const char* b)
+{
+    return tbStrcmp(a, b, true) == 0;
+}
+
+// What follows the last dot of the file's name; null when there is none.
+const char* extensionOf(const char* path)
+{
+    const std::string_view name = tbiFilePart(path);
+    const std::size_t dot = name.rfind('.');
+    return dot == std::string_view::npos ? nullptr : name.data() + dot + 1;
+}
+
+tbiLoaderDef* definitionOf(const char* moduleName)
+{
+    for (tbiLoaderDef* def : *loaderDefs)
+        if (sameName(def->moduleName, moduleName))
+            return def;
+    auto* def = new tbiLoaderDef;
+    if (!def)
+        return nullptr;
+    tbiSetText(def->moduleName, moduleName);
+    loaderDefs->add(def);
+    return def;
+}
+
+tbiLoaderDef* definitionFor(const char* extension)
+{
+    for (tbiLoaderDef* def : *loaderDefs)
+        for (int i = def->extensions.getNum() - 1; i >= 0; --i)
+            if (sameName(def->extensions[i], extension))
+                return def;
+    return nullptr;
+}
+
+void setFailure(tbLoader::LOADER_ERROR code, const std::string& text)
+{
+    errorCode = code;
+    tbiSetText(errorMesg, text.c_str());
+}
+
+void clearError()
+{
+    errorCode = tbLoader::LOADER_OK;
+    tbiSetText(errorMesg, nullptr);
+}
+
+std::string quoted(const char* name)
+{
+    return "\"" + std::string(name ? name : "") + "\"";
+}
+
+// Says what would have been understood, and where more loaders would have been found.
+std::string unknownFormat(const char* path)
+{
+    std::string text = quoted(path) + " is in no format that is known here. Known extensions: ";
+    text += groupExtension;
+    for (const tbiFileType* fileType : *fileTypes)
+        text += std::string(" ") + fileType->extension;
+    for (const tbiLoaderDef* def : *loaderDefs)
+        for (const char* extension : def->extensions)
+            text += std::string(" ") + extension;
+    text += ". Loaders were looked for in:";
+    for (const std::string& directory : tbiPlugInSearch().getDirectories())
+        text += " " + directory;
+    return text;
+}
+
+std::string findFile(const char* name)
+{
+    const int size = tbFindFile(name, 0, nullptr);
+    std::string path(std::size_t(size), '\0');
+    if (size > 0)
+        tbFindFile(name, size, path.data());
+    return path.c_str();
+}
+
+tbBase* importNative(const char* path)
+{
+    tbFile file;
+    if (!file.open(path, "r"))
+    {
+        setFailure(tbLoader::LOADER_UNKNOWN_FORMAT, file.getErrorText());
+        return nullptr;
+    }
+    tbPlugIn::loadPlugIns(&file);
+    tbBase* root = file.readObject(0);
+    if (!root)
+        setFailure(tbLoader::LOADER_UNKNOWN_FORMAT,
+                   std::string("the root cannot be read: ") + file.getErrorText());
+    return root;
+}
+
+const char* nativeExtension(const tbBase* object)
+{
+    if (object->isOfType(tbGroup::getClassType()))
+        return groupExtension;
+    for (const tbiFileType* fileType : *fileTypes)
+        if (object->isOfType(fileType->type))
+            return fileType->extension;
+    return nullptr;
+}
+
+bool exportNative(const tbBase* object, std::string path)
+{
+    const char* extension = nativeExtension(object);
+    if (!extension)
+    {
+        setFailure(tbLoader::LOADER_NO_FILE_TYPE,
+                   std::string("no file type for the class ") + object->getType()->getName());
+        return false;
+    }
+    if (!extensionOf(path.c_str()))
+        path += std::string(".") + extension;
+    tbFile file;
+    if (!file.create(path.c_str()))
+    {
+        setFailure(tbLoader::LOADER_FILE_NOT_FOUND, file.getErrorText());
+        return false;
+    }
+    bool written = object->write(&file, nullptr) != nullptr;
+    if (written)
+    {
+        tbPlugIn::savePlugIns(&file);
+        written = file.write();
+    }
+    if (!written)
+        setFailure(tbLoader::LOADER_CANNOT_WRITE, file.getErrorText());
+    return written;
+}
+
+} // namespace
+
+tbLoader::tbLoader(const char* moduleFile) : tbPlugIn(moduleFile), definition(nullptr)
+{
+    errorCode = LOADER_OK;
+    tbiLockGuard guard(tbiLocks::plugIn);
+    definition = definitionOf(getModuleName() ? getModuleName() : "");
+    if (definition && getModule())
+        tbiSetText(definition->path, tbiModulePath(getModule()).c_str());
+    loaders->add(this);
+}
+
+tbLoader::~tbLoader()
+{
+    tbiForgetLoader(this);
+}
+
+bool tbLoader::exportObject(const tbBase*, const char*)
+{
+    return false;
+}
+
+// A module that is loaded again names its extensions again.
+void tbLoader::addExtension(const char* extension)
+{
+    tbiLockGuard guard(tbiLocks::plugIn);
+    if (!extension || !definition)
+        return;
+    for (const char* known : definition->extensions)
+        if (sameName(known, extension))
+            return;
+    char* copy = nullptr;
+    tbiSetText(copy, extension);
+    if (copy)
+        definition->extensions.add(copy);
+}
+
+int tbLoader::getNumExtensions() const
+{
+    return definition ? definition->extensions.getNum() : 0;
+}
+
+const char* tbLoader::getExtension(int i) const
+{
+    return definition && definition->extensions.indexInRange(i) ? definition->extensions[i] : nullptr;
+}
+
+void tbLoader::initLoaders()
+{
+    tbiPlugInSearch search;
+    for (const std::string& path : search.findLoaders())
+        load(path.c_str(), search, true);
+    unloadAll();
+}
+
+// The loader of an extension, its module loaded; null when there is none, with an error set when there should be.
+tbLoader* tbLoader::loadFor(const char* extension)
+{
+    const tbiLoaderDef* def = definitionFor(extension);
+    if (!def)
+        return nullptr;
+    load(def->path && *def->path ? def->path : def->moduleName);
+    for (tbLoader* loader : *loaders)
+        if (loader->definition == def)
+            return loader;
+    setFailure(LOADER_UNKNOWN_FORMAT,
+               std::string("the loader ") + def->moduleName + " cannot be loaded any more");
+    return nullptr;
+}
+
+tbBase* tbLoader::importFile(const char* name)
+{
+    clearError();
+    const std::string path = findFile(name);
+    if (path.empty())
+    {
+        setFailure(LOADER_FILE_NOT_FOUND, "there is no file " + quoted(name));
+        return nullptr;
+    }
+    const char* extension = extensionOf(path.c_str());
+    if (!extension)
+    {
+        setFailure(LOADER_NO_EXTENSION, "the file name has no extension: " + quoted(name));
+        return nullptr;
+    }
+    if (tbLoader* loader = loadFor(extension))
+    {
+        loader->ref(); // the module stays while its code runs
+        tbBase* root = loader->import(path.c_str());
+        loader->unRef();
+        return root;
+    }
+    if (errorCode != LOADER_OK)
+        return nullptr;
+    if (tbFile::isTamberFormat(path.c_str()))
+        return importNative(path.c_str());
+    setFailure(LOADER_UNKNOWN_FORMAT, unknownFormat(path.c_str()));
+    return nullptr;
+}
+
+bool tbLoader::exportFile(const tbBase* object, const char* name)
+{
+    clearError();
+    if (!object || !name || *name == 0)
+    {
+        setFailure(LOADER_CANNOT_WRITE, "no object, or no file name");
+        return false;
+    }
+    std::string path = name;
+    if (saveDir && *saveDir)
+    {
+        const char last = saveDir[std::strlen(saveDir) - 1];
+        path = std::string(saveDir) + (last == '/' || last == '\\' ? "" : "\\") + name;
+    }
+    const char* extension = extensionOf(path.c_str());
+    if (tbLoader* loader = extension ? loadFor(extension) : nullptr)
+    {
+        loader->ref();
+        const bool written = loader->exportObject(object, path.c_str());
+        loader->unRef();
+        if (!written && errorCode == LOADER_OK)
+            setFailure(LOADER_CANNOT_WRITE, "the loader of this format does not write it");
+        return written;
+    }
+    return errorCode == LOADER_OK && exportNative(object, path);
+}
+
+bool tbLoader::addTamberFileType(tbType* type, const char* extension)
+{
+    tbiLockGuard guard(tbiLocks::plugIn);
+    if (!type || !extension)
+        return false;
+    for (const tbiFileType* known : *fileTypes)
+        if (known->type == type || sameName(known->extension, extension))
+            return false;
+    auto* fileType = new tbiFileType;
+    if (!fileType)
+        return false;
+    fileType->type = type;
+    tbiSetText(fileType->extension, extension);
+    fileTypes->add(fileType);
+    return true;
+}
+
+int tbLoader::getNumTamberFileTypes()
+{
+    return fileTypes->getNum();
+}
+
+const char* tbLoader::getTamberFileType(int i)
+{
+    return fileTypes->indexInRange(i) ? (*fileTypes)[i]->extension : nullptr;
+}
+
+int tbLoader::getNumLoaders()
+{
+    return loaderDefs->getNum();
+}
+
+int tbLoader::getNumLoaderExtensions(int loader)
+{
+    return loaderDefs->indexInRange(loader) ? (*loaderDefs)[loader]->extensions.getNum() : 0;
+}
+
+const char* tbLoader::getLoaderExtension(int loader, int extension)
+{
+    if (extension < 0 || extension >= getNumLoaderExtensions(loader))
+        return nullptr;
+    return (*loaderDefs)[loader]->extensions[extension];
+}
+
+tbLoader::LOADER_ERROR tbLoader::getError()
+{
+    return errorCode;
+}
+
+const char* tbLoader::getErrorMessage()
+{
+    return errorMesg;
+}
+
+void tbLoader::setSaveDirectory(const char* dir)
+{
+    tbiSetText(saveDir, dir);
+}
+
+const char* tbLoader::getSaveDirectory()
+{
+    return saveDir;
+}
+
+void tbLoader::setError(LOADER_ERROR error)
+{
+    errorCode = error;
+}
+
+void tbLoader::setErrorMessage(const char* text)
+{
+    tbiSetText(errorMesg, text);
+}
+
+tbBase* tbImportOfType(const char* fileName, const tbType* type)
+{
+    tbBase* root = tbLoader::importFile(fileName);
+    if (!root || root->isOfType(type))
+        return root;
+    root->unRef();
+    setFailure(tbLoader::LOADER_UNKNOWN_FORMAT,
+               quoted(fileName) + " does not hold a " + (type ? type->getName() : "(none)"));
+    return nullptr;
+}
+
+void tbiForgetFileType(const tbType* type)
+{
+    for (int i = fileTypes->getNum() - 1; i >= 0; --i)
+    {
+        tbiFileType* fileType = (*fileTypes)[i];
+        if (fileType->type != type)
+            continue;
+        tbMemory::free(fileType->extension);
+        delete fileType;
+        fileTypes->removeOrderedIndex(i);
+    }
+}
+
+void tbiForgetLoader(const void* record)
+{
+    tbiLockGuard guard(tbiLocks::plugIn);
+    for (int i = loaders->getNum() - 1; i >= 0; --i)
+        if ((*loaders)[i] == record)
+            loaders->removeOrderedIndex(i);
+}
+
+void tbiReleaseLoaderLists()
+{
+    for (tbiLoaderDef* def : *loaderDefs)
+    {
+        for (char* extension : def->extensions)
+            tbMemory::free(extension);
+        tbMemory::free(def->moduleName);
+        tbMemory::free(def->path);
+        delete def;
+    }
+    for (tbiFileType* fileType : *fileTypes)
+    {
+        tbMemory::free(fileType->extension);
+        delete fileType;
+    }
+    loaders->setSize(0);
+    loaderDefs->setSize(0);
+    fileTypes->setSize(0);
+    tbiSetText(errorMesg, nullptr);
+    tbiSetText(saveDir, nullptr);
+}

@@ -1,0 +1,262 @@
+#include <tamber/io/tbPlugIn.h>
+
+#include <tamber/containers/tbiStatic.h>
+#include <tamber/io/tbiPlugInLists.h>
+#include <tamber/io/tbiPlugInSearch.h>
+#include <tamber/io/tbiText.h>
+#include <tamber/kernel/tbMessage.h>
+#include <tamber/kernel/tbType.h>
+#include <tamber/kernel/tbiLocks.h>
+#include <tamber/platform/tbiModule.h>
+#include <tamber/platform/tbiModuleName.h>
+#include <tamber/thread/tbiLockGuard.h>
+
+#include <cstdlib>
+
+namespace
+{
+
+constinit tbiStatic<tbTList<tbPlugIn*>> plugIns; // every record, in the order of construction
+
+constexpr int LIST_CAPACITY = 8;
+
+constinit std::atomic<bool> dynamicFromNowOn{false};
+
+constexpr int POLICY_UNKNOWN = -1;
+constinit std::atomic<int> searchPolicy{POLICY_UNKNOWN};
+
+// Loading and unloading run module code that registers or deletes types, so the type lock comes first.
+struct LoadLocks
+{
+    tbiLockGuard type{tbiLocks::type};
+    tbiLockGuard plugIn{tbiLocks::plugIn};
+};
+
+tbPlugIn::SEARCH_POLICY policyFromEnvironment()
+{
+    const char* value = std::getenv("TAMBER_PLUGINS");
+    const std::string_view word = value ? value : "";
+    if (word == "app")
+        return tbPlugIn::SEARCH_APP;
+    return word == "none" ? tbPlugIn::SEARCH_NONE : tbPlugIn::SEARCH_ALL;
+}
+
+bool isBareName(const char* path)
+{
+    return std::string_view(path).find_first_of("/\\") == std::string_view::npos;
+}
+
+} // namespace
+
+tbPlugIn::tbPlugIn(const char* moduleFile)
+{
+    if (moduleFile)
+    {
+        const std::string normalised = tbiModuleName(moduleFile);
+        tbiSetText(moduleName, normalised.c_str());
+        tbMessage("Loading plug-in:   %s\n", normalised.c_str());
+        module = tbiFindModule(normalised);
+        dynamic = module && dynamicFromNowOn.load(std::memory_order_relaxed);
+    }
+    tbiLockGuard guard(tbiLocks::plugIn);
+    plugIns->add(this);
+}
+
+tbPlugIn::~tbPlugIn()
+{
+    LoadLocks locks;
+    plugIns->checkRemoveOrdered(this);
+    tbType::unregisterClasses(this);
+    deleteTypes();
+    tbMemory::free(name);
+    tbMemory::free(buildDate);
+    tbMemory::free(company);
+    tbMemory::free(moduleName);
+}
+
+// Derived classes came after their parents. A class with live objects goes with the last of them.
+void tbPlugIn::deleteTypes()
+{
+    while (types.getNum() > 0)
+    {
+        tbType* type = types.removeLast();
+        tbiForgetFileType(type);
+        type->plugIn = nullptr;
+        type->deleteType();
+    }
+}
+
+void tbPlugIn::addType(tbType* type)
+{
+    tbiLockGuard guard(tbiLocks::plugIn);
+    types.add(type);
+}
+
+void tbPlugIn::removeType(tbType* type)
+{
+    tbiLockGuard guard(tbiLocks::plugIn);
+    types.checkRemoveOrdered(type);
+    tbiForgetFileType(type);
+}
+
+// The count is one atomic word. Whoever may be the first to count holds the type lock, as unloading does.
+void tbPlugIn::ref()
+{
+    if (dynamic)
+        refCount.fetch_add(1, std::memory_order_relaxed);
+}
+
+void tbPlugIn::unRef()
+{
+    if (dynamic)
+        refCount.fetch_sub(1, std::memory_order_release);
+}
+
+void tbPlugIn::setCompany(const char* text)
+{
+    tbiSetText(company, text);
+}
+
+void tbPlugIn::setName(const char* text)
+{
+    tbiSetText(name, text);
+}
+
+void tbPlugIn::setRelease(int majorNumber, int minorNumber, int buildNumber, const char* date)
+{
+    major = majorNumber;
+    minor = minorNumber;
+    build = buildNumber;
+    tbiSetText(buildDate, date);
+}
+
+void tbPlugIn::enableSaveWithFile(bool save)
+{
+    saveWithFile = save;
+}
+
+bool tbPlugIn::unload()
+{
+    LoadLocks locks;
+    if (!dynamic || !loadedByKernel || !module || refCount.load(std::memory_order_acquire) >= 1)
+        return false;
+    const std::string nameOfModule = moduleName;
+    if (!tbiFreeModule(module))
+        return false;
+    if (tbiFindModule(nameOfModule))
+    {
+        loadedByKernel = false; // somebody else keeps the module; the kernel's share is given back
+        return true;
+    }
+    // The record went with its module. One that the module left behind is not asked anything any more.
+    plugIns->checkRemoveOrdered(this);
+    tbiForgetLoader(this);
+    return true;
+}
+
+tbPlugIn* tbPlugIn::load(const char* path)
+{
+    if (!path || *path == 0)
+        return nullptr;
+    tbiPlugInSearch search;
+    return load(path, search, true);
+}
+
+tbPlugIn* tbPlugIn::load(const char* path, tbiPlugInSearch& search, bool trusted)
+{
+    LoadLocks locks;
+    const std::string nameOfModule = tbiModuleName(path);
+    if (tbPlugIn* known = find(nameOfModule.c_str()))
+        return known;
+    tbMessage("Attempting to load plug-in: %s \n", nameOfModule.c_str());
+    if (tbiFindModule(nameOfModule))
+        return nullptr;
+
+    std::string file = trusted && !isBareName(path) ? path : search.find(nameOfModule);
+    if (file.empty() && trusted && getSearchPolicy() == SEARCH_ALL)
+        file = path;
+    std::string reason;
+    const HINSTANCE handle = file.empty() ? nullptr : tbiLoadModule(file.c_str(), reason);
+    tbPlugIn* record = handle ? find(nameOfModule.c_str()) : nullptr;
+    if (record)
+    {
+        record->module = handle;
+        record->dynamic = true;
+        record->loadedByKernel = true;
+        return record;
+    }
+    tbMessage("Error loading plug-in: %s \n", nameOfModule.c_str());
+    if (handle)
+        tbiFreeModule(handle); // it made no record, so it is no plug-in
+    else if (!isBareName(file.c_str()))
+        tbMessage("%s\n", reason.c_str());
+    return nullptr;
+}
+
+void tbPlugIn::unloadAll()
+{
+    LoadLocks locks;
+    // What goes may free others of their last reference.
+    for (int i = 0; i < plugIns->getNum();)
+        i = (*plugIns)[i]->unload() ? 0 : i + 1;
+}
+
+tbPlugIn* tbPlugIn::find(const char* nameOfModule)
+{
+    if (!nameOfModule)
+        return nullptr;
+    const std::string normalised = tbiModuleName(nameOfModule);
+    tbiLockGuard guard(tbiLocks::plugIn);
+    for (tbPlugIn* plugIn : *plugIns)
+        if (plugIn->moduleName && normalised == plugIn->moduleName)
+            return plugIn;
+    return nullptr;
+}
+
+tbPlugIn* tbPlugIn::find(HINSTANCE handle)
+{
+    tbiLockGuard guard(tbiLocks::plugIn);
+    for (tbPlugIn* plugIn : *plugIns)
+        if (plugIn->module == handle)
+            return plugIn;
+    return nullptr;
+}
+
+int tbPlugIn::getNum()
+{
+    tbiLockGuard guard(tbiLocks::plugIn);
+    return plugIns->getNum();
+}
+
+tbPlugIn* tbPlugIn::get(int i)
+{
+    tbiLockGuard guard(tbiLocks::plugIn);
+    return plugIns->indexInRange(i) ? (*plugIns)[i] : nullptr;
+}
+
+void tbPlugIn::setSearchPolicy(SEARCH_POLICY policy)
+{
+    searchPolicy.store(policy, std::memory_order_relaxed);
+}
+
+tbPlugIn::SEARCH_POLICY tbPlugIn::getSearchPolicy()
+{
+    const int policy = searchPolicy.load(std::memory_order_relaxed);
+    return policy == POLICY_UNKNOWN ? policyFromEnvironment() : SEARCH_POLICY(policy);
+}
+
+void tbPlugIn::makeDynamicFromNowOn()
+{
+    dynamicFromNowOn.store(true, std::memory_order_relaxed);
+}
+
+void tbiReservePlugInLists()
+{
+    plugIns->setSize(LIST_CAPACITY);
+}
+
+void tbiReleasePlugInLists()
+{
+    plugIns->setSize(0);
+    tbiReleaseLoaderLists();
+}

@@ -1,0 +1,103 @@
+// The list of plug-ins that a file needs.
+#include <tamber/io/tbPlugIn.h>
+
+#include <tamber/io/tbFile.h>
+#include <tamber/io/tbiPlugInSearch.h>
+#include <tamber/platform/tbiModuleName.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace
+{
+
+constexpr const char* listTag = "tbPlugIns";
+constexpr const char* companionModule = "tbPortableKernel.dll";
+
+constexpr int MOST_PLUGINS = 256;
+constexpr int SMALLEST_RECORD = 7 * 4; // four lengths and three numbers
+
+constinit std::atomic<bool> plugInLoadingEnabled{true};
+
+void writeText(tbEntry* entry, const char* text)
+{
+    entry->writeInt(text ? int(std::strlen(text)) + 1 : 0);
+    if (text)
+        entry->writeString(text);
+}
+
+std::string readText(tbEntry* entry)
+{
+    std::string text(std::size_t(entry->readCount(1)), '\0');
+    if (!text.empty())
+        entry->readString(text.data(), int(text.size()));
+    return text.c_str();
+}
+
+} // namespace
+
+void tbPlugIn::enableDynamicPlugIns(bool enable)
+{
+    plugInLoadingEnabled.store(enable, std::memory_order_relaxed);
+}
+
+void tbPlugIn::savePlugIns(tbFile* file)
+{
+    tbEntry* entry = file->findEntry(listTag);
+    if (!entry)
+        entry = file->newEntry(file->newTag(listTag));
+    if (!entry)
+        return;
+    entry->setData(nullptr, 0);
+    entry->reset();
+    entry->setVersion(tbGetVersion());
+
+    int number = 0;
+    for (int i = 0; i < getNum(); ++i)
+        number += get(i)->isSaveWithFileEnabled() ? 1 : 0;
+    entry->writeInt(number);
+    for (int i = 0; i < getNum(); ++i)
+    {
+        const tbPlugIn* plugIn = get(i);
+        if (!plugIn->isSaveWithFileEnabled())
+            continue;
+        writeText(entry, plugIn->getCompany());
+        writeText(entry, plugIn->getName());
+        writeText(entry, plugIn->getBuildDate());
+        writeText(entry, plugIn->getModuleName());
+        entry->writeInt(plugIn->getMajorVersion());
+        entry->writeInt(plugIn->getMinorVersion());
+        entry->writeInt(plugIn->getBuild());
+    }
+}
+
+void tbPlugIn::loadPlugIns(tbFile* file)
+{
+    tbEntry* entry = file->findEntry(listTag);
+    if (!entry || !plugInLoadingEnabled.load(std::memory_order_relaxed) || !file->readEntry(entry))
+        return;
+    entry->reset();
+    tbiPlugInSearch search; // the directories are listed once for the whole file
+    load(companionModule, search, false);
+
+    const int number = entry->readCount(SMALLEST_RECORD);
+    if (number > MOST_PLUGINS)
+        entry->fail("more plug-ins than a file may list");
+    std::vector<std::string> tried;
+    for (int i = 0; i < number && !entry->hasFailed(); ++i)
+    {
+        readText(entry);
+        readText(entry);
+        readText(entry);
+        const std::string nameOfModule = tbiModuleName(readText(entry));
+        int release[3];
+        entry->readInts(release, 3);
+        if (entry->hasFailed() || !tbiIsPlugInName(nameOfModule))
+            continue;
+        if (std::find(tried.begin(), tried.end(), nameOfModule) == tried.end())
+        {
+            tried.push_back(nameOfModule);
+            load(nameOfModule.c_str(), search, false);
+        }
+    }
+}

@@ -1,0 +1,277 @@
+// The data of a file's entries: how it is loaded, and how the whole file is written.
+#include <tamber/io/tbFile.h>
+
+#include <tamber/io/tbiFileState.h>
+#include <tamber/io/tbiRle.h>
+#include <tamber/kernel/tbVersion.h>
+#include <tamber/platform/tbiFile.h>
+
+namespace
+{
+
+using namespace tbiFileLayout;
+
+constexpr std::int64_t BEST_PACKING = 128; // bytes that one packed byte can stand for
+
+} // namespace
+
+// Reading
+bool tbFile::readEntry(tbEntry* entry)
+{
+    if (descriptor < 1)
+        return setError(FILE_NOT_OPEN, "the file is not open");
+    if (!entry || entry->file != this)
+        return setError(FILE_READ_ERROR, "an entry of another file");
+    if (entry->state == tbEntry::STATE_READING)
+    {
+        report(entry, "the entry is just being read");
+        return false;
+    }
+    if (!loadData(entry))
+        return false;
+    if (entry->state == tbEntry::STATE_STARTED)
+        entry->state = tbEntry::STATE_READING;
+    return true;
+}
+
+bool tbFile::loadData(tbEntry* entry)
+{
+    if (entry->dataSize < 1)
+    {
+        report(entry, "an entry without data");
+        lastError = FILE_NO_DATA;
+        return false;
+    }
+    if (entry->magic != MAGIC && entry->magic != MAGIC_SWAPPED)
+    {
+        report(entry, "a directory record without the magic");
+        lastError = FILE_BAD_FORMAT;
+        return false;
+    }
+    switch (entry->compression)
+    {
+    case tbEntry::NO_COMPRESSION:
+        return loadPlain(entry);
+    case tbEntry::RLE:
+        return loadPacked(entry);
+    }
+    report(entry, "an unknown compression");
+    return false;
+}
+
+bool tbFile::checkPlace(const tbEntry* entry, std::int64_t length)
+{
+    const std::int64_t offset = entry->fileOffset;
+    if (offset >= state->dataStart && offset + length <= state->window.getLength())
+        return true;
+    report(entry, "the data lies outside the file's data");
+    return false;
+}
+
+// Entries may share bytes of the file, so what they hold together is limited, not only each of them.
+bool tbFile::spendBudget(tbEntry* entry)
+{
+    if (entry->budgeted)
+        return true;
+    if (entry->dataSize > state->dataBudget - state->dataSpent)
+    {
+        report(entry, "the entries together hold more than a file of this length can");
+        return false;
+    }
+    state->dataSpent += entry->dataSize;
+    entry->budgeted = true;
+    return true;
+}
+
+bool tbFile::loadPlain(tbEntry* entry)
+{
+    if (!checkPlace(entry, entry->dataSize) || !spendBudget(entry))
+        return false;
+    const std::size_t size = std::size_t(entry->dataSize);
+    entry->freeData();
+    auto* data = static_cast<unsigned char*>(tbMemory::malloc(size));
+    if (!data || !state->window.read(data, size, entry->fileOffset))
+    {
+        tbMemory::free(data);
+        report(entry, "the data cannot be read");
+        return false;
+    }
+    entry->data = data;
+    entry->capacity = entry->dataSize;
+    return true;
+}
+
+bool tbFile::loadPacked(tbEntry* entry)
+{
+    unsigned char word[4];
+    if (!checkPlace(entry, sizeof word))
+        return false;
+    if (!state->window.read(word, sizeof word, entry->fileOffset))
+    {
+        report(entry, "the data cannot be read");
+        return false;
+    }
+    const auto length = load<std::uint32_t>(word, entry->byteSwapped);
+    if (length < 1 || entry->dataSize > BEST_PACKING * length)
+    {
+        report(entry, "a packed length that the data does not fit");
+        return false;
+    }
+    if (!checkPlace(entry, std::int64_t(sizeof word) + length) || !spendBudget(entry))
+        return false;
+    auto* packed = static_cast<unsigned char*>(tbMemory::malloc(length));
+    unsigned char* data = nullptr;
+    if (packed && state->window.read(packed, length, std::int64_t(entry->fileOffset) + 4))
+    {
+        const long long size = tbiRle::unpackedSize(packed, int(length));
+        if (size >= 0 && size <= entry->dataSize)
+            data = static_cast<unsigned char*>(tbMemory::calloc(std::size_t(entry->dataSize), 1));
+        if (data)
+            tbiRle::unpack(packed, data);
+    }
+    tbMemory::free(packed);
+    if (!data)
+    {
+        report(entry, "packed data that is damaged or gives more than its size");
+        return false;
+    }
+    entry->freeData();
+    entry->data = data;
+    entry->capacity = entry->dataSize;
+    return true;
+}
+
+// Writing
+
+bool tbFile::write()
+{
+    if (!canWrite())
+        return false;
+    lastError = FILE_OK;
+    const bool begun = state->writer.hasBegun() || state->writer.begin(state->target.c_str());
+    if (begun && writeAll() && finishWrite())
+        return true;
+    if (lastError == FILE_OK)
+        setError(FILE_WRITE_ERROR, "the file cannot be written; what stood there is untouched");
+    freeAll();
+    return false;
+}
+
+// Refuses before anything is touched; the file stays as it is.
+bool tbFile::canWrite()
+{
+    if (descriptor < 1)
+        return setError(FILE_NOT_OPEN, "the file is not open");
+    if (openMode == MODE_READ)
+        return setError(FILE_NOT_WRITABLE, "the file is open for reading only");
+    if (state->writeRule)
+        return setError(FILE_WRITE_ERROR, state->writeRule);
+    std::int64_t length =
+        HEADER_SIZE + std::int64_t{TAG_SIZE} * tags.getNum() + std::int64_t{RECORD_SPACE} * entries.getNum();
+    for (const tbEntry* entry : entries)
+        if (entry->compression != tbEntry::RLE)
+            length += entry->dataSize > 0 ? entry->dataSize : 0;
+    return length <= LONGEST_FILE || setError(FILE_WRITE_ERROR, "the file would be longer than 2 GiB");
+}
+
+bool tbFile::writeAll()
+{
+    tbiFileWriter& writer = state->writer;
+    unsigned char bytes[HEADER_SIZE] = {};
+    header->version = tbGetVersion();
+    header->numEntries = std::uint32_t(entries.getNum());
+    header->numTags = std::uint32_t(tags.getNum());
+    store(bytes + HEADER_MAGIC, MAGIC);
+    store(bytes + HEADER_VERSION, header->version);
+    store(bytes + HEADER_ENTRIES, header->numEntries);
+    store(bytes + HEADER_TAGS, header->numTags);
+    if (!tbiWriteFile(writer.getDescriptor(), bytes, HEADER_SIZE, 0) || !writer.seek(HEADER_SIZE))
+        return setError(FILE_NOT_OPEN, "the header cannot be written");
+
+    for (const tbiTag* tag : tags)
+    {
+        unsigned char record[TAG_SIZE];
+        store(record + TAG_INDEX, std::uint32_t(tag->index));
+        std::memcpy(record + TAG_NAME, tag->name, TAG_NAME_SIZE);
+        writer.write(record, TAG_SIZE);
+    }
+    const std::int64_t directory = writer.getPosition();
+    writer.seek(directory + std::int64_t{RECORD_SPACE} * entries.getNum());
+    for (tbEntry* entry : entries)
+        if (!writeData(entry))
+            return false;
+    return writeDirectory(directory);
+}
+
+bool tbFile::writeData(tbEntry* entry)
+{
+    tbiFileWriter& writer = state->writer;
+    const bool loaded = entry->data != nullptr;
+    if (!loaded && entry->dataSize > 0 && !loadData(entry))
+        return false;
+    const std::int64_t place = writer.getPosition();
+    const std::size_t size = std::size_t(entry->dataSize > 0 ? entry->dataSize : 0);
+    int packedSize = 0;
+    if (entry->compression == tbEntry::RLE)
+    {
+        auto* packed = static_cast<unsigned char*>(tbMemory::malloc(size));
+        if (packed)
+            packedSize = tbiRle::pack(entry->data, int(size), packed);
+        if (packedSize > 0)
+        {
+            unsigned char word[4];
+            store(word, std::uint32_t(packedSize), entry->byteSwapped);
+            writer.write(word, sizeof word);
+            writer.write(packed, std::size_t(packedSize));
+        }
+        tbMemory::free(packed);
+    }
+    if (packedSize == 0)
+    {
+        entry->compression = tbEntry::NO_COMPRESSION;
+        writer.write(entry->data, size);
+    }
+    if (!loaded)
+        entry->freeData();
+    if (writer.getPosition() > LONGEST_FILE)
+        return setError(FILE_WRITE_ERROR, "the file would be longer than 2 GiB");
+    entry->fileOffset = unsigned(place);
+    return true;
+}
+
+bool tbFile::writeDirectory(std::int64_t place)
+{
+    tbiFileWriter& writer = state->writer;
+    const std::int64_t end = writer.getPosition();
+    writer.seek(place);
+    for (const tbEntry* entry : entries)
+    {
+        unsigned char record[RECORD_SIZE];
+        // The magic's order is that of the entry's data; everything else is in the file's order.
+        store(record + RECORD_MAGIC, MAGIC, entry->byteSwapped);
+        store(record + RECORD_TAG, std::uint32_t(entry->tag));
+        store(record + RECORD_OFFSET, entry->fileOffset);
+        store(record + RECORD_COMPRESSION, std::uint32_t(entry->compression));
+        store(record + RECORD_DATA_SIZE, std::uint32_t(entry->dataSize));
+        store(record + RECORD_VERSION, entry->version);
+        writer.write(record, RECORD_SIZE);
+    }
+    return writer.seek(end);
+}
+
+// The new file takes the old one's place and is open instead of it.
+bool tbFile::finishWrite()
+{
+    if (descriptor != state->writer.getDescriptor())
+        tbiCloseFile(descriptor);
+    descriptor = -1;
+    const std::int64_t length = state->writer.getPosition();
+    if (!state->writer.finish(length))
+        return false;
+    descriptor = tbiOpenFileForUpdate(state->target.c_str());
+    state->window.attach(descriptor, length);
+    state->dataStart =
+        HEADER_SIZE + std::int64_t{TAG_SIZE} * tags.getNum() + std::int64_t{RECORD_SIZE} * entries.getNum();
+    byteSwapped = false;
+    return true;
+}

@@ -1,0 +1,266 @@
+// How references from entry to entry are followed, and how much a file may make of them.
+#include <tamber/io/tbFile.h>
+
+#include <tamber/io/tbiFileState.h>
+#include <tamber/kernel/tbBase.h>
+
+namespace
+{
+
+// Tags of entries that stand for no object.
+bool isDataTag(const char* className)
+{
+    for (const char* name : {"tbArray", "tbVertexArray", "tbPlugIns"})
+        if (std::strcmp(className, name) == 0)
+            return true;
+    return false;
+}
+
+tbBase* objectOf(const void* handle)
+{
+    return static_cast<tbBase*>(const_cast<void*>(handle));
+}
+
+} // namespace
+
+// Objects
+
+tbBase* tbFile::readObject(int index)
+{
+    return follow(index, nullptr, state->readDepth > 0);
+}
+
+tbBase* tbFile::readObjectRef(tbEntry* entry)
+{
+    const int index = entry->readInt();
+    return index < 0 ? nullptr : follow(index, entry, state->readDepth > 0 || entry->objectRecord);
+}
+
+tbEntry* tbFile::findTarget(int index, const tbEntry* referrer)
+{
+    tbEntry* target = getEntry(index);
+    if (!target)
+        report(referrer, "a reference beyond the directory");
+    else if (target->state != tbEntry::STATE_IDLE)
+        report(referrer, "a reference to an entry that is being read, which would close a cycle");
+    else if (!target->failed)
+        return target;
+    return nullptr;
+}
+
+tbBase* tbFile::follow(int index, const tbEntry* referrer, bool nested)
+{
+    tbEntry* target = findTarget(index, referrer);
+    if (!target)
+        return nullptr;
+    if (target->handle && target->kind != tbEntry::KIND_OBJECT)
+    {
+        report(referrer, "a reference to an entry of another kind");
+        return nullptr;
+    }
+    tbBase* object = target->handle ? objectOf(target->handle) : makeObject(target, referrer);
+    if (!object)
+        return nullptr;
+    if (!nested)
+    {
+        target->givenOut = true;
+        return object;
+    }
+    hold(target, nullptr);
+    return countPaths(target, referrer) ? object : nullptr;
+}
+
+tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
+{
+    if (state->readDepth > maxDepth)
+    {
+        if (!std::exchange(state->depthReported, true))
+            report(referrer, "references nest too deep");
+        return nullptr;
+    }
+    const char* className = getTagDesc(entry->tag);
+    if (!className || isDataTag(className))
+    {
+        report(referrer, "a reference to an entry of another kind");
+        return nullptr;
+    }
+    const tbType* type = tbType::findType(className);
+    if (!type)
+    {
+        reportUnknownClass(entry);
+        return nullptr;
+    }
+    tbBase* object = type->isWritable() ? type->create() : nullptr;
+    if (!object)
+    {
+        entry->fail("a class of which files make no objects");
+        return nullptr;
+    }
+    object->refNoCheck(); // nothing that happens while it reads may delete it
+    if (!readInto(object, entry))
+    {
+        entry->failed = true;
+        object->unRef();
+        return nullptr;
+    }
+    object->refCount.fetch_sub(1, std::memory_order_relaxed);
+    entry->bind(object, tbEntry::KIND_OBJECT);
+    return object;
+}
+
+bool tbFile::readInto(tbBase* object, tbEntry* entry)
+{
+    const bool loadedBefore = entry->data != nullptr;
+    const int cursor = entry->cursor;
+    const unsigned int pathsAbove = std::exchange(state->paths, 1u);
+    entry->cursor = 0;
+    entry->state = tbEntry::STATE_STARTED;
+    ++state->readDepth;
+    const bool read = object->read(this, entry) != nullptr;
+    --state->readDepth;
+    if (!read && entry->state == tbEntry::STATE_READING)
+        entry->fail("its class cannot read it");
+    entry->state = tbEntry::STATE_IDLE;
+    entry->expanded = std::exchange(state->paths, pathsAbove);
+    entry->cursor = loadedBefore ? cursor : 0;
+    if (!loadedBefore)
+        entry->freeData();
+    return read && !entry->failed;
+}
+
+// Loads the entry for the object that reads itself from it. Its cursor is at the start then.
+bool tbFile::beginObject(tbEntry* entry)
+{
+    if (entry->file != this || !readEntry(entry))
+        return false;
+    if (state->readDepth == 0)
+    {
+        state->paths = 1;
+        entry->failed = false;
+    }
+    entry->objectRecord = true;
+    entry->reset();
+    return true;
+}
+
+// Every reference adds a path to all that lies below its target: two references a level double the graph that a walk
+// meets, though not the file.
+bool tbFile::countPaths(const tbEntry* target, const tbEntry* referrer)
+{
+    const unsigned int below = target->expanded > 0 ? target->expanded : 1;
+    if (below <= maxObjects && state->paths <= maxObjects - below)
+    {
+        state->paths += below;
+        return true;
+    }
+    if (!std::exchange(state->pathsReported, true))
+        report(referrer, "the graph has too many paths");
+    return false;
+}
+
+tbEntry* tbFile::writeObject(const tbBase* object)
+{
+    if (tbEntry* known = findEntry(object))
+        return known;
+    if (state->writeDepth >= maxDepth)
+    {
+        failWrite("references nest too deep");
+        return nullptr;
+    }
+    ++state->writeDepth;
+    tbEntry* entry = object->write(this, nullptr);
+    --state->writeDepth;
+    if (entry)
+        entry->trim();
+    return entry;
+}
+
+// Shared data
+
+void* tbFile::readDataRef(tbEntry* entry, const char* className, ReadDataFunc read, HoldDataFunc holdData)
+{
+    const int index = entry->readInt();
+    tbEntry* target = index < 0 ? nullptr : findTarget(index, entry);
+    if (!target)
+        return nullptr;
+    const char* tagName = getTagDesc(target->tag);
+    const bool sameKind = tagName && std::strcmp(tagName, className) == 0 &&
+                          (!target->handle || target->kind == tbEntry::KIND_DATA);
+    if (!sameKind)
+    {
+        report(entry, "a reference to an entry of another kind");
+        return nullptr;
+    }
+    void* data = target->handle ? const_cast<void*>(target->handle) : makeData(target, read, holdData);
+    if (data && (state->readDepth > 0 || entry->objectRecord))
+        hold(target, holdData);
+    return data;
+}
+
+void* tbFile::makeData(tbEntry* target, ReadDataFunc read, HoldDataFunc holdData)
+{
+    target->state = tbEntry::STATE_STARTED;
+    void* data = nullptr;
+    if (readEntry(target))
+    {
+        target->reset();
+        data = read(target);
+        if (!data)
+            target->fail("its class cannot read it");
+    }
+    target->state = tbEntry::STATE_IDLE;
+    target->freeData();
+    target->reset();
+    if (data && !target->failed)
+    {
+        target->bind(data, tbEntry::KIND_DATA);
+        return data;
+    }
+    target->failed = true;
+    if (data)
+    {
+        holdData(data, true);
+        holdData(data, false);
+    }
+    return nullptr;
+}
+
+// What the file holds
+
+void tbFile::hold(tbEntry* entry, HoldDataFunc holdData)
+{
+    if (entry->held)
+        return;
+    entry->held = true;
+    if (entry->kind == tbEntry::KIND_OBJECT)
+    {
+        objectOf(entry->handle)->ref();
+        return;
+    }
+    void* data = const_cast<void*>(entry->handle);
+    holdData(data, true);
+    state->heldData.push_back({data, holdData});
+}
+
+void tbFile::dropHold(tbEntry* entry)
+{
+    const bool drop = entry->held && entry->kind == tbEntry::KIND_OBJECT;
+    entry->held = false;
+    if (!drop)
+        return;
+    tbBase* object = objectOf(entry->handle);
+    if (entry->givenOut)
+        object->refCount.fetch_sub(1,
+                                   std::memory_order_acq_rel); // lives on with count 0: it is the program's
+    else
+        object->unRef();
+}
+
+void tbFile::dropHolds()
+{
+    for (tbEntry* entry : entries)
+        dropHold(entry);
+    for (const tbiFileState::HeldData& held : state->heldData)
+        held.hold(held.data, false);
+    state->heldData.clear();
+}

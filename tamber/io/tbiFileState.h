@@ -1,0 +1,68 @@
+#pragma once
+
+#include <tamber/io/tbEntry.h>
+#include <tamber/io/tbiFileLayout.h>
+#include <tamber/io/tbiFileWindow.h>
+#include <tamber/io/tbiFileWriter.h>
+#include <tamber/io/tbiHashTable.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+// What a tbFile keeps beside the contents of its file.
+struct tbiFileState : tbAllocated<tbiFileState>
+{
+    struct HeldData
+    {
+        void* data;
+        void (*hold)(void*, bool);
+    };
+
+    std::string target; // the path that was opened or created
+    std::string label;  // the same in messages, printable
+    std::string errorText;
+    int numMessages = 0;
+
+    tbiHashTable<tbEntry> handles;
+    tbiHashTable<tbiTag> tagNames;
+    bool firstEntriesKnown = true;
+
+    tbiFileWindow window;
+    std::int64_t dataStart = 0;  // nothing but tables before it
+    std::int64_t dataBudget = 0; // what all entries together may hold
+    std::int64_t dataSpent = 0;
+
+    int readDepth = 0; // objects that are reading themselves
+    unsigned int paths = 0;
+    bool depthReported = false;
+    bool pathsReported = false;
+    std::vector<HeldData> heldData;
+
+    int writeDepth = 0;
+    const char* writeRule = nullptr; // why the file must not be written
+    tbiFileWriter writer;
+
+    /// Forgets the file that was open; the last error stays to be asked for.
+    void close()
+    {
+        handles.clear();
+        tagNames.clear();
+        firstEntriesKnown = true;
+        window.detach();
+        dataStart = dataBudget = dataSpent = 0;
+        readDepth = writeDepth = 0;
+        paths = 0;
+        heldData.clear();
+        writeRule = nullptr;
+    }
+    /// Begins with a file of that name.
+    void open(const char* path, std::string name)
+    {
+        target = path ? path : "";
+        label = std::move(name);
+        errorText.clear();
+        numMessages = 0;
+        depthReported = pathsReported = false;
+    }
+};

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// Reads a file ahead, so that a million small entries in a row do not cost a system call each.
+class tbiFileWindow
+{
+public:
+    tbiFileWindow() = default;
+    tbiFileWindow(const tbiFileWindow&) = delete;
+    tbiFileWindow& operator=(const tbiFileWindow&) = delete;
+    ~tbiFileWindow() { detach(); }
+
+    void attach(int fileDescriptor, std::int64_t fileLength);
+    void detach();
+    std::int64_t getLength() const { return length; }
+    /// Exactly `size` bytes from `position`; false when they are not there.
+    bool read(void* bytes, std::size_t size, std::int64_t position);
+
+private:
+    bool fill(std::int64_t position);
+
+    int descriptor = -1;
+    std::int64_t length = 0;
+    std::int64_t start = 0;
+    std::size_t held = 0;
+    unsigned char* buffer = nullptr;
+};
