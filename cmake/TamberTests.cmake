@@ -20,6 +20,18 @@ if(CMAKE_CROSSCOMPILING AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
   message(STATUS "tests: built and not run, ${TAMBER_NO_EMULATOR}")
 endif()
 
+# tamber_drop_tests_without_module(<list>): takes the sources out that test a module which is not built. Their paths
+# name the module.
+function(tamber_drop_tests_without_module list)
+  foreach(module tbPortableKernel=portable/ tbNull=[Nn]ull tbAssimpLoader=[Aa]ssimp)
+    string(REGEX MATCH "^(.+)=(.+)$" match ${module})
+    if(NOT TARGET ${CMAKE_MATCH_1})
+      list(FILTER ${list} EXCLUDE REGEX "/tests/.*${CMAKE_MATCH_2}")
+    endif()
+  endforeach()
+  set(${list} "${${list}}" PARENT_SCOPE)
+endfunction()
+
 # tamber_test_environment(<environment> <directory> <name>): a folder for the test's files, and the variables that
 # keep it off the user's settings.
 function(tamber_test_environment environment directory name)
