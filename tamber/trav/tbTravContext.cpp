@@ -44,9 +44,7 @@ void tbTravContext::reset()
     failedRays.reset();
     failedRays.push(nullptr);
     matrices.reset();
-    matrices.load(ident);
     inverses.reset();
-    inverses.load(ident);
     colliderMask = 0xFFFFFFFF;
     volumes.reset();
     cullResults.reset();

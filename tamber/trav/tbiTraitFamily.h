@@ -40,11 +40,11 @@ public:
     int getNum() const { return num; }
     Slot& operator[](int type) { return slots[type]; }
     /// -1 for null and for types that have no slot.
-    int indexOf(const Trait* trait) const { return trait ? indexOf(trait->getType()) : -1; }
+    int indexOf(const Trait* trait) const { return indexOf(trait ? trait->getType() : nullptr); }
     int indexOf(const tbType* type) const
     {
-        const int index = type->getIndex();
-        return index >= 0 && index < num ? index : -1;
+        const int index = type ? type->getIndex() : -1;
+        return index < num ? index : -1;
     }
     /// Null where indexOf() is -1.
     template <class TraitOrType>

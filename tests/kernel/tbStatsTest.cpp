@@ -1,0 +1,99 @@
+#include <tamber/kernel/tbStats.h>
+
+#include <tamber/graph/tbGroup.h>
+#include <tests/support/RecordingTraits.h>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+using VisualA = tbtest::RecordingTrait<tbVisualTrait, 0>;
+using AudioA = tbtest::RecordingTrait<tbAudioTrait, 0>;
+using TravA = tbtest::RecordingTrait<tbTravTrait, 0>;
+
+// A node of a type that comes into being with the first one.
+class LateGroup : public tbGroup
+{
+    TB_CLASS(LateGroup, tbGroup)
+
+public:
+    LateGroup() { initInstance(); }
+
+protected:
+    ~LateGroup() override { deleteInstance(); }
+};
+TB_DEFINE_NODE_CLASS(LateGroup, tbGroup)
+
+class Stats : public testing::Test
+{
+protected:
+    tbRef<VisualA> visual{new VisualA};
+    tbRef<AudioA> audio{new AudioA};
+    tbRef<TravA> trav{new TravA};
+    tbRef<tbGroup> group{new tbGroup};
+    tbRef<tbStats> stats{new tbStats(tbTraitStack::AUDIO_STACK | tbTraitStack::TRAV_STACK)};
+};
+
+TEST_F(Stats, CountsTheKindsItWasMadeFor)
+{
+    stats->incCount(visual.get());
+    stats->incCount(audio.get());
+    stats->incCount(trav.get());
+    stats->incCount(trav.get());
+    stats->incCount(group.get());
+    EXPECT_EQ(stats->getCount(VisualA::type()), 0);
+    EXPECT_EQ(stats->getCount(AudioA::type()), 1);
+    EXPECT_EQ(stats->getCount(TravA::type()), 2);
+    EXPECT_EQ(stats->getCount(tbGroup::getClassType()), 1);
+}
+
+TEST_F(Stats, TypesMadeLaterCountAfterTheNextReset)
+{
+    tbRef<LateGroup> late(new LateGroup);
+    stats->incCount(late.get());
+    EXPECT_EQ(stats->getCount(LateGroup::getClassType()), 0);
+    stats->reset();
+    stats->incCount(late.get());
+    EXPECT_EQ(stats->getCount(LateGroup::getClassType()), 1);
+}
+
+TEST_F(Stats, TotalsAddUpUntilReset)
+{
+    stats->addFrame(0.25);
+    stats->addFrame(0.5);
+    stats->addCollision(0.125);
+    stats->addFailedRay();
+    stats->addTotal(10, 3);
+    stats->addTotal(11, 3);
+    EXPECT_EQ(stats->getNumFrames(), 2);
+    EXPECT_EQ(stats->getUpdateTime(), 0.75);
+    EXPECT_EQ(stats->getNumCollisions(), 1);
+    EXPECT_EQ(stats->getCollisionTime(), 0.125);
+    EXPECT_EQ(stats->getNumFailedRays(), 1);
+    EXPECT_EQ(stats->getTotal(10), 3);
+    EXPECT_EQ(stats->getTotal(11), 0);
+    stats->incCount(group.get());
+    stats->reset();
+    EXPECT_EQ(stats->getNumFrames() + stats->getNumCollisions() + stats->getNumFailedRays(), 0);
+    EXPECT_EQ(stats->getUpdateTime() + stats->getCollisionTime(), 0.0);
+    EXPECT_EQ(stats->getTotal(10), 0);
+    EXPECT_EQ(stats->getCount(tbGroup::getClassType()), 0);
+}
+
+TEST_F(Stats, CopiesCountOnTheirOwn)
+{
+    stats->incCount(trav.get());
+    stats->addFrame(1.0);
+    tbRef<tbStats> copy(static_cast<tbStats*>(stats->createCopy()));
+    tbRef<tbStats> assigned(new tbStats(tbTraitStack::VISUAL_STACK));
+    *assigned = *stats;
+    stats->reset();
+    for (tbStats* other : {copy.get(), assigned.get()})
+    {
+        EXPECT_EQ(other->getCount(TravA::type()), 1);
+        EXPECT_EQ(other->getNumFrames(), 1);
+        other->incCount(visual.get());
+        EXPECT_EQ(other->getCount(VisualA::type()), 0);
+    }
+}
+} // namespace

@@ -1,0 +1,358 @@
+#include <tamber/trav/tbTraitStack.h>
+
+#include <tamber/kernel/tbArena.h>
+#include <tamber/kernel/tbStats.h>
+#include <tests/support/RecordingTraits.h>
+
+#include <gtest/gtest.h>
+
+using tbtest::RecordingTrait;
+using tbtest::TraitLog;
+
+namespace
+{
+using TravA = RecordingTrait<tbTravTrait, 0>;
+using TravB = RecordingTrait<tbTravTrait, 1>;
+using VisualA = RecordingTrait<tbVisualTrait, 0>;
+using VisualB = RecordingTrait<tbVisualTrait, 1>;
+using VisualC = RecordingTrait<tbVisualTrait, 2>;
+using AudioA = RecordingTrait<tbAudioTrait, 0>;
+using Traits = std::vector<const tbTrait*>;
+
+class TraitStack : public testing::Test
+{
+protected:
+    TraitStack()
+    {
+        VisualA::type();
+        VisualB::type();
+        VisualC::type();
+        AudioA::type();
+        TravA::type();
+        TravB::type();
+        stack = new tbTraitStack(tbTraitStack::ALL_STACKS, true);
+        log.stack = stack.get();
+        // Like a camera at the start of a frame: the device has every default.
+        stack->applyDefaultVisualTraits(nullptr);
+        log.clear();
+    }
+    ~TraitStack() override
+    {
+        log.stack = nullptr;
+        log.clear();
+    }
+
+    template <class Trait>
+    const tbTrait* defaultOf() const
+    {
+        int num = 0;
+        const tbVisualTrait** list = stack->getVisualTraits(tbTraitStack::DEFAULT_LIST, num);
+        const tbTrait* found = nullptr;
+        for (int i = 0; i < num; ++i)
+            if (list[i]->getType() == Trait::type())
+                found = list[i];
+        tbMemory::free(list);
+        return found;
+    }
+    Traits drawn(std::vector<const tbVisualTrait*> own = {})
+    {
+        log.onDevice.clear();
+        stack->applyVisualTraitStacks(nullptr);
+        stack->applyTraits(nullptr, int(own.size()), own.data());
+        return log.onDevice;
+    }
+    Traits heard()
+    {
+        log.onDevice.clear();
+        stack->applyAudioTraits(nullptr);
+        return log.onDevice;
+    }
+
+    TraitLog& log = TraitLog::get();
+    tbRef<tbTravContext> context{new tbTravContext};
+    tbRef<tbTraitStack> stack;
+};
+
+TEST_F(TraitStack, OffIsNeitherAppliedNorPushed)
+{
+    tbRef<TravA> trait(new TravA(tbTrait::OFF));
+    stack->pushTrait(trait.get(), context.get());
+    stack->popTrait(trait.get(), context.get());
+    EXPECT_EQ(stack->getTop(TravA::type()), nullptr);
+    EXPECT_EQ(log.onContext, Traits{});
+}
+
+TEST_F(TraitStack, DefaultLiesBelowTheFirstTraversalTrait)
+{
+    tbRef<TravA> trait(new TravA);
+    stack->pushTrait(trait.get(), context.get());
+    EXPECT_EQ(log.onContext, Traits{trait.get()});
+    stack->popTrait(trait.get(), context.get());
+    const tbTravTrait* below = stack->getTop(TravA::type());
+    ASSERT_NE(below, nullptr);
+    EXPECT_EQ(log.onContext, (Traits{trait.get(), below}));
+    EXPECT_EQ(stack->getTop(TravB::type()), nullptr);
+}
+
+TEST_F(TraitStack, OverrideKeepsTraitsBelowItOut)
+{
+    tbRef<TravA> parent(new TravA(tbTrait::OVERRIDE));
+    tbRef<TravA> child(new TravA);
+    stack->pushTrait(parent.get(), context.get());
+    stack->pushTrait(child.get(), context.get());
+    stack->popTrait(child.get(), context.get());
+    EXPECT_EQ(log.onContext, Traits{parent.get()});
+    EXPECT_EQ(stack->getTop(TravA::type()), parent.get());
+}
+
+TEST_F(TraitStack, ForceGetsPastOverride)
+{
+    tbRef<TravA> parent(new TravA(tbTrait::OVERRIDE));
+    tbRef<TravA> child(new TravA(tbTrait::FORCE));
+    stack->pushTrait(parent.get(), context.get());
+    stack->pushTrait(child.get(), context.get());
+    EXPECT_EQ(stack->getTop(TravA::type()), child.get());
+    stack->popTrait(child.get(), context.get());
+    EXPECT_EQ(log.onContext, (Traits{parent.get(), child.get(), parent.get()}));
+}
+
+TEST_F(TraitStack, WithoutDefaultsTheStackEndsEmpty)
+{
+    tbRef<tbTraitStack> bare(new tbTraitStack(tbTraitStack::ALL_STACKS, false));
+    tbRef<TravA> trait(new TravA);
+    bare->pushTrait(trait.get(), context.get());
+    bare->popTrait(trait.get(), context.get());
+    EXPECT_EQ(bare->getTop(TravA::type()), nullptr);
+    EXPECT_EQ(log.onContext, Traits{trait.get()});
+    int num = -1;
+    tbMemory::free(bare->getVisualTraits(tbTraitStack::DEFAULT_LIST, num));
+    EXPECT_EQ(num, 0);
+}
+
+TEST_F(TraitStack, FamiliesThatAreNotKeptAreIgnored)
+{
+    tbRef<tbTraitStack> travOnly(new tbTraitStack(tbTraitStack::TRAV_STACK, true));
+    tbRef<VisualA> visual(new VisualA);
+    tbRef<AudioA> audio(new AudioA);
+    travOnly->pushTrait(visual.get(), context.get());
+    travOnly->pushTrait(audio.get(), context.get());
+    travOnly->setAppliedTrait(visual.get());
+    travOnly->popTrait(visual.get(), context.get());
+    travOnly->applyVisualTraitStacks(nullptr);
+    travOnly->applyAllDefaultVisualTraits(nullptr);
+    EXPECT_EQ(travOnly->getTop(VisualA::type()), nullptr);
+    EXPECT_EQ(travOnly->getAppliedTrait(VisualA::type()), nullptr);
+    EXPECT_EQ(travOnly->getNumVisualTraitStacks(), 0);
+    EXPECT_EQ(log.onContext, Traits{});
+    EXPECT_EQ(log.onDevice, Traits{});
+}
+
+TEST_F(TraitStack, VisualPushAndPopReachTheContextAtOnceAndTheCameraWhenDrawn)
+{
+    tbRef<VisualA> trait(new VisualA);
+    const int id = stack->getVisualStackID();
+    stack->pushTrait(trait.get(), context.get());
+    stack->pushTrait(trait.get(), context.get());
+    EXPECT_EQ(stack->getVisualStackID(), id + 2);
+    EXPECT_EQ(log.onDevice, Traits{});
+    EXPECT_EQ(drawn(), Traits{trait.get()});
+    EXPECT_EQ(drawn(), Traits{});
+    stack->popTrait(trait.get(), context.get());
+    EXPECT_EQ(drawn(), Traits{});
+    stack->popTrait(trait.get(), context.get());
+    EXPECT_EQ(log.onContext, (Traits{trait.get(), trait.get(), trait.get(), defaultOf<VisualA>()}));
+    EXPECT_EQ(drawn(), Traits{defaultOf<VisualA>()});
+}
+
+TEST_F(TraitStack, ATraitOfAStyleIsNotTakenForAGeometrysOwn)
+{
+    tbRef<VisualA> trait(new VisualA);
+    stack->pushTrait(trait.get(), context.get());
+    drawn();
+    EXPECT_EQ(drawn(), Traits{});
+    EXPECT_EQ(stack->getAppliedTrait(VisualA::type()), trait.get());
+}
+
+TEST_F(TraitStack, OwnTraitsAreUndoneByTheNextGeometry)
+{
+    tbRef<VisualA> a(new VisualA);
+    tbRef<VisualB> b(new VisualB);
+    EXPECT_EQ(drawn({a.get(), b.get()}), (Traits{a.get(), b.get()}));
+    EXPECT_EQ(drawn(), (Traits{defaultOf<VisualA>(), defaultOf<VisualB>()}));
+    EXPECT_EQ(drawn(), Traits{});
+}
+
+TEST_F(TraitStack, OwnTraitsThatStayAreNotSetAgain)
+{
+    tbRef<VisualA> a(new VisualA);
+    tbRef<VisualA> otherA(new VisualA);
+    tbRef<VisualB> b(new VisualB);
+    drawn({a.get(), b.get()});
+    EXPECT_EQ(drawn({a.get()}), Traits{defaultOf<VisualB>()});
+    EXPECT_EQ(drawn({otherA.get()}), Traits{otherA.get()});
+    EXPECT_EQ(drawn(), Traits{defaultOf<VisualA>()});
+}
+
+TEST_F(TraitStack, DefaultVisualTraitsAreRestoredOnceOrAllAtOnce)
+{
+    tbRef<VisualC> c(new VisualC);
+    drawn({c.get()});
+    log.clear();
+    stack->applyDefaultVisualTraits(nullptr);
+    EXPECT_EQ(log.onDevice, Traits{defaultOf<VisualC>()});
+    log.clear();
+    stack->applyDefaultVisualTraits(nullptr);
+    EXPECT_EQ(log.onDevice, Traits{});
+    stack->applyAllDefaultVisualTraits(nullptr);
+    int num = 0;
+    const tbVisualTrait** defaults = stack->getVisualTraits(tbTraitStack::DEFAULT_LIST, num);
+    EXPECT_EQ(log.onDevice, Traits(defaults, defaults + num));
+    tbMemory::free(defaults);
+    EXPECT_EQ(drawn(), Traits{});
+}
+
+// What a style left on the camera in the last walk is gone for a geometry outside of it, and kept for one inside.
+TEST_F(TraitStack, TheNextWalkStartsFromWhatTheCameraHas)
+{
+    tbRef<VisualA> trait(new VisualA);
+    for (bool inside : {true, false})
+    {
+        stack->pushTrait(trait.get(), context.get());
+        drawn();
+        stack->popTrait(trait.get(), context.get());
+        stack->reset(true);
+        if (inside)
+            stack->pushTrait(trait.get(), context.get());
+        EXPECT_EQ(drawn(), inside ? Traits{} : Traits{defaultOf<VisualA>()});
+        stack->reset(true);
+    }
+}
+
+TEST_F(TraitStack, AudioTraitsReachTheListenerWhenTheyChange)
+{
+    tbRef<AudioA> outer(new AudioA);
+    tbRef<AudioA> inner(new AudioA);
+    stack->applyDefaultAudioTraits(nullptr, true);
+    EXPECT_FALSE(log.onDevice.empty());
+    log.clear();
+    stack->applyDefaultAudioTraits(nullptr, false);
+    EXPECT_EQ(log.onDevice, Traits{});
+    stack->pushTrait(outer.get(), context.get());
+    stack->pushTrait(inner.get(), context.get());
+    EXPECT_EQ(heard(), Traits{inner.get()});
+    stack->popTrait(inner.get(), context.get());
+    EXPECT_EQ(heard(), Traits{outer.get()});
+    EXPECT_EQ(heard(), Traits{});
+    stack->popTrait(outer.get(), context.get());
+    const tbTrait* below = stack->getTop(AudioA::type());
+    EXPECT_EQ(heard(), Traits{below});
+    EXPECT_EQ(log.onContext, Traits{});
+    EXPECT_EQ(stack->getAudioStackID(), 0);
+}
+
+TEST_F(TraitStack, ListsHoldTopsInTheOrderOfTheTypes)
+{
+    tbRef<VisualA> a(new VisualA);
+    tbRef<VisualC> c(new VisualC);
+    tbRef<TravB> b(new TravB);
+    stack->pushTrait(c.get(), context.get());
+    stack->pushTrait(a.get(), context.get());
+    stack->pushTrait(b.get(), context.get());
+    int num = 0;
+    const tbVisualTrait** visual = stack->getVisualTraits(tbTraitStack::TOP_LIST, num);
+    ASSERT_EQ(num, 2);
+    EXPECT_EQ(visual[0], a.get());
+    EXPECT_EQ(visual[1], c.get());
+    const tbTravTrait** trav = stack->getTravTraits(tbTraitStack::TOP_LIST, num);
+    ASSERT_EQ(num, 1);
+    EXPECT_EQ(trav[0], b.get());
+    tbMemory::free(visual);
+    tbMemory::free(trav);
+}
+
+// A trait that can be copied into an arena.
+class ArenaTrait : public tbVisualTrait
+{
+public:
+    ArenaTrait() = default;
+    using tbVisualTrait::apply;
+    void apply(tbCamera*) const override {}
+    bool isEqual(tbTrait* other) const override { return isSameKind(other); }
+    tbType* getType() const override { return VisualA::type(); }
+    tbBase* createDisposableCopy(tbArena* arena) const override
+    {
+        return new (arena) ArenaTrait(*this, Disposable{arena});
+    }
+
+private:
+    ArenaTrait(const ArenaTrait& other, Disposable disposable) : tbVisualTrait(other, disposable) {}
+};
+
+TEST_F(TraitStack, DynamicTraitsAreListedAsDisposableCopies)
+{
+    tbArena arena;
+    tbRef<ArenaTrait> trait(new ArenaTrait);
+    stack->pushTrait(trait.get(), context.get());
+    int num = 0;
+    EXPECT_EQ(stack->getVisualTraits(tbTraitStack::TOP_LIST, num, &arena, true)[0], trait.get());
+    trait->enableDynamic(true);
+    EXPECT_EQ(stack->getVisualTraits(tbTraitStack::TOP_LIST, num, &arena, false)[0], trait.get());
+    const tbVisualTrait* copy = stack->getVisualTraits(tbTraitStack::TOP_LIST, num, &arena, true)[0];
+    EXPECT_NE(copy, trait.get());
+    EXPECT_EQ(copy->getType(), VisualA::type());
+}
+
+TEST_F(TraitStack, TypesMadeLaterAreTakenInByTheNextReset)
+{
+    using Late = RecordingTrait<tbTravTrait, 20>;
+    const int before = stack->getNumTravTraitStacks();
+    tbRef<Late> trait(new Late);
+    stack->pushTrait(trait.get(), context.get());
+    EXPECT_EQ(stack->getTop(Late::type()), nullptr);
+    stack->popTrait(trait.get(), context.get());
+    EXPECT_EQ(log.onContext, Traits{});
+    stack->reset(false);
+    EXPECT_GT(stack->getNumTravTraitStacks(), before);
+    stack->pushTrait(trait.get(), context.get());
+    EXPECT_EQ(stack->getTop(Late::type()), trait.get());
+}
+
+TEST_F(TraitStack, TypesKeepTheirNumbersInOrderWhenOneGoes)
+{
+    using First = RecordingTrait<tbVisualTrait, 30>;
+    using Second = RecordingTrait<tbVisualTrait, 31>;
+    First::type();
+    tbRef<Second> trait(new Second);
+    EXPECT_TRUE(First::type()->deleteType());
+    for (int i = 0; i < tbVisualTraitType::getNumTraitTypes(); ++i)
+        EXPECT_EQ(tbVisualTraitType::getTraitType(i)->getIndex(), i);
+    EXPECT_EQ(tbVisualTraitType::getTraitType(-1), nullptr);
+    EXPECT_EQ(tbVisualTraitType::createInstance(tbVisualTraitType::getNumTraitTypes()), nullptr);
+    stack->reset(true);
+    stack->pushTrait(trait.get(), context.get());
+    EXPECT_EQ(drawn(), Traits{trait.get()});
+}
+
+TEST_F(TraitStack, AbstractTypesHaveNoDefault)
+{
+    tbRef<tbBase> none(tbTravTraitType::createInstance(tbTravTrait::getClassType()->getIndex()));
+    EXPECT_FALSE(none);
+    stack->applyDefaultTravTraits(context.get());
+    for (const tbTrait* trait : log.onContext)
+        EXPECT_NE(trait->getType(), tbTravTrait::getClassType());
+    EXPECT_GE(log.onContext.size(), 2u);
+}
+
+TEST_F(TraitStack, PushedTraversalTraitsAreCounted)
+{
+    tbRef<tbStats> stats(new tbStats(tbTraitStack::TRAV_STACK));
+    tbRef<TravA> trait(new TravA);
+    tbRef<TravA> off(new TravA(tbTrait::OFF));
+    context->setStats(stats.get());
+    stack->pushTrait(trait.get(), context.get());
+    stack->pushTrait(trait.get(), context.get());
+    stack->pushTrait(off.get(), context.get());
+    stack->popTrait(trait.get(), context.get());
+    EXPECT_EQ(stats->getCount(TravA::type()), 2);
+}
+} // namespace

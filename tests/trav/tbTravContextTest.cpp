@@ -1,0 +1,200 @@
+#include <tamber/trav/tbTravContext.h>
+
+#include <tamber/graph/tbGroup.h>
+#include <tamber/kernel/tbStats.h>
+#include <tamber/trav/tbTraitStack.h>
+#include <tamber/trav/tbTravPath.h>
+#include <tamber/volume/tbSphere.h>
+#include <tests/support/Near.h>
+#include <tests/support/RecordingTraits.h>
+
+namespace
+{
+class TravContext : public testing::Test
+{
+protected:
+    tbRef<tbTravContext> context{new tbTravContext};
+};
+
+TEST_F(TravContext, ResetMakesItReadyForANewWalk)
+{
+    tbSphere volume;
+    tbRef<tbGroup> group(new tbGroup);
+    group->setName("node");
+    tbMatrix matrix;
+    matrix.makeXYZ(1.0f, 2.0f, 3.0f);
+    context->setTextureID(5);
+    context->pushFailedRayMask();
+    context->addFailedRayMask(3);
+    context->pushMultMatrix(matrix);
+    context->pushInvertMatrix(matrix);
+    context->setColliderMask(1);
+    context->pushVolume(&volume);
+    context->pushCullResult(tbVolume::CONTAINMENT_INSIDE);
+    context->pushGroup(group.get());
+    context->setFlags(0x80);
+    context->setRangeSwitchScale(2.0f);
+    context->setTransitionScale(0.5f);
+    context->setTransitionMode(tbTransition::TRANSITION_OUT);
+    context->setTravMask(0x200);
+    context->setCamera(reinterpret_cast<tbCamera*>(&volume));
+
+    context->reset();
+
+    EXPECT_EQ(context->getTextureID(), 0);
+    EXPECT_EQ(context->getFailedRayMask(), 0u);
+    EXPECT_TRUE(tbtest::near(context->getMatrix(), tbTravContext::ident, 0.0f));
+    EXPECT_TRUE(tbtest::near(context->getInvertMatrix(), tbTravContext::ident, 0.0f));
+    EXPECT_EQ(context->getColliderMask(), 0xFFFFFFFFu);
+    EXPECT_EQ(context->getVolume(), nullptr);
+    EXPECT_EQ(context->getCullResult(), tbVolume::CONTAINMENT_PARTIAL);
+    EXPECT_EQ(context->getGroup(), nullptr);
+    EXPECT_EQ(context->getTravStackID(), 0u);
+    EXPECT_EQ(context->getNamedTravStack().getNum(), 0);
+    EXPECT_EQ(context->getFlags(), 0x375500u);
+    EXPECT_EQ(context->getRangeSwitchScale(), 1.0f);
+    EXPECT_EQ(context->getTransitionScale(), 0.0f);
+    EXPECT_EQ(context->getTransitionMode(), tbTransition::TRANSITION_NONE);
+    EXPECT_EQ(context->getTravMask(), 0x200u);
+    EXPECT_NE(context->getCamera(), nullptr);
+}
+
+TEST_F(TravContext, StacksStayEmptyWhenPoppedTooOften)
+{
+    EXPECT_EQ(context->popCullResult(), tbVolume::CONTAINMENT_PARTIAL);
+    EXPECT_EQ(context->popCullResult(), tbVolume::CONTAINMENT_OUTSIDE);
+    EXPECT_EQ(context->getCullResult(), tbVolume::CONTAINMENT_OUTSIDE);
+    context->popVolume();
+    EXPECT_EQ(context->getVolume(), nullptr);
+    EXPECT_EQ(context->popGroup(), nullptr);
+    context->popMatrix();
+    EXPECT_TRUE(tbtest::near(context->getMatrix(), tbTravContext::ident, 0.0f));
+}
+
+TEST_F(TravContext, FailedRaysAreKnownBelowTheNodeThatFoundThem)
+{
+    context->addFailedRayMask(1);
+    context->pushFailedRayMask();
+    context->addFailedRayMask(0x80000004);
+    EXPECT_EQ(context->getFailedRayMask(), 0x80000005u);
+    context->popFailedRayMask();
+    EXPECT_EQ(context->getFailedRayMask(), 1u);
+    context->popFailedRayMask();
+    context->addFailedRayMask(8);
+    EXPECT_EQ(context->getFailedRayMask(), 0u);
+}
+
+TEST_F(TravContext, NamedGroupsStandOnBothPaths)
+{
+    tbRef<tbGroup> plain(new tbGroup);
+    tbRef<tbGroup> named(new tbGroup);
+    named->setName("named");
+    context->pushGroup(plain.get());
+    context->pushGroup(named.get());
+    EXPECT_EQ(context->getTravStack().getNum(), 2);
+    EXPECT_EQ(context->getNamedTravStack().getNum(), 1);
+    EXPECT_EQ(context->popGroup(), named.get());
+    EXPECT_EQ(context->getNamedTravStack().getNum(), 0);
+    EXPECT_EQ(context->getGroup(), plain.get());
+}
+
+TEST_F(TravContext, RenamingAGroupDuringTheWalkKeepsTheNamedPathWhole)
+{
+    tbRef<tbGroup> gains(new tbGroup);
+    tbRef<tbGroup> loses(new tbGroup);
+    loses->setName("loses");
+    context->pushGroup(loses.get());
+    context->pushGroup(gains.get());
+    gains->setName("gains");
+    loses->setName(nullptr);
+    context->popGroup();
+    EXPECT_EQ(context->getNamedTravStack().getNum(), 1);
+    context->popGroup();
+    EXPECT_EQ(context->getNamedTravStack().getNum(), 0);
+}
+
+TEST_F(TravContext, TransparencyFollowsItsInputs)
+{
+    for (unsigned inputs = 0; inputs < 16; ++inputs)
+    {
+        for (unsigned before : {0u, 0x40u})
+        {
+            context->setFlags(0x375500 | before | inputs);
+            context->setTransparencyFlags();
+            const bool transparent = (inputs & 6) == 6 || (inputs & 9) == 9;
+            EXPECT_EQ(context->getFlags(), 0x375500u | inputs | (transparent ? 0x40u : 0u));
+        }
+    }
+}
+
+TEST_F(TravContext, FlagsAreTestedInPartOrWhole)
+{
+    context->setFlags(0x5);
+    EXPECT_EQ(context->anyFlags(0x6), 0x4u);
+    EXPECT_FALSE(context->allFlags(0x6));
+    EXPECT_TRUE(context->allFlags(0x5));
+    EXPECT_TRUE(context->allFlags(0));
+}
+
+TEST_F(TravContext, MatricesMultiplyDownTheGraph)
+{
+    tbMatrix moved;
+    moved.makeXYZ(1.0f, 0.0f, 0.0f);
+    const auto before = context->getMatrixID();
+    for (int i = 0; i < 1000; ++i)
+        context->pushMultMatrix(moved);
+    EXPECT_NE(context->getMatrixID(), before);
+    EXPECT_FLOAT_EQ(context->getMatrix()[3][0], 1000.0f);
+    context->pushIdentMatrix();
+    EXPECT_TRUE(tbtest::near(context->getMatrix(), tbTravContext::ident, 0.0f));
+    for (int i = 0; i < 1001; ++i)
+        context->popMatrix();
+    EXPECT_TRUE(tbtest::near(context->getMatrix(), tbTravContext::ident, 0.0f));
+}
+
+TEST_F(TravContext, HoldsTraitStackAndStatistics)
+{
+    tbRef<tbTraitStack> stack(new tbTraitStack);
+    tbRef<tbStats> stats(new tbStats);
+    context->setTraitStack(stack.get());
+    context->setTraitStack(stack.get());
+    context->setStats(stats.get());
+    EXPECT_EQ(stack->getRefCount(), 2);
+    {
+        tbRef<tbTravContext> copy(new tbTravContext(*context));
+        EXPECT_EQ(copy->getTraitStack(), stack.get());
+        EXPECT_EQ(stats->getRefCount(), 3);
+    }
+    context->setTraitStack(nullptr);
+    context.reset();
+    EXPECT_EQ(stack->getRefCount(), 1);
+    EXPECT_EQ(stats->getRefCount(), 1);
+}
+
+TEST_F(TravContext, ResetEmptiesTheTraitStack)
+{
+    using Trait = tbtest::RecordingTrait<tbTravTrait, 0>;
+    tbRef<Trait> trait(new Trait);
+    context->setTraitStack(new tbTraitStack(tbTraitStack::TRAV_STACK, false));
+    context->getTraitStack()->pushTrait(trait.get(), context.get());
+    EXPECT_EQ(context->getTraitStack()->getTop(Trait::type()), trait.get());
+    context->reset();
+    EXPECT_EQ(context->getTraitStack()->getTop(Trait::type()), nullptr);
+}
+
+TEST_F(TravContext, ACopyGoesOnWhereTheWalkIs)
+{
+    tbRef<tbGroup> group(new tbGroup);
+    tbMatrix moved;
+    moved.makeXYZ(0.0f, 0.0f, 4.0f);
+    context->pushGroup(group.get());
+    context->pushMultMatrix(moved);
+    tbRef<tbTravContext> copy(static_cast<tbTravContext*>(context->createCopy()));
+    context->popMatrix();
+    context->popGroup();
+    EXPECT_EQ(copy->getGroup(), group.get());
+    EXPECT_FLOAT_EQ(copy->getMatrix()[3][2], 4.0f);
+    copy->popMatrix();
+    EXPECT_FLOAT_EQ(copy->getMatrix()[3][2], 0.0f);
+}
+} // namespace
