@@ -56,7 +56,8 @@ private:
     bool waitFor(tbiThreadRecord* thread, int milliseconds) const;
     /// Frees the lock, whoever holds it.
     void abandon() const;
-    void wakeOne() const;
+    void freeAndWake() const;
+    std::uintptr_t getOwnerWord() const;
 
     // The record of the thread that holds the lock, and whether others wait for it; 0 when it is free.
     mutable std::atomic<std::uintptr_t> owner{0};

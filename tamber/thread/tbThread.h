@@ -123,7 +123,6 @@ private:
 
     static constexpr unsigned ADOPTED = 1;
 
-    void createParts();
     void runLoop(tbiThreadControl& own);
     bool waitForPass();
     bool canRun() const;
@@ -149,7 +148,7 @@ private:
     tbTList<tbAction*> initActions;
     tbTList<tbAction*> actions;
     mutable std::mutex listsMutex; // guards the two lists of actions
-    unsigned flushesPosted = 0;    // guarded by the queue's lock
+    std::atomic<unsigned> flushesPosted{0};
     std::atomic<unsigned> flushesDone{0};
     tbThread* nextThread = nullptr; // among all thread objects
     tbThread* previousThread = nullptr;

@@ -1,0 +1,51 @@
+#include <tamber/thread/tbFlushThread.h>
+
+#include <tamber/thread/tbSemaphore.h>
+
+TB_DEFINE_ABSTRACT_CLASS(tbFlushThread, tbAction)
+
+tbFlushThread::tbFlushThread() : finished(new tbSemaphore(0, 1))
+{
+    finished->ref();
+    initInstance();
+}
+
+tbFlushThread::tbFlushThread(const tbFlushThread& other) : tbAction(other), finished(new tbSemaphore(0, 1))
+{
+    finished->ref();
+    initInstance();
+}
+
+tbFlushThread& tbFlushThread::operator=(const tbFlushThread& other)
+{
+    tbAction::operator=(other);
+    return *this;
+}
+
+tbFlushThread::~tbFlushThread()
+{
+    deleteInstance();
+    finished->unRef();
+}
+
+tbBase* tbFlushThread::createCopy() const
+{
+    return new tbFlushThread(*this);
+}
+
+bool tbFlushThread::apply(tbBase* initiator, tbEvent*)
+{
+    syncApply(initiator);
+    finished->inc();
+    postSyncApply(initiator);
+    return true;
+}
+
+void tbFlushThread::syncApply(tbBase*) {}
+
+void tbFlushThread::postSyncApply(tbBase*) {}
+
+void tbFlushThread::waitForSyncToFinish()
+{
+    finished->dec();
+}

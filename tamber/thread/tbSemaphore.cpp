@@ -1,0 +1,121 @@
+#include <tamber/thread/tbSemaphore.h>
+
+#include <tamber/thread/tbiWait.h>
+
+TB_DEFINE_ABSTRACT_CLASS(tbSemaphore, tbBase)
+
+constinit std::atomic<bool> tbSemaphore::enabled{true};
+
+namespace
+{
+
+constexpr int DEFAULT_MAXIMUM = 1024;
+
+} // namespace
+
+tbSemaphore::tbSemaphore() : tbSemaphore(0, DEFAULT_MAXIMUM) {}
+
+tbSemaphore::tbSemaphore(int initial, int most)
+    : maximum(most > 0 && initial >= 0 && initial <= most ? most : 0),
+      count(initial),
+      available(initial)
+{
+    initInstance();
+}
+
+tbSemaphore::tbSemaphore(const tbSemaphore& other)
+    : tbBase(other),
+      maximum(other.maximum),
+      timeOut(other.getTimeout()),
+      count(other.getCount()),
+      available(other.getAvailable())
+{
+    initInstance();
+}
+
+tbSemaphore::~tbSemaphore()
+{
+    deleteInstance();
+    const auto free = tbiHold(mutex); // whoever raised it last is done with it
+}
+
+tbBase* tbSemaphore::createCopy() const
+{
+    return new tbSemaphore(*this);
+}
+
+void tbSemaphore::enableAll(bool enable)
+{
+    enabled.store(enable, std::memory_order_relaxed);
+}
+
+int tbSemaphore::getAvailable() const
+{
+    const auto held = tbiHold(mutex);
+    return available;
+}
+
+void tbSemaphore::setTimeout(int milliseconds)
+{
+    timeOut.store(milliseconds, std::memory_order_relaxed);
+}
+
+void tbSemaphore::inc()
+{
+    inc(1);
+}
+
+void tbSemaphore::inc(int n)
+{
+    if (!isEnabled() || n < 1)
+        return;
+    const auto held = tbiHold(mutex);
+    if (n > maximum - available)
+        return;
+    // The count before, not after: meant so, callers compare it with 0 to see whether they were first.
+    count.store(available, std::memory_order_relaxed);
+    available += n;
+    if (n == 1)
+        raised.notify_one();
+    else
+        raised.notify_all();
+}
+
+bool tbSemaphore::dec()
+{
+    return dec(getTimeout());
+}
+
+bool tbSemaphore::dec(int milliseconds)
+{
+    if (!isEnabled())
+        return true;
+    // A time-out counts as success: meant so, for callers a true result only says that the wait is over.
+    if (maximum == 0 || take(milliseconds, false) == INTERRUPTED)
+        return false;
+    count.fetch_sub(1, std::memory_order_relaxed);
+    return true;
+}
+
+tbSemaphore::WAIT tbSemaphore::take(int milliseconds, bool heedsNudges)
+{
+    {
+        const auto held = tbiHold(mutex);
+        if (available > 0)
+        {
+            --available;
+            return TAKEN;
+        }
+    }
+    if (milliseconds == 0)
+        return TIMED_OUT;
+    tbiWait wait(mutex, raised);
+    const auto wanted = [&] { return heedsNudges && wait.isNudged(); };
+    wait.until(milliseconds, [&] { return available > 0 || wanted(); });
+    if (available > 0)
+    {
+        --available;
+        return TAKEN;
+    }
+    return wait.isKilled() || wanted() ? INTERRUPTED : TIMED_OUT;
+}
