@@ -156,19 +156,19 @@ bool tbGroup::hasDescendantOfType(const tbType* type) const
     return false;
 }
 
-tbGroup* tbGroup::findGroup(const char* name, const tbGroup* previous) const
+tbGroup* tbGroup::findGroup(const char* wanted, const tbGroup* previous) const
 {
     bool passed = false;
-    return findGroupRec(name, previous, passed);
+    return findGroupRec(wanted, previous, passed);
 }
 
 // Passes over the first match whenever there is a `previous`, whatever it is: callers step on once.
-tbGroup* tbGroup::findGroupRec(const char* name, const tbGroup* previous, bool& passed) const
+tbGroup* tbGroup::findGroupRec(const char* wanted, const tbGroup* previous, bool& passed) const
 {
     PreOrder nodes(this, PreOrder::EVERY_PATH);
     while (const tbGroup* node = nodes.next())
     {
-        if (tbStrcmp(name, node->getName(), true) != 0)
+        if (tbStrcmp(wanted, node->getName(), true) != 0)
             continue;
         if (!previous || passed)
             return const_cast<tbGroup*>(node);
@@ -182,9 +182,9 @@ bool tbGroup::areChildrenOrdered() const
     return false;
 }
 
-void tbGroup::setNodeFlags(NODE_FLAGS flags)
+void tbGroup::setNodeFlags(NODE_FLAGS splitting)
 {
-    nodeFlags = std::uint16_t(flags);
+    nodeFlags = std::uint16_t(splitting);
 }
 
 tbBase* tbGroup::createCopy() const
@@ -246,10 +246,10 @@ void tbGroup::removedFrom(tbGroup* parent)
 void tbGroup::dirtyUp(unsigned bits)
 {
     addTravFlags(bits);
-    const unsigned flags = travFlags;
+    const unsigned carried = travFlags;
     for (tbGroup* parent : getParents())
-        if ((flags & ~unsigned(parent->travFlags)) != 0)
-            tbiPropagation::dirtyUp(parent, flags);
+        if ((carried & ~parent->getTravFlags()) != 0)
+            tbiPropagation::dirtyUp(parent, carried);
 }
 
 void tbGroup::cleanUp(unsigned bits)

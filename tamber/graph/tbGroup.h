@@ -82,7 +82,7 @@ public:
     bool hasDescendantOfType(const tbType* type) const;
     /// The first node of that name (case ignored), in pre-order and from this node on. With any `previous` the
     /// second one: callers step on once, `previous` itself is compared with nothing.
-    tbGroup* findGroup(const char* name, const tbGroup* previous = nullptr) const;
+    tbGroup* findGroup(const char* wanted, const tbGroup* previous = nullptr) const;
 
     /// A deep copy with count 0, null when the class is not copied. Action nodes in it refer to the new nodes.
     tbGroup* makeCopy() const;
@@ -153,15 +153,15 @@ public:
     virtual bool areChildrenOrdered() const;
     /// The union of the bounds below, in this node's coordinates; empty when there are none.
     virtual void getBoundingVolume(tbVolume& volume);
-    virtual void setNodeFlags(NODE_FLAGS flags);
+    virtual void setNodeFlags(NODE_FLAGS splitting);
 
 protected:
     /// Direct writes, nothing rises or sinks.
-    void setTravFlags(unsigned flags) { travFlags = std::uint16_t(flags); }
-    void addTravFlags(unsigned flags) { travFlags = std::uint16_t(travFlags | flags); }
-    void removeTravFlags(unsigned flags) { travFlags = std::uint16_t(travFlags & ~flags); }
+    void setTravFlags(unsigned bits) { travFlags = std::uint16_t(bits); }
+    void addTravFlags(unsigned bits) { travFlags = std::uint16_t(travFlags | bits); }
+    void removeTravFlags(unsigned bits) { travFlags = std::uint16_t(travFlags & ~bits); }
     /// The same operations for nodes of any class.
-    static void addTravFlagsTo(tbGroup* node, unsigned flags) { node->addTravFlags(flags); }
+    static void addTravFlagsTo(tbGroup* node, unsigned bits) { node->addTravFlags(bits); }
     static void dirtyUpFrom(tbGroup* node, unsigned bits) { node->dirtyUp(bits); }
     /// Raises `bits` in every descendant reached through nodes that carry any bit of `mask`.
     static void dirtyDown(tbGroup* node, unsigned mask, unsigned bits);
@@ -195,7 +195,7 @@ private:
     tbGroup* makeDeep(CopyKind kind) const;
     static void resolveGroup(tbGroup* node);
     static void emptyGroupMapping();
-    tbGroup* findGroupRec(const char* name, const tbGroup* previous, bool& passed) const;
+    tbGroup* findGroupRec(const char* wanted, const tbGroup* previous, bool& passed) const;
     bool canAttach(const tbGroup* child) const;
     bool letGo(tbGroup* child);
     void yieldTo(tbGroup* node, tbGroup* parent, bool keepOrder);

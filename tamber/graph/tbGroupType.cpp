@@ -13,9 +13,9 @@ constinit tbiStatic<tbTList<tbGroupType*>> groupTypes;
 
 } // namespace
 
-tbGroupType::tbGroupType(tbType* parentType, const char* className, CreateFunc create, RemoveFunc remove,
-                         tbPlugIn* supplier)
-    : tbType(parentType, className, create, remove, supplier)
+tbGroupType::tbGroupType(tbType* parentType, const char* className, CreateFunc createNode,
+                         RemoveFunc removeClass, tbPlugIn* supplier)
+    : tbType(parentType, className, createNode, removeClass, supplier)
 {
     tbiLockGuard guard(tbiLocks::type);
     groupSlot = groupTypes->add(this);

@@ -86,21 +86,21 @@ tbGroup* tbModel::cloneGroup() const
     return node;
 }
 
-void tbModel::setFileName(const char* name)
+void tbModel::setFileName(const char* path)
 {
-    if (name == fileName)
+    if (path == fileName)
         return;
-    if (!name)
+    if (!path)
     {
         tbMemory::free(fileName);
         fileName = nullptr;
         return;
     }
-    const std::size_t bytes = std::strlen(name) + 1;
+    const std::size_t bytes = std::strlen(path) + 1;
     if (char* block = static_cast<char*>(tbMemory::realloc(fileName, bytes)))
     {
         fileName = block;
-        std::memmove(fileName, name, bytes);
+        std::memmove(fileName, path, bytes);
     }
 }
 

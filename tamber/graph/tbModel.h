@@ -48,7 +48,7 @@ private:
     friend class tbLoader;
 
     void assign(const tbModel& other);
-    void setFileName(const char* name);
+    void setFileName(const char* path);
 
     char* fileName = nullptr;
     bool enabled = true;

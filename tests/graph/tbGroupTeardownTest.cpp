@@ -1,0 +1,228 @@
+// Graphs that are deep, wide or shared come down in any order, on an ordinary stack and in linear time.
+#include <tamber/graph/tbTransform.h>
+#include <tamber/trav/tbTravContext.h>
+#include <tests/graph/GraphModel.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <random>
+
+using tbtest::ContentNode;
+
+namespace
+{
+
+constexpr int DEEP = 100'000;
+
+// The deepest node of a chain below `root`, with contents.
+tbGroup* makeChain(tbGroup* root, int depth)
+{
+    tbGroup* last = root;
+    for (int i = 0; i < depth; ++i)
+    {
+        auto* next = i % 2 == 0 ? new tbGroup : new tbTransform;
+        last->addChild(next);
+        last = next;
+    }
+    auto* content = new ContentNode(0x600);
+    last->addChild(content);
+    return content;
+}
+
+int numNodes()
+{
+    return tbGroup::getNum(true);
+}
+
+class TeardownCounter : public tbGroup
+{
+public:
+    TeardownCounter(int& notifications, int& deaths) : numNotified(notifications), numDied(deaths) {}
+
+protected:
+    ~TeardownCounter() override { ++numDied; }
+    void removedFrom(tbGroup* parent) override
+    {
+        ++numNotified;
+        tbGroup::removedFrom(parent);
+    }
+
+private:
+    int& numNotified;
+    int& numDied;
+};
+
+template <class Work>
+double secondsFor(Work work)
+{
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// Builds and tears down `width` groups of ten nodes each, in the given order. Seconds per node.
+double secondsPerNode(int width, unsigned seed)
+{
+    std::vector<tbGroup*> groups;
+    const tbRef<tbGroup> root(new tbGroup);
+    const double seconds = secondsFor(
+        [&]
+        {
+            for (int i = 0; i < width; ++i)
+            {
+                groups.push_back(new tbGroup);
+                root->addChild(groups.back());
+                for (int k = 0; k < 8; ++k)
+                    groups.back()->addChild(new tbGroup);
+                groups.back()->addChild(new ContentNode(0x200));
+            }
+            if (seed == 1)
+                std::reverse(groups.begin(), groups.end());
+            else if (seed > 1)
+                std::shuffle(groups.begin(), groups.end(), std::mt19937(seed));
+            for (tbGroup* group : groups)
+                root->removeChild(group);
+        });
+    EXPECT_EQ(root->getNumChildren(), 0);
+    EXPECT_FALSE(root->anyTravFlags(0x200));
+    return seconds / (10.0 * width);
+}
+
+} // namespace
+
+TEST(GroupTeardown, ADeepChainDiesWithItsRoot)
+{
+    const int before = numNodes();
+    {
+        const tbRef<tbGroup> root(new tbGroup);
+        makeChain(root.get(), DEEP);
+        EXPECT_EQ(numNodes(), before + DEEP + 2);
+    }
+    EXPECT_EQ(numNodes(), before);
+}
+
+TEST(GroupTeardown, ADeepChainIsTakenApartFromTheBottom)
+{
+    const tbRef<tbGroup> root(new tbGroup);
+    tbGroup* content = makeChain(root.get(), DEEP);
+    EXPECT_TRUE(root->anyTravFlags(0x600));
+    tbGroup* last = content->getParent(0);
+    content->detach();
+    EXPECT_FALSE(root->anyTravFlags(0x600));
+    EXPECT_TRUE(root->anyTravFlags(tbGroup::TF_REMOVED));
+    while (last != root.get())
+    {
+        tbGroup* parent = last->getParent(0);
+        last->detach();
+        last = parent;
+    }
+    EXPECT_EQ(root->getNumChildren(), 0);
+}
+
+TEST(GroupTeardown, ADeepChainIsTakenApartFromTheTop)
+{
+    const int before = numNodes();
+    tbRef<tbGroup> top(new tbGroup);
+    makeChain(top.get(), DEEP / 50);
+    while (top->getNumChildren() > 0)
+    {
+        const tbRef<tbGroup> next(top->getChild(0));
+        top->removeChild(next.get());
+        top = next;
+    }
+    top.reset();
+    EXPECT_EQ(numNodes(), before);
+}
+
+TEST(GroupTeardown, EveryNodeOfADyingTreeIsToldOnce)
+{
+    int notified = 0;
+    int died = 0;
+    {
+        tbRef<tbGroup> root(new tbGroup);
+        tbGroup* parent = root.get();
+        for (int i = 0; i < 50; ++i)
+        {
+            auto* next = new TeardownCounter(notified, died);
+            parent->addChild(next);
+            parent->addChild(new TeardownCounter(notified, died));
+            parent = next;
+        }
+    }
+    EXPECT_EQ(notified, 100);
+    EXPECT_EQ(died, 100);
+}
+
+TEST(GroupTeardown, WhatOutlivesADyingParentIsToldWithEverythingBelow)
+{
+    const tbRef<tbTransform> survivor(new tbTransform);
+    const tbRef<tbGroup> below(new tbGroup);
+    survivor->addChild(below.get());
+    {
+        const tbRef<tbGroup> root(new tbGroup);
+        auto* between = new tbGroup;
+        root->addChild(between);
+        between->addChild(survivor.get());
+        const tbRef<tbTravContext> context(new tbTravContext);
+        root->update(context.get());
+        EXPECT_FALSE(below->anyTravFlags(tbGroup::TF_UPDATE));
+    }
+    EXPECT_EQ(survivor->getNumParents(), 0);
+    EXPECT_TRUE(survivor->anyTravFlags(tbGroup::TF_UPDATE));
+    EXPECT_TRUE(survivor->anyTravFlags(tbGroup::TF_MATRIX));
+    EXPECT_TRUE(below->anyTravFlags(tbGroup::TF_UPDATE));
+}
+
+// A diamond of thirty levels has 2^30 paths; each edge is told once.
+TEST(GroupTeardown, ADeepLatticeIsAttachedAndDetachedInNoTime)
+{
+    const tbRef<tbGroup> root(new tbGroup);
+    const tbRef<tbGroup> top(new tbGroup);
+    tbGroup* last = top.get();
+    for (int i = 0; i < 30; ++i)
+    {
+        auto* left = new tbGroup;
+        auto* right = new tbGroup;
+        auto* next = i == 29 ? new ContentNode(0x200) : new tbGroup;
+        left->addChild(next);
+        right->addChild(next);
+        last->addChild(left);
+        last->addChild(right);
+        last = next;
+    }
+    EXPECT_TRUE(root->addChild(top.get()));
+    EXPECT_TRUE(root->anyTravFlags(0x200));
+    EXPECT_TRUE(root->hasDescendant(last));
+    EXPECT_FALSE(root->hasDescendantOfType(tbTransform::getClassType()));
+    EXPECT_TRUE(root->removeChild(top.get()));
+    EXPECT_FALSE(root->anyTravFlags(0x200));
+}
+
+TEST(GroupTeardown, TimePerNodeDoesNotGrowWithTheNumberOfSiblings)
+{
+    for (const unsigned order : {0u, 1u, 2u})
+    {
+        secondsPerNode(1'000, order);
+        const double small = secondsPerNode(1'000, order);
+        const double large = secondsPerNode(100'000, order);
+        EXPECT_LT(large, 40 * small) << "order " << order;
+    }
+}
+
+TEST(GroupTeardown, ANodeUnderManyParentsLeavesThemInAnyOrder)
+{
+    constexpr int NUM = 100'000;
+    const tbRef<tbGroup> shared(new ContentNode(0x200));
+    std::vector<tbRef<tbGroup>> parents;
+    for (int i = 0; i < NUM; ++i)
+    {
+        parents.emplace_back(new tbGroup);
+        parents.back()->addChild(shared.get());
+    }
+    std::shuffle(parents.begin(), parents.end(), std::mt19937(3));
+    const double first = secondsFor([&] { parents.resize(NUM / 2); });
+    const double second = secondsFor([&] { parents.clear(); });
+    EXPECT_EQ(shared->getNumParents(), 0);
+    EXPECT_LT(first + second, 10.0);
+}

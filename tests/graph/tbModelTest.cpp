@@ -1,0 +1,88 @@
+#include <tamber/graph/tbModel.h>
+
+#include <tamber/trav/tbTraitStack.h>
+#include <tamber/trav/tbTravContext.h>
+#include <tests/graph/GraphModel.h>
+#include <tests/support/TestGeometry.h>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+class MaskReader : public tbTraverser
+{
+public:
+    MaskReader()
+    {
+        auto* context = new tbTravContext;
+        context->setTraitStack(new tbTraitStack);
+        setTravContext(context);
+    }
+    TRAV_STATE apply(tbGroup* group) override
+    {
+        ++numVisited;
+        if (group->getNumChildren() == 0)
+            mask = getTravContext()->getColliderMask();
+        return TRAV_CONTINUE;
+    }
+
+    int numVisited = 0;
+    unsigned mask = 0;
+};
+
+} // namespace
+
+TEST(Model, ADisabledModelIsNeitherUpdatedBoundedNorVisited)
+{
+    const tbRef<tbGroup> root(new tbGroup);
+    const tbRef<tbModel> model(new tbModel);
+    root->addChild(model.get());
+    model->addChild(new tbtest::TestGeometry(tbSphere(tbVec3(0, 0, 0), 1)));
+    model->enable(false);
+    const tbRef<tbTravContext> context(new tbTravContext);
+    root->update(context.get());
+    EXPECT_TRUE(model->anyTravFlags(tbGroup::TF_UPDATE));
+    EXPECT_FALSE(root->anyTravFlags(tbGroup::TF_UPDATE));
+    tbSphere bounds;
+    root->getBoundingVolume(bounds);
+    EXPECT_TRUE(bounds.isEmpty());
+    const tbRef<MaskReader> reader(new MaskReader);
+    reader->traverse(root.get());
+    EXPECT_EQ(reader->numVisited, 1);
+    model->enable(true);
+    EXPECT_TRUE(root->anyTravFlags(tbGroup::TF_UPDATE));
+    root->getBoundingVolume(bounds);
+    EXPECT_EQ(bounds.getRadius(), 1);
+}
+
+TEST(Model, HandsItsColliderMaskDown)
+{
+    const tbRef<tbGroup> root(new tbGroup);
+    auto* outer = new tbModel;
+    auto* inner = new tbModel;
+    root->addChild(outer);
+    outer->addChild(inner);
+    outer->setColliderMask(0x30);
+    EXPECT_EQ(inner->getColliderMask(), 0u);
+    inner->setColliderMask(0x7);
+    inner->addChild(new tbGroup);
+    const tbRef<MaskReader> reader(new MaskReader);
+    reader->traverse(root.get());
+    EXPECT_EQ(reader->mask, 0x7u);
+    EXPECT_EQ(reader->numVisited, 4);
+    reader->setTravContext(new tbTravContext);
+    reader->traverse(root.get());
+    EXPECT_EQ(reader->mask, 0xFFFFFFFFu);
+}
+
+TEST(Model, CopiesKeepTheirOwnMask)
+{
+    const tbRef<tbModel> model(new tbModel);
+    model->setColliderMask(0x5);
+    model->enable(false);
+    const tbRef<tbModel> copy(static_cast<tbModel*>(model->makeClone()));
+    model->setColliderMask(0x6);
+    EXPECT_EQ(copy->getColliderMask(), 0x5u);
+    EXPECT_FALSE(copy->isEnabled());
+}
