@@ -1,5 +1,6 @@
 #include <tamber/thread/tbiThreadControl.h>
 
+#include <tamber/thread/tbiSpinMutex.h>
 #include <tamber/thread/tbiThreadRecord.h>
 #include <tamber/thread/tbiThreadTree.h>
 #include <tamber/thread/tbiWait.h>
@@ -10,7 +11,7 @@ namespace
 {
 
 // The threads that were made and are not joined yet, each with a reference.
-constinit std::mutex listMutex;
+constinit tbiSpinMutex listMutex;
 constinit tbiThreadControl* first = nullptr;
 constinit bool closed = false; // no thread is made any more
 constinit std::atomic<unsigned> processAffMask{0};

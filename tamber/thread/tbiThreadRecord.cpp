@@ -2,10 +2,9 @@
 
 #include <tamber/platform/tbiThread.h>
 #include <tamber/thread/tbLock.h>
+#include <tamber/thread/tbiSpinMutex.h>
 #include <tamber/thread/tbiThreadControl.h>
 #include <tamber/thread/tbiWait.h>
-
-#include <mutex>
 
 thread_local constinit tbiThreadRecord* tbiThreadRecord::own = nullptr;
 
@@ -13,7 +12,7 @@ namespace
 {
 
 // Guards the places of a thread against other threads, and the watch over ending threads. Held for moments only.
-constinit std::mutex recordsMutex;
+constinit tbiSpinMutex recordsMutex;
 constinit bool watching = false;
 constinit bool stopped = false;
 

@@ -2,6 +2,7 @@
 
 #include <tamber/kernel/tbInit.h>
 #include <tamber/thread/tbQueue.h>
+#include <tamber/thread/tbiSpinMutex.h>
 #include <tamber/thread/tbiThreadControl.h>
 #include <tamber/thread/tbiWait.h>
 
@@ -10,7 +11,7 @@
 namespace
 {
 
-constinit std::mutex treeMutex;
+constinit tbiSpinMutex treeMutex;
 constinit tbThread* firstThread = nullptr; // of all thread objects
 
 } // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tamber/thread/tbThread.h>
+#include <tamber/thread/tbiSpinMutex.h>
 
 #include <mutex>
 
@@ -67,6 +68,6 @@ private:
     void endPasses(tbThread* thread);
     static void unlinkChild(tbThread* parent, int i);
 
-    std::unique_lock<std::mutex> held;
+    std::unique_lock<tbiSpinMutex> held;
     tbTList<tbBase*> deletable;
 };

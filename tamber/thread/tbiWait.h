@@ -9,9 +9,10 @@
 class tbiThreadControl;
 
 /// Holds `mutex`, or nothing while the process is being torn down: the thread that holds it may be gone.
-inline std::unique_lock<std::mutex> tbiHold(std::mutex& mutex)
+template <class Mutex>
+std::unique_lock<Mutex> tbiHold(Mutex& mutex)
 {
-    return tbiIsProcessEnding() ? std::unique_lock<std::mutex>() : std::unique_lock<std::mutex>(mutex);
+    return tbiIsProcessEnding() ? std::unique_lock<Mutex>() : std::unique_lock<Mutex>(mutex);
 }
 
 // One wait inside the kernel, a safe point of the waiting thread: killing the thread ends the wait, and a thread that
