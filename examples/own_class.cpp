@@ -5,7 +5,7 @@
 
 #include <cstdio>
 
-// Turns about Z with every update. It has no fields of its own to save.
+// Turns about Z with every update.
 class Carousel : public tbTransform
 {
     TB_CLASS(Carousel, tbTransform)
@@ -14,7 +14,6 @@ public:
     static constexpr float DEGREES = 30.0f;
 
     Carousel() { initInstance(); }
-
     void update(tbTravContext* context) override
     {
         tbTransform::update(context);

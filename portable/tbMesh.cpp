@@ -191,10 +191,10 @@ tbEntry* tbMesh::read(tbFile* file, tbEntry* entry)
     {
         entry->readInts(reinterpret_cast<int*>(indexData), count);
         // The flags that were read stand: a mesh from a file is not changed.
-        const unsigned flags = getTravFlags();
+        const unsigned readFlags = getTravFlags();
         if (!set(kind, vertices, indexData, count))
             entry->fail("indices name vertices of the mesh, in whole primitives");
-        setTravFlags(flags);
+        setTravFlags(readFlags);
         tbMemory::free(indexData);
     }
     return indexData && !entry->hasFailed() ? entry : nullptr;

@@ -101,9 +101,9 @@ void tbTexture::assign(const tbTexture& other)
     filter = other.filter;
 }
 
-void tbTexture::setFileName(const char* name)
+void tbTexture::setFileName(const char* path)
 {
-    tbMemory::free(std::exchange(fileName, copyText(name, nullptr)));
+    tbMemory::free(std::exchange(fileName, copyText(path, nullptr)));
 }
 
 bool tbTexture::setPixels(int imageWidth, int imageHeight, const void* rgba)
@@ -144,9 +144,9 @@ void tbTexture::replaceImage(tbiSharedBlock* block, int imageWidth, int imageHei
     width = imageWidth;
     height = imageHeight;
     translucent = false;
-    char name[MAX_FORMAT_LEN + 1] = {};
-    imageFormat.copy(name, MAX_FORMAT_LEN);
-    std::memcpy(format, name, sizeof(format));
+    char text[MAX_FORMAT_LEN + 1] = {};
+    imageFormat.copy(text, MAX_FORMAT_LEN);
+    std::memcpy(format, text, sizeof(format));
 }
 
 bool tbTexture::setWrap(WRAP s, WRAP t)

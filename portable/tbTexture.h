@@ -36,8 +36,8 @@ public:
     tbTexture(const tbTexture& other);
     tbTexture& operator=(const tbTexture& other);
 
-    /// A copy of `name`, which is looked for as given by whoever draws; null for none. An image carried stays.
-    void setFileName(const char* name);
+    /// A copy of `path`, which is looked for as given by whoever draws; null for none. An image carried stays.
+    void setFileName(const char* path);
     /// Carries a copy of width x height pixels of red, green, blue and alpha bytes, top row first. False, and
     /// nothing changed, when a side is below 1 or above MAX_SIZE, or memory is out.
     bool setPixels(int imageWidth, int imageHeight, const void* rgba);

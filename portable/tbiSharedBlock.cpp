@@ -14,7 +14,7 @@ tbiSharedBlock* tbiSharedBlock::create(const void* bytes, std::size_t size, tbAr
         return nullptr;
     auto* block = ::new (memory) tbiSharedBlock(size);
     if (size > 0)
-        std::memcpy(block + 1, bytes, size);
+        std::memcpy(static_cast<void*>(block + 1), bytes, size);
     return block;
 }
 

@@ -7,10 +7,8 @@
 #include <tamber/io/tbLoader.h>
 #include <tamber/kernel/tbString.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <system_error>
-#include <vector>
 
 namespace
 {
@@ -32,19 +30,6 @@ bool isLoaderExtension(const std::string& extension)
     return false;
 }
 
-std::string listExtensions()
-{
-    std::vector<std::string> all{NATIVE_EXTENSION};
-    for (int loader = 0; loader < tbLoader::getNumLoaders(); ++loader)
-        for (int i = 0; i < tbLoader::getNumLoaderExtensions(loader); ++i)
-            all.emplace_back(tbLoader::getLoaderExtension(loader, i));
-    std::sort(all.begin(), all.end());
-    std::string text;
-    for (const std::string& extension : all)
-        text += (text.empty() ? "" : " ") + extension;
-    return text;
-}
-
 std::string lastLoaderMessage(const char* otherwise)
 {
     const char* message = tbLoader::getErrorMessage();
@@ -60,21 +45,6 @@ void checkSource(const std::string& path)
     if (!std::filesystem::is_regular_file(status))
         throw CommandError(path, "is not a file");
 }
-
-std::string whyNotImported()
-{
-    switch (tbLoader::getError())
-    {
-    case tbLoader::LOADER_FILE_NOT_FOUND:
-        return "cannot be opened";
-    case tbLoader::LOADER_NO_EXTENSION:
-        return "the name has no extension that tells the format; known extensions: " + listExtensions();
-    case tbLoader::LOADER_UNKNOWN_FORMAT:
-        return lastLoaderMessage("unknown format") + "; known extensions: " + listExtensions();
-    default:
-        return lastLoaderMessage("cannot be read");
-    }
-}
 } // namespace
 
 tbRef<tbGroup> loadModel(const std::string& path)
@@ -83,7 +53,7 @@ tbRef<tbGroup> loadModel(const std::string& path)
     const Progress progress("reading " + path);
     tbBase* object = tbLoader::importFile(path.c_str());
     if (!object)
-        throw CommandError(path, whyNotImported());
+        throw CommandError(path, lastLoaderMessage("cannot be read"));
     const tbRef<tbBase> holder = object;
     if (!object->isOfType(tbGroup::getClassType()))
         throw CommandError(path, std::string("holds a ") + object->getType()->getName() + " and no model");

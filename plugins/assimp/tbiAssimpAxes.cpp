@@ -1,6 +1,5 @@
 #include "tbiAssimpAxes.h"
 
-#include <assimp/metadata.h>
 #include <assimp/scene.h>
 
 #include <algorithm>

@@ -133,7 +133,7 @@ TEST(Run, AnUnknownFormatIsAnsweredWithTheKnownOnes)
     const Result result = run("run model.unheard");
     EXPECT_EQ(result.code, 1);
     EXPECT_EQ(result.out, "");
-    for (const char* part : {"model.unheard", "unknown format", "looked for in", " obj ", " tb "})
+    for (const char* part : {"model.unheard", "in no format that is known", "looked for in", " obj ", " tb "})
         EXPECT_TRUE(holds(result.err, part)) << result.err;
 }
 

@@ -61,10 +61,10 @@ def run_model(program, path, frames, seconds):
 def known_extensions(program):
     with tempfile.NamedTemporaryFile(suffix=".unheard") as file:
         _, _, message = run(program, [file.name], 30)
-    _, found, known = message.partition("known extensions: ")
+    _, found, known = message.partition("Known extensions: ")
     if not found:
         sys.exit(f"the program does not tell its formats: {message}")
-    return set(known.split()) - {"tb"}
+    return set(known.partition(".")[0].split()) - {"tb"}
 
 
 def extension_of(path):
