@@ -17,6 +17,7 @@ public:
     tbBase* createCopy() const override;
     tbBase* createDisposableCopy(tbArena* arena) const override;
     using tbAudioScale::apply;
+    using tbAudioScale::get;
     void apply(tbListener* listener) const override;
 
 protected:

@@ -294,7 +294,7 @@ tbEntry* tbEmitter::read(tbFile* file, tbEntry* entry)
     if (!entry)
         return nullptr;
     emitterFlags = unsigned(entry->readInt()) & ~(UPDATED | PLAYING);
-    entry->readFloats(&position[0], 3);
+    position.read(entry);
     const int length = entry->readCount(1);
     tbEmitter::setWaveName(nullptr);
     if (length > 0)
@@ -321,7 +321,7 @@ tbEntry* tbEmitter::write(tbFile* file, tbEntry* entry) const
     if (!entry)
         return nullptr;
     entry->writeInt(int(emitterFlags & ~(UPDATED | PLAYING)));
-    entry->writeFloats(&position[0], 3);
+    position.write(entry);
     entry->writeInt(waveName ? int(std::strlen(waveName)) + 1 : 0);
     if (waveName)
         entry->writeString(waveName);

@@ -9,8 +9,8 @@ tbEntry* tbCollider::write(tbFile* file, tbEntry* entry) const
     entry = tbBase::write(file, entry);
     if (!entry)
         return nullptr;
-    entry->writeFloats(&position[0], 3);
-    entry->writeFloats(&orientation[0], 3);
+    position.write(entry);
+    orientation.write(entry);
     entry->writeInt(int(colliderMask));
     entry->writeInt(saveMask);
     entry->writeInt(rayHitMode);
@@ -31,8 +31,8 @@ tbEntry* tbCollider::read(tbFile* file, tbEntry* entry)
     entry = tbBase::read(file, entry);
     if (!entry)
         return nullptr;
-    entry->readFloats(&position[0], 3);
-    entry->readFloats(&orientation[0], 3);
+    position.read(entry);
+    orientation.read(entry);
     colliderMask = unsigned(entry->readInt());
     saveMask = std::uint8_t(entry->readInt() & 0xF);
     rayHitMode = RAY_HIT_MODE(entry->readInt());

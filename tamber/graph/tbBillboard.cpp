@@ -333,8 +333,8 @@ tbEntry* tbBillboard::read(tbFile* file, tbEntry* entry)
     if (!entry)
         return nullptr;
     mode = MODE(entry->readInt());
-    entry->readFloats(&axis[0], 3);
-    entry->readFloats(&position[0], 3);
+    axis.read(entry);
+    position.read(entry);
     return entry;
 }
 
@@ -344,7 +344,7 @@ tbEntry* tbBillboard::write(tbFile* file, tbEntry* entry) const
     if (!entry)
         return nullptr;
     entry->writeInt(mode);
-    entry->writeFloats(&axis[0], 3);
-    entry->writeFloats(&position[0], 3);
+    axis.write(entry);
+    position.write(entry);
     return entry;
 }

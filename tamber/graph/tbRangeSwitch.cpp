@@ -403,7 +403,7 @@ tbEntry* tbRangeSwitch::read(tbFile* file, tbEntry* entry)
     }
     resizeRanges(getNumChildren());
     centerFixed = entry->readInt() != 0;
-    entry->readFloats(&center[0], 3);
+    center.read(entry);
     transitionEnabled = entry->readInt() != 0;
     return entry->hasFailed() ? nullptr : entry;
 }
@@ -421,7 +421,7 @@ tbEntry* tbRangeSwitch::write(tbFile* file, tbEntry* entry) const
         entry->writeFloat(range->inverseWidth);
     }
     entry->writeInt(centerFixed ? 1 : 0);
-    entry->writeFloats(&center[0], 3);
+    center.write(entry);
     entry->writeInt(transitionEnabled ? 1 : 0);
     return entry;
 }
