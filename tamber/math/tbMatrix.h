@@ -29,6 +29,8 @@ public:
     tbMatrix() = default;
     /// Sixteen floats row by row, and a type as in setType().
     tbMatrix(const float* sixteen, unsigned int newType) { set(sixteen, newType); }
+    /// The identity as a constant.
+    static constexpr tbMatrix identity() { return tbMatrix(Identity()); }
 
     /// Sixteen floats row by row, and a type as in setType(); so in setRow() and setCol().
     void set(const float* sixteen, unsigned int newType);
@@ -152,6 +154,15 @@ public:
     void write(tbEntry* entry) const;
 
 private:
+    struct Identity
+    {
+    };
+    constexpr explicit tbMatrix(Identity)
+        : elements{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1},
+          type(MATRIX_IDENT)
+    {
+    }
+
     void multFull(const tbMatrix& a, const tbMatrix& b);
     void multLinearByLinear(const tbMatrix& a, const tbMatrix& b);
     void multLinearByAffine(const tbMatrix& a, const tbMatrix& b);

@@ -15,9 +15,11 @@ constexpr int FAILED_RAY_CAPACITY = 4;
 
 } // namespace
 
+constinit const tbMatrix tbTravContext::ident = tbMatrix::identity();
+
 tbTravContext::tbTravContext()
-    : matrices(MATRIX_CAPACITY),
-      inverses(MATRIX_CAPACITY),
+    : matrices(MATRIX_CAPACITY, tbMatrixStack::UNLIMITED),
+      inverses(MATRIX_CAPACITY, tbMatrixStack::UNLIMITED),
       volumes(STACK_CAPACITY),
       failedRays(FAILED_RAY_CAPACITY),
       path(STACK_CAPACITY),
@@ -27,6 +29,32 @@ tbTravContext::tbTravContext()
     initInstance();
     reset();
 }
+
+tbTravContext::tbTravContext(const tbTravContext& other)
+    : tbBase(other),
+      scene(other.scene),
+      camera(other.camera),
+      matrices(other.matrices),
+      inverses(other.inverses),
+      volumes(other.volumes),
+      failedRays(other.failedRays),
+      path(other.path),
+      namedPath(other.namedPath),
+      cullResults(other.cullResults),
+      travMask(other.travMask),
+      flags(other.flags),
+      colliderMask(other.colliderMask),
+      transitionScale(other.transitionScale),
+      transitionMode(other.transitionMode),
+      textureID(other.textureID),
+      rangeSwitchScale(other.rangeSwitchScale),
+      traitStack(other.traitStack),
+      stats(other.stats)
+{
+    initInstance();
+}
+
+tbTravContext& tbTravContext::operator=(const tbTravContext& other) = default;
 
 tbTravContext::~tbTravContext()
 {
@@ -48,7 +76,7 @@ void tbTravContext::reset()
     colliderMask = 0xFFFFFFFF;
     volumes.reset();
     cullResults.reset();
-    pushCullResult(tbVolume::CONTAINMENT_PARTIAL);
+    pushCullResult(tbVolume::PARTIAL);
     path.reset();
     namedPath.reset();
     flags = DEFAULT_FLAGS;

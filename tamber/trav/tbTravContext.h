@@ -107,7 +107,7 @@ public:
     void popMatrix() { matrices.pop(); }
     const tbMatrix& getMatrix() const { return matrices.getTop(); }
     /// Changes whenever the matrix may have changed.
-    std::uint16_t getMatrixID() const { return std::uint16_t(matrices.getID()); }
+    std::uint16_t getMatrixID() const { return matrices.getID(); }
 
     // World to local.
     void pushInvertMatrix(const tbMatrix& matrix) { inverses.pushLoad(matrix); }

@@ -30,7 +30,7 @@ TEST_F(TravContext, ResetMakesItReadyForANewWalk)
     context->pushInvertMatrix(matrix);
     context->setColliderMask(1);
     context->pushVolume(&volume);
-    context->pushCullResult(tbVolume::CONTAINMENT_INSIDE);
+    context->pushCullResult(tbVolume::INSIDE);
     context->pushGroup(group.get());
     context->setFlags(0x80);
     context->setRangeSwitchScale(2.0f);
@@ -47,7 +47,7 @@ TEST_F(TravContext, ResetMakesItReadyForANewWalk)
     EXPECT_TRUE(tbtest::near(context->getInvertMatrix(), tbTravContext::ident, 0.0f));
     EXPECT_EQ(context->getColliderMask(), 0xFFFFFFFFu);
     EXPECT_EQ(context->getVolume(), nullptr);
-    EXPECT_EQ(context->getCullResult(), tbVolume::CONTAINMENT_PARTIAL);
+    EXPECT_EQ(context->getCullResult(), tbVolume::PARTIAL);
     EXPECT_EQ(context->getGroup(), nullptr);
     EXPECT_EQ(context->getTravStackID(), 0u);
     EXPECT_EQ(context->getNamedTravStack().getNum(), 0);
@@ -61,9 +61,9 @@ TEST_F(TravContext, ResetMakesItReadyForANewWalk)
 
 TEST_F(TravContext, StacksStayEmptyWhenPoppedTooOften)
 {
-    EXPECT_EQ(context->popCullResult(), tbVolume::CONTAINMENT_PARTIAL);
-    EXPECT_EQ(context->popCullResult(), tbVolume::CONTAINMENT_OUTSIDE);
-    EXPECT_EQ(context->getCullResult(), tbVolume::CONTAINMENT_OUTSIDE);
+    EXPECT_EQ(context->popCullResult(), tbVolume::PARTIAL);
+    EXPECT_EQ(context->popCullResult(), tbVolume::OUTSIDE);
+    EXPECT_EQ(context->getCullResult(), tbVolume::OUTSIDE);
     context->popVolume();
     EXPECT_EQ(context->getVolume(), nullptr);
     EXPECT_EQ(context->popGroup(), nullptr);
