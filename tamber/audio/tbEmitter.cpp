@@ -170,21 +170,21 @@ void tbEmitter::xform(const tbMatrix& m)
         position.xformPt(tbVec3(position), m);
 }
 
-void tbEmitter::setWaveName(const char* name)
+void tbEmitter::setWaveName(const char* wave)
 {
-    if (name == waveName)
+    if (wave == waveName)
         return;
-    if (!name)
+    if (!wave)
     {
         tbMemory::free(waveName);
         waveName = nullptr;
         return;
     }
-    const std::size_t bytes = std::strlen(name) + 1;
+    const std::size_t bytes = std::strlen(wave) + 1;
     if (char* block = static_cast<char*>(tbMemory::realloc(waveName, bytes)))
     {
         waveName = block;
-        std::memcpy(waveName, name, bytes);
+        std::memcpy(waveName, wave, bytes);
     }
 }
 
