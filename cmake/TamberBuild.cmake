@@ -58,6 +58,10 @@ endif()
 
 add_library(tamber_warnings INTERFACE)
 target_compile_options(tamber_warnings INTERFACE -Wall -Wextra -Wshadow -Wconversion)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  # Version 12 raises it for every "text" + std::string.
+  target_compile_options(tamber_warnings INTERFACE -Wno-restrict)
+endif()
 if(TAMBER_WARNINGS_AS_ERRORS)
   target_compile_options(tamber_warnings INTERFACE -Werror)
 endif()

@@ -105,7 +105,8 @@ std::string unknownFormat(const char* path)
         for (const char* extension : def->extensions)
             text += std::string(" ") + extension;
     text += ". Loaders were looked for in:";
-    for (const std::string& directory : tbiPlugInSearch().getDirectories())
+    const tbiPlugInSearch search;
+    for (const std::string& directory : search.getDirectories())
         text += " " + directory;
     return text;
 }

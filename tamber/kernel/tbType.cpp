@@ -91,16 +91,16 @@ tbType* firstTypeNamed(const char* name, unsigned hash)
 
 } // namespace
 
-tbType::tbType(tbType* parentType, const char* className, CreateFunc create, RemoveFunc remove,
-               tbPlugIn* supplier)
+tbType::tbType(tbType* parentType, const char* className, CreateFunc createFunction,
+               RemoveFunc removeFunction, tbPlugIn* supplier)
     : name(nullptr),
       hash(hashName(className)),
       parent(parentType),
       plugIn(supplier),
       flags(WRITABLE),
       index(-1),
-      createFunc(create),
-      removeFunc(remove)
+      createFunc(createFunction),
+      removeFunc(removeFunction)
 {
     tbiLockGuard guard(tbiLocks::type);
     if (parent)
