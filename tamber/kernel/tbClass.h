@@ -39,7 +39,7 @@ private:                                                                        
     static std::atomic<TypeClass*> classType;                                                                \
     void initInstance();
 
-#define TB_DEFINE_PATTERN(Class, Parent)                                                                     \
+#define TB_DEFINE_PATTERN_OF(Class, Parent, Writable)                                                        \
     std::atomic<Class::TypeClass*> Class::classType{nullptr};                                                \
     void Class::registerClass(tbPlugIn* plugIn)                                                              \
     {                                                                                                        \
@@ -48,7 +48,7 @@ private:                                                                        
     }                                                                                                        \
     void Class::initClass(tbPlugIn* plugIn)                                                                  \
     {                                                                                                        \
-        tbType::define<Class, Parent>(classType, #Class, &Class::createInstance, plugIn);                    \
+        tbType::define<Class, Parent, Writable>(classType, #Class, &Class::createInstance, plugIn);          \
     }                                                                                                        \
     void Class::removeClass()                                                                                \
     {                                                                                                        \
@@ -80,6 +80,8 @@ private:                                                                        
         return static_cast<Class*>(tbImportOfType(fileName, getClassType()));                                \
     }
 
+#define TB_DEFINE_PATTERN(Class, Parent) TB_DEFINE_PATTERN_OF(Class, Parent, true)
+
 /// In the source, after the includes. The class makes instances by name.
 #define TB_DEFINE_CLASS(Class, Parent)                                                                       \
     TB_DEFINE_PATTERN(Class, Parent)                                                                         \
@@ -91,6 +93,14 @@ private:                                                                        
 /// createInstance() gives null.
 #define TB_DEFINE_ABSTRACT_CLASS(Class, Parent)                                                              \
     TB_DEFINE_PATTERN(Class, Parent)                                                                         \
+    tbBase* Class::createInstance()                                                                          \
+    {                                                                                                        \
+        return nullptr;                                                                                      \
+    }
+
+/// Part of the running program: createInstance() gives null, and files pass instances over.
+#define TB_DEFINE_SERVICE_CLASS(Class, Parent)                                                               \
+    TB_DEFINE_PATTERN_OF(Class, Parent, false)                                                               \
     tbBase* Class::createInstance()                                                                          \
     {                                                                                                        \
         return nullptr;                                                                                      \

@@ -74,7 +74,7 @@ public:
     tbBase* find(const char* name, const tbBase* after, bool recursive) const;
 
     /// What a class's line in its source file forwards to.
-    template <class Class, class Parent>
+    template <class Class, class Parent, bool Writable = true>
     static void define(std::atomic<typename Class::TypeClass*>& slot, const char* name, CreateFunc create,
                        tbPlugIn* plugIn)
     {
@@ -85,9 +85,11 @@ public:
                 if (typeSlot.load(std::memory_order_acquire))
                     return;
                 tbType* parentType = Parent::getClassType();
-                typeSlot.store(new typename Class::TypeClass(parentType, className, createFunc,
-                                                             Class::removeClass, supplier),
-                               std::memory_order_release);
+                auto* type = new typename Class::TypeClass(parentType, className, createFunc,
+                                                           Class::removeClass, supplier);
+                if (!Writable)
+                    type->setWritable(false);
+                typeSlot.store(type, std::memory_order_release);
             },
             &slot, name, create, plugIn);
     }

@@ -2,7 +2,7 @@
 
 #include <tamber/thread/tbSemaphore.h>
 
-TB_DEFINE_ABSTRACT_CLASS(tbFlushThread, tbAction)
+TB_DEFINE_SERVICE_CLASS(tbFlushThread, tbAction)
 
 tbFlushThread::tbFlushThread() : finished(new tbSemaphore(0, 1))
 {

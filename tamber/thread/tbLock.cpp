@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-TB_DEFINE_ABSTRACT_CLASS(tbLock, tbBase)
+TB_DEFINE_SERVICE_CLASS(tbLock, tbBase)
 
 constinit std::atomic<bool> tbLock::locksEnabled{true};
 
@@ -168,7 +168,7 @@ bool tbLock::waitFor(tbiThreadRecord* thread, int milliseconds) const
     auto held = tbiHold(mutex);
     if (!held.owns_lock())
     {
-        owner.store(self, std::memory_order_acquire); // the thread that held it is gone with the process
+        owner.store(self, std::memory_order_relaxed); // the thread that held it is gone with the process
         return true;
     }
     const auto now = std::chrono::steady_clock::now();

@@ -6,7 +6,7 @@
 #include <climits>
 #include <cstring>
 
-TB_DEFINE_ABSTRACT_CLASS(tbQueue, tbBase)
+TB_DEFINE_SERVICE_CLASS(tbQueue, tbBase)
 
 tbQueue::tbQueue(int size, int length)
     : slots(std::max(length, 1)),

@@ -2,7 +2,7 @@
 
 #include <tamber/thread/tbiWait.h>
 
-TB_DEFINE_ABSTRACT_CLASS(tbSemaphore, tbBase)
+TB_DEFINE_SERVICE_CLASS(tbSemaphore, tbBase)
 
 constinit std::atomic<bool> tbSemaphore::enabled{true};
 

@@ -12,7 +12,7 @@
 #include <tamber/trav/tbTraitStack.h>
 #include <tamber/trav/tbTravContext.h>
 
-TB_DEFINE_ABSTRACT_CLASS(tbThread, tbBase)
+TB_DEFINE_SERVICE_CLASS(tbThread, tbBase)
 
 constinit std::atomic<int> tbThread::numDownstreamThreads{0};
 
