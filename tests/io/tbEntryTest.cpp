@@ -1,0 +1,177 @@
+#include <tamber/io/tbEntry.h>
+
+#include <tamber/io/tbFile.h>
+#include <tests/support/FileBuilder.h>
+#include <tests/support/Messages.h>
+#include <tests/support/TempFile.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace
+{
+
+// An entry of a new file, to write into and to read back.
+class Entry : public testing::Test
+{
+protected:
+    Entry()
+    {
+        EXPECT_TRUE(file.create(directory.path("entry.tb").c_str()));
+        entry = file.newEntry(file.newTag("tbAnything"));
+    }
+    std::string data() const
+    {
+        return {static_cast<const char*>(entry->getData()), std::size_t(entry->getDataSize())};
+    }
+
+    tbtest::TempDirectory directory;
+    tbFile file;
+    tbEntry* entry;
+};
+
+} // namespace
+
+TEST_F(Entry, ValuesComeBackAsTheyWereWritten)
+{
+    const int ints[] = {1, -2, std::numeric_limits<int>::min()};
+    const float floats[] = {1.5f, -0.0f, std::numeric_limits<float>::infinity()};
+    entry->writeByte('x');
+    entry->writeShort(-12345);
+    entry->writeInts(ints, 3);
+    entry->writeBool(true);
+    entry->writeBool(false);
+    entry->writeFloats(floats, 3);
+    entry->writeDouble(0.1);
+    entry->writeString("name");
+    entry->writeChunk("abc", 3);
+    entry->reset();
+
+    int readInts[3];
+    float readFloats[3];
+    char text[5];
+    char chunk[3];
+    EXPECT_EQ(entry->readByte(), 'x');
+    EXPECT_EQ(entry->readShort(), -12345);
+    entry->readInts(readInts, 3);
+    EXPECT_TRUE(std::equal(ints, ints + 3, readInts));
+    EXPECT_TRUE(entry->readBool());
+    EXPECT_FALSE(entry->readBool());
+    entry->readFloats(readFloats, 3);
+    EXPECT_TRUE(std::equal(floats, floats + 3, readFloats) && std::signbit(readFloats[1]));
+    EXPECT_EQ(entry->readDouble(), 0.1);
+    EXPECT_EQ(entry->readString(text, 5), 5);
+    EXPECT_STREQ(text, "name");
+    EXPECT_EQ(entry->readChunk(chunk, 3), 3);
+    EXPECT_EQ(std::string(chunk, 3), "abc");
+    EXPECT_EQ(entry->getRemaining(), 0);
+}
+
+TEST_F(Entry, IntegersAndFloatsStandAtFourAndDoublesAtEight)
+{
+    entry->writeByte(1);
+    entry->writeInt(2);
+    entry->writeShort(3);
+    entry->writeFloat(0);
+    entry->writeByte(4);
+    entry->writeDouble(0);
+    EXPECT_EQ(entry->getDataSize(), 32);
+    EXPECT_EQ(data().substr(1, 3), std::string(3, '\0'));
+    EXPECT_EQ(data(), tbtest::Record().byte(1).integer(2).word(3).number(0).byte(4).wide(0).get());
+}
+
+TEST_F(Entry, WritingOverOldDataKeepsWhatLiesBehind)
+{
+    for (int i = 0; i < 4; ++i)
+        entry->writeInt(i);
+    entry->reset();
+    entry->writeInt(9);
+    EXPECT_EQ(entry->getDataSize(), 16);
+    EXPECT_EQ(data(), tbtest::Record().integer(9).integer(1).integer(2).integer(3).get());
+}
+
+TEST_F(Entry, GrowsToAnyLengthWithZerosInItsGaps)
+{
+    std::string expected;
+    for (int i = 0; i < 20000; ++i)
+    {
+        entry->writeByte(1);
+        entry->writeDouble(1);
+    }
+    for (int i = 0; i < 20000; ++i)
+        expected += tbtest::Record().byte(1).wide(1).get();
+    EXPECT_EQ(data(), expected);
+}
+
+TEST_F(Entry, BeyondTheEndReadsGiveMarkersAndTheCursorStays)
+{
+    entry->setData("\1\2\3\4\5\6", 6);
+    entry->reset();
+    entry->readByte();
+    EXPECT_EQ(entry->readInt(), -1) << "an aligned integer would end behind the data";
+    EXPECT_EQ(entry->readDouble(), -1.0);
+    EXPECT_EQ(entry->getRemaining(), 5) << "what does not fit whole leaves the cursor where it was";
+
+    char text[100];
+    EXPECT_EQ(entry->readChunk(text, 100), 5);
+    EXPECT_EQ(entry->readByte(), char(-1));
+    EXPECT_EQ(entry->readShort(), short(-1));
+    EXPECT_EQ(entry->readFloat(), -1.0f);
+    EXPECT_TRUE(entry->readBool());
+    EXPECT_EQ(entry->readString(text, 4), -1);
+    EXPECT_STREQ(text, "");
+    EXPECT_EQ(entry->readChunk(text, 4), -1);
+    EXPECT_FALSE(entry->hasFailed());
+}
+
+TEST_F(Entry, RowsOfValuesEndInMarkers)
+{
+    entry->writeInt(7);
+    entry->writeInt(8);
+    entry->reset();
+    int values[4] = {0, 0, 0, 0};
+    entry->readInts(values, 4);
+    EXPECT_EQ(std::vector<int>(values, values + 4), (std::vector<int>{7, 8, -1, -1}));
+    entry->reset();
+    entry->readInts(values, -5);
+    EXPECT_EQ(entry->getRemaining(), 8);
+}
+
+TEST_F(Entry, TextsAreCutToWhatIsThereAndAlwaysEnd)
+{
+    entry->setData("abcdef", 6);
+    entry->reset();
+    char text[16];
+    EXPECT_EQ(entry->readString(text, 3), 3);
+    EXPECT_STREQ(text, "ab") << "the last byte is always zero";
+    EXPECT_EQ(entry->readString(text, 16), 16);
+    EXPECT_STREQ(text, "def");
+    EXPECT_EQ(entry->getRemaining(), 0);
+    EXPECT_EQ(entry->readString(text, -1), -1);
+}
+
+TEST_F(Entry, CountsMustFitWhatRemains)
+{
+    for (const int count : {2, -7, 0x7FFFFFFF, 0})
+        entry->writeInt(count);
+    entry->reset();
+    EXPECT_EQ(entry->readCount(6), 2);
+    EXPECT_EQ(entry->readCount(4), 0) << "a negative count is none";
+    EXPECT_FALSE(entry->hasFailed());
+    tbtest::expectMessage("entry 0 (tbAnything), byte 12: more items than the entry can hold");
+    EXPECT_EQ(entry->readCount(1), 0);
+    EXPECT_TRUE(entry->hasFailed());
+    EXPECT_EQ(file.getLastError(), tbFile::FILE_READ_ERROR);
+}
+
+TEST_F(Entry, SetDataReplacesEverything)
+{
+    for (int i = 0; i < 100; ++i)
+        entry->writeInt(i);
+    entry->setData("ab", 2);
+    EXPECT_EQ(data(), "ab");
+    entry->setData(nullptr, 5);
+    EXPECT_EQ(entry->getDataSize(), 0);
+}

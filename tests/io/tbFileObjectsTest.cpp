@@ -1,0 +1,432 @@
+#include <tamber/io/tbFile.h>
+
+#include <tests/support/FileBuilder.h>
+#include <tests/support/FileNode.h>
+#include <tests/support/Messages.h>
+#include <tests/support/TempFile.h>
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+using tbtest::FileBuilder;
+using tbtest::FileNode;
+using tbtest::Record;
+
+namespace
+{
+
+class FileObjects : public testing::Test
+{
+protected:
+    FileObjects() : before(FileNode::getNum(false)) { FileNode::makeKnown(); }
+    ~FileObjects() override
+    {
+        file.close();
+        EXPECT_EQ(FileNode::getNum(false), before) << "every object that was made is gone";
+    }
+
+    /// The object of entry 0, after the file was closed.
+    tbRef<FileNode> readBytes(const std::string& bytes)
+    {
+        tbtest::writeAll(path, bytes);
+        EXPECT_TRUE(file.open(path.c_str(), "r"));
+        tbRef<FileNode> root = static_cast<FileNode*>(file.readObject(0));
+        file.close();
+        return root;
+    }
+    bool save(const FileNode* root)
+    {
+        return file.create(path.c_str()) && root->write(&file, nullptr) && file.write();
+    }
+
+    int before;
+    tbtest::TempDirectory directory;
+    std::string path = directory.path("objects.tb");
+    tbFile file;
+};
+
+// A node with value 1, no array, and references to these children.
+std::string nodeRecord(const FileBuilder& builder, const std::vector<int>& children)
+{
+    Record record = builder.record().object().integer(1).wide(0.5).integer(-1);
+    record.integer(int(children.size()));
+    for (const int child : children)
+        record.integer(child);
+    return record;
+}
+
+// Entries that each refer to these others.
+std::string graph(const std::vector<std::vector<int>>& children)
+{
+    FileBuilder builder;
+    for (const std::vector<int>& each : children)
+        builder.add("FileNode", nodeRecord(builder, each));
+    return builder.build();
+}
+
+FileNode* child(const FileNode* node, std::size_t i = 0)
+{
+    return static_cast<FileNode*>(node->children[i].get());
+}
+
+// Nodes that a walk from `node` meets, one for each path.
+unsigned countPaths(const FileNode* node)
+{
+    unsigned number = 1;
+    const tbBase* last = nullptr;
+    unsigned below = 0;
+    for (const tbRef<tbBase>& each : node->children)
+    {
+        below = each.get() == last ? below : countPaths(static_cast<const FileNode*>(each.get()));
+        last = each.get();
+        number += below;
+    }
+    return number;
+}
+
+} // namespace
+
+TEST_F(FileObjects, GraphComesBackWithItsSharedObjectsShared)
+{
+    tbRef<FileNode> root = new FileNode;
+    FileNode* shared = new FileNode;
+    root->setName("root");
+    root->value = -5;
+    root->ratio = 1.0 / 3;
+    root->array = new tbArray(2, tbArray::INT);
+    root->addAttribute(shared);
+    for (int i = 0; i < 2; ++i)
+    {
+        auto* node = new FileNode;
+        node->add(shared);
+        node->array = root->array;
+        root->add(node);
+    }
+    ASSERT_TRUE(save(root.get()));
+    EXPECT_EQ(file.getNumEntries(), 5);
+    file.close();
+
+    ASSERT_TRUE(file.open(path.c_str(), "r"));
+    auto* read = static_cast<FileNode*>(file.readObject(0));
+    ASSERT_TRUE(read);
+    EXPECT_EQ(file.readObject(0), read);
+    file.close();
+    EXPECT_EQ(read->getRefCount(), 0) << "the outermost object is the program's";
+    tbRef<FileNode> copy = read;
+    EXPECT_TRUE(*copy == *root);
+    EXPECT_EQ(copy->value, -5);
+    EXPECT_EQ(copy->ratio, 1.0 / 3);
+    ASSERT_EQ(copy->children.size(), 2u);
+    EXPECT_EQ(child(copy.get(), 0)->getRefCount(), 1) << "one holder, one reference";
+    EXPECT_EQ(child(child(copy.get(), 0)), child(child(copy.get(), 1)));
+    EXPECT_EQ((*copy->getAttribList())[0], child(child(copy.get(), 0)));
+    EXPECT_EQ(child(child(copy.get(), 0))->getRefCount(), 3);
+    EXPECT_EQ(copy->array, child(copy.get(), 1)->array);
+    EXPECT_EQ(copy->array->getRefCount(), 3);
+}
+
+TEST_F(FileObjects, OtherByteOrderReadsAlike)
+{
+    FileBuilder builder(true);
+    builder.add("FileNode", builder.record()
+                                .name("root")
+                                .word(0x102)
+                                .integer(1)
+                                .integer(1)
+                                .integer(77)
+                                .wide(0.1)
+                                .integer(2)
+                                .integer(0));
+    builder.add("FileNode", nodeRecord(builder, {}));
+    builder.add("tbArray", builder.record().word(5).integer(2).number(1).number(2).number(3).number(0.1f));
+    const tbRef<FileNode> root = readBytes(builder.build());
+    ASSERT_TRUE(root);
+    EXPECT_STREQ(root->getName(), "root");
+    EXPECT_EQ(root->value, 77);
+    EXPECT_EQ(root->ratio, 0.1);
+    EXPECT_EQ((*root->getAttribList())[0]->getRefCount(), 1);
+    EXPECT_EQ(static_cast<float*>(root->array->getData())[3], 0.1f);
+}
+
+TEST_F(FileObjects, TwoSavesAreTheSameBytes)
+{
+    tbRef<FileNode> root = new FileNode;
+    for (int i = 0; i < 50; ++i)
+    {
+        auto* node = new FileNode;
+        node->setName(std::string(std::size_t(i), 'n').c_str());
+        root->add(node);
+    }
+    ASSERT_TRUE(save(root.get()));
+    const std::string first = tbtest::readAll(path);
+    const std::string dirt(100000, 'z'); // what the heap may hand out next
+    ASSERT_TRUE(save(root.get()));
+    EXPECT_EQ(tbtest::readAll(path), first);
+}
+
+TEST_F(FileObjects, ReferencesThatLeadNowhereAreNull)
+{
+    tbtest::expectMessage("entry 0 (FileNode)", 4);
+    FileBuilder builder;
+    builder.add("FileNode", nodeRecord(builder, {-1, 99, 1, 0, 2, 3}));
+    builder.add("tbArray", builder.record().word(3).integer(0));
+    builder.add("FileNode", nodeRecord(builder, {}));
+    FileBuilder::Entry& untagged = builder.add("FileNode", nodeRecord(builder, {}));
+    untagged.tag = 0xFFFFFFFF;
+    const tbRef<FileNode> root = readBytes(builder.build());
+    ASSERT_TRUE(root);
+    EXPECT_EQ(root->children.size(), 1u);
+    EXPECT_EQ(file.getLastError(), tbFile::FILE_READ_ERROR);
+}
+
+TEST_F(FileObjects, ArrayReferencesTakeOnlyArrays)
+{
+    tbtest::expectMessage("a reference to an entry of another kind", 2);
+    FileBuilder builder;
+    builder.add("FileNode", builder.record().object().integer(0).wide(0).integer(2).integer(1).integer(1));
+    builder.add("FileNode", builder.record().object().integer(0).wide(0).integer(2).integer(0));
+    builder.add("FileNode", nodeRecord(builder, {}));
+    const tbRef<FileNode> root = readBytes(builder.build());
+    ASSERT_TRUE(root);
+    EXPECT_FALSE(root->array);
+    EXPECT_FALSE(child(root.get())->array);
+}
+
+TEST_F(FileObjects, UnknownClassesAreNamedOnceAndLeftOut)
+{
+    FileBuilder builder;
+    builder.add("FileNode", nodeRecord(builder, {1, 2, 3}));
+    builder.add("tbNobodysClass", "");
+    builder.add("tbNobodysClass", "");
+    builder.add("FileNode", nodeRecord(builder, {}));
+    tbtest::expectMessage("no plug-in supplies the class tbNobodysClass");
+    const tbRef<FileNode> root = readBytes(builder.build());
+    ASSERT_TRUE(root);
+    EXPECT_EQ(root->children.size(), 1u);
+}
+
+TEST_F(FileObjects, ClassesThatMustNotComeFromAFileDoNot)
+{
+    tbtest::expectMessage("a class of which files make no objects");
+    FileNode::getClassType()->setWritable(false);
+    EXPECT_FALSE(readBytes(graph({{}})));
+    FileNode::getClassType()->setWritable(true);
+}
+
+TEST_F(FileObjects, CyclesAreCutWhereTheyClose)
+{
+    tbtest::expectMessage("which would close a cycle", 2);
+    const tbRef<FileNode> root = readBytes(graph({{1}, {2}, {0, 1, 3}, {}}));
+    ASSERT_TRUE(root);
+    const FileNode* last = child(child(root.get()));
+    EXPECT_EQ(last->children.size(), 1u);
+    EXPECT_EQ(child(last)->children.size(), 0u);
+}
+
+TEST_F(FileObjects, FailedReadIsNullForEveryReference)
+{
+    tbtest::expectMessage("entry 1 (FileNode), byte 12: more items than the entry can hold");
+    FileBuilder builder;
+    builder.add("FileNode", nodeRecord(builder, {1, 2, 1}));
+    builder.add("FileNode", builder.record().integer(0).word(0).integer(1000));
+    builder.add("FileNode", nodeRecord(builder, {1, 3}));
+    builder.add("FileNode", nodeRecord(builder, {}));
+    const tbRef<FileNode> root = readBytes(builder.build());
+    ASSERT_TRUE(root);
+    EXPECT_EQ(root->children.size(), 1u);
+    EXPECT_EQ(child(root.get())->children.size(), 1u);
+}
+
+TEST_F(FileObjects, CountsAndLengthsAreCheckedBeforeMemoryIsTaken)
+{
+    FileBuilder builder;
+    const Record faults[] = {
+        builder.record().integer(0x7FFFFFFF),                                            // name
+        builder.record().integer(1),                                                     // name without text
+        builder.record().integer(0).word(0).integer(0x7FFFFFFF),                         // attributes
+        builder.record().object().integer(0).wide(0).integer(-1).integer(0x40000000),    // children
+        builder.record().object().integer(0).wide(0).integer(-1).integer(2).integer(-1), // one too many
+    };
+    for (const Record& fault : faults)
+    {
+        FileBuilder faulty;
+        faulty.add("FileNode", fault);
+        tbtest::expectMessage("more items than the entry can hold");
+        EXPECT_FALSE(readBytes(faulty.build()));
+    }
+}
+
+TEST_F(FileObjects, ShortRecordEndsInMarkersAndNegativeCountsAreNone)
+{
+    FileBuilder builder;
+    builder.add("FileNode", builder.record().integer(-3).word(0).integer(-1));
+    const tbRef<FileNode> root = readBytes(builder.build());
+    ASSERT_TRUE(root);
+    EXPECT_EQ(root->getName(), nullptr);
+    EXPECT_EQ(root->getAttribList(), nullptr);
+    EXPECT_EQ(root->value, -1);
+    EXPECT_EQ(root->ratio, -1.0);
+}
+
+TEST_F(FileObjects, NestingHasALimitThatMayBeMoved)
+{
+    std::vector<std::vector<int>> chain;
+    for (int i = 1; i < 1200; ++i)
+        chain.push_back({i});
+    chain.push_back({});
+    const std::string bytes = graph(chain);
+    const auto depthOf = [](const tbRef<FileNode>& root)
+    {
+        int depth = 0;
+        for (const FileNode* node = root.get(); !node->children.empty(); node = child(node))
+            ++depth;
+        return depth;
+    };
+    tbtest::expectMessage("references nest too deep", 2);
+    EXPECT_EQ(depthOf(readBytes(bytes)), 1024);
+    file.setMaxDepth(10);
+    EXPECT_EQ(depthOf(readBytes(bytes)), 10);
+    file.setMaxDepth(2000);
+    EXPECT_EQ(depthOf(readBytes(bytes)), 1199);
+}
+
+TEST_F(FileObjects, PathsThroughTheGraphAreCounted)
+{
+    std::vector<std::vector<int>> lattice;
+    for (int level = 1; level < 40; ++level)
+        lattice.push_back({level, level});
+    lattice.push_back({});
+    tbtest::expectMessage("the graph has too many paths");
+    const tbRef<FileNode> root = readBytes(graph(lattice));
+    EXPECT_LE(countPaths(root.get()), 1u << 24);
+
+    file.setMaxObjects(8);
+    tbtest::expectMessage("the graph has too many paths");
+    const tbRef<FileNode> small = readBytes(graph({{1, 2, 3}, {4, 4}, {4, 4}, {4}, {}}));
+    EXPECT_EQ(small->children.size(), 2u);
+    EXPECT_EQ(countPaths(small.get()), 7u);
+}
+
+TEST_F(FileObjects, DeeperGraphIsNotWrittenAtAll)
+{
+    tbtest::writeAll(path, "old");
+    file.setMaxDepth(3);
+    for (const int depth : {3, 4})
+    {
+        tbRef<FileNode> root = new FileNode;
+        FileNode* last = root.get();
+        for (int i = 0; i < depth; ++i)
+        {
+            last->add(new FileNode);
+            last = child(last);
+        }
+        EXPECT_EQ(save(root.get()), depth == 3) << depth;
+        if (depth == 3)
+            tbtest::writeAll(path, "old");
+    }
+    EXPECT_EQ(file.getLastError(), tbFile::FILE_WRITE_ERROR);
+    file.close();
+    EXPECT_EQ(tbtest::readAll(path), "old");
+}
+
+TEST_F(FileObjects, CyclicGraphIsWrittenOnce)
+{
+    tbRef<FileNode> root = new FileNode;
+    root->add(new FileNode);
+    child(root.get())->add(root.get());
+    ASSERT_TRUE(save(root.get()));
+    EXPECT_EQ(file.getNumEntries(), 2);
+    child(root.get())->children.clear();
+}
+
+TEST_F(FileObjects, UnwritableObjectsAreWrittenAsNoReference)
+{
+    tbRef<FileNode> root = new FileNode;
+    root->add(new FileNode);
+    root->addAttribute(child(root.get()));
+    FileNode::getClassType()->setWritable(false);
+    ASSERT_TRUE(save(root.get()));
+    EXPECT_EQ(file.getNumEntries(), 1);
+    FileNode::getClassType()->setWritable(true);
+    const tbRef<FileNode> read = readBytes(tbtest::readAll(path));
+    EXPECT_EQ(read->children.size(), 0u);
+    EXPECT_EQ(read->getAttribList(), nullptr);
+}
+
+TEST_F(FileObjects, ObjectsWithoutAPlaceGoWithTheFile)
+{
+    tbtest::writeAll(path, graph({{1}, {}}));
+    ASSERT_TRUE(file.open(path.c_str(), "r"));
+    tbRef<FileNode> root = static_cast<FileNode*>(file.readObject(0));
+    tbRef<FileNode> kept = static_cast<FileNode*>(file.readObject(1));
+    EXPECT_EQ(kept, child(root.get()));
+    root->children.clear();
+    EXPECT_EQ(FileNode::getNum(false), before + 2);
+    file.close();
+    EXPECT_EQ(kept->getRefCount(), 1);
+    kept.reset();
+    EXPECT_EQ(FileNode::getNum(false), before + 1);
+}
+
+TEST_F(FileObjects, ReadsItselfFromTheFirstEntryOfItsClass)
+{
+    tbtest::writeAll(path, graph({{1}, {}}));
+    ASSERT_TRUE(file.open(path.c_str(), "r"));
+    tbRef<FileNode> node = new FileNode;
+    EXPECT_TRUE(node->read(&file, nullptr));
+    EXPECT_EQ(node->value, 1);
+    EXPECT_EQ(node->children.size(), 1u);
+    ASSERT_TRUE(file.create(path.c_str()));
+    EXPECT_FALSE(node->read(&file, nullptr));
+}
+
+TEST_F(FileObjects, OneObjectMayBeReferencedManyTimes)
+{
+    const tbRef<FileNode> root = readBytes(graph({std::vector<int>(70000, 1), {}}));
+    ASSERT_TRUE(root);
+    EXPECT_EQ(child(root.get())->getRefCount(), 70000);
+}
+
+TEST_F(FileObjects, NoPrefixAndNoChangedByteDoesHarm)
+{
+    tbRef<FileNode> root = new FileNode;
+    root->setName("root");
+    root->array = new tbArray(3, tbArray::VEC3);
+    root->addAttribute(new FileNode);
+    root->add(new FileNode);
+    root->add(child(root.get()));
+    ASSERT_TRUE(save(root.get()));
+    file.close();
+    root.reset();
+    std::string bytes = tbtest::readAll(path);
+    const std::size_t gap = 96 + 68 * 2 + 24 * 4; // nothing is ever read between here and the data
+    const std::size_t data = gap + 88 * 4;
+
+    tbtest::allowMessages();
+    const auto readEverything = [&](const std::string& damaged)
+    {
+        tbtest::writeAll(path, damaged);
+        std::vector<tbRef<tbBase>> objects;
+        if (file.open(path.c_str(), "r"))
+            for (int i = 0; i < file.getNumEntries(); ++i)
+                objects.emplace_back(file.readObject(i));
+        EXPECT_GE(file.getLastError(), tbFile::FILE_OK);
+        EXPECT_LE(file.getLastError(), tbFile::FILE_WRITE_ERROR);
+        file.close();
+    };
+    const std::size_t held = tbMemory::getSize();
+    for (std::size_t length = 0; length < bytes.size(); length += length == gap ? data - gap : 1)
+        readEverything(bytes.substr(0, length));
+    for (std::size_t i = 0; i < bytes.size(); i += i + 1 == gap ? data - gap + 1 : 1)
+    {
+        for (const char wrong : {'\0', '\x7F', '\x80', '\xFF'})
+        {
+            const char right = std::exchange(bytes[i], wrong);
+            readEverything(bytes);
+            bytes[i] = right;
+        }
+    }
+    EXPECT_EQ(tbMemory::getSize(), held);
+    EXPECT_EQ(FileNode::getNum(false), before);
+}

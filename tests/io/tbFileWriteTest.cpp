@@ -1,0 +1,160 @@
+#include <tamber/io/tbFile.h>
+
+#include <tests/support/FileBuilder.h>
+#include <tests/support/Messages.h>
+#include <tests/support/TempFile.h>
+
+#include <gtest/gtest.h>
+
+using tbtest::FileBuilder;
+using tbtest::Record;
+
+namespace
+{
+
+class FileWrite : public testing::Test
+{
+protected:
+    tbEntry* addEntry(const std::string& data, tbEntry::COMPRESSION compression = tbEntry::NO_COMPRESSION)
+    {
+        tbEntry* entry = file.newEntry(file.newTag("tbOne"));
+        entry->setData(data.data(), int(data.size()));
+        entry->setVersion(0x01020000);
+        entry->setCompression(compression);
+        return entry;
+    }
+
+    tbtest::TempDirectory directory;
+    std::string path = directory.path("file.tb");
+    tbFile file;
+};
+
+} // namespace
+
+TEST_F(FileWrite, LayoutIsExactAndGapsAreZero)
+{
+    FileBuilder expected;
+    expected.add("tbOne", Record().integer(1));
+    expected.add("tbOne", Record().name("text"));
+    ASSERT_TRUE(file.create(path.c_str()));
+    addEntry(Record().integer(1));
+    addEntry(Record().name("text"));
+    ASSERT_TRUE(file.write());
+    EXPECT_EQ(tbtest::readAll(path), expected.build());
+}
+
+TEST_F(FileWrite, OldFileStaysUntilTheNewOneIsComplete)
+{
+    tbtest::writeAll(path, "old");
+    ASSERT_TRUE(file.create(path.c_str()));
+    addEntry("data");
+    EXPECT_EQ(tbtest::readAll(path), "old");
+    file.close();
+    EXPECT_EQ(tbtest::readAll(path), "old");
+    EXPECT_EQ(directory.count(), 1) << "nothing is left behind";
+
+    ASSERT_TRUE(file.create(path.c_str()));
+    addEntry("data");
+    ASSERT_TRUE(file.write());
+    EXPECT_TRUE(tbFile::isTamberFormat(path.c_str()));
+    EXPECT_EQ(directory.count(), 1);
+}
+
+TEST_F(FileWrite, RefusesTargetsThatCannotBeReplaced)
+{
+    for (const std::string& name : {std::string(), directory.path("."), directory.path("absent/file.tb")})
+    {
+        EXPECT_FALSE(file.create(name.c_str())) << name;
+        EXPECT_EQ(file.getLastError(), tbFile::FILE_CANNOT_OPEN);
+    }
+    EXPECT_FALSE(file.create(nullptr));
+    EXPECT_FALSE(file.write());
+    EXPECT_EQ(file.getLastError(), tbFile::FILE_NOT_OPEN);
+    FileBuilder builder;
+    builder.add("tbOne", "data");
+    tbtest::writeAll(path, builder.build());
+    ASSERT_TRUE(file.open(path.c_str(), "r"));
+    EXPECT_FALSE(file.write());
+    EXPECT_EQ(file.getLastError(), tbFile::FILE_NOT_WRITABLE);
+}
+
+TEST_F(FileWrite, RunsArePackedWhenItPays)
+{
+    ASSERT_TRUE(file.create(path.c_str()));
+    const tbEntry* nine = addEntry(std::string(9, 'x'), tbEntry::RLE);
+    const tbEntry* thousand = addEntry(std::string(1000, 'x'), tbEntry::RLE);
+    std::string mixed;
+    for (int i = 0; i < 300; ++i)
+        mixed += char(i);
+    const tbEntry* unpackable = addEntry(mixed, tbEntry::RLE);
+    std::string rough = std::string(255, 'a') + "b" + std::string(600, 'c') + std::string(255, 'd');
+    addEntry(rough, tbEntry::RLE);
+    ASSERT_TRUE(file.write());
+    EXPECT_EQ(nine->getDataSize(), 9);
+    EXPECT_EQ(tbtest::readAll(path).size(), 96u + 68 + 112 * 4 + 9 + (4 + 9) + 300 + (4 + 13));
+
+    ASSERT_TRUE(file.open(path.c_str(), "r"));
+    const std::string data[] = {std::string(9, 'x'), std::string(1000, 'x'), mixed, rough};
+    const tbEntry::COMPRESSION packed[] = {tbEntry::NO_COMPRESSION, tbEntry::RLE, tbEntry::NO_COMPRESSION,
+                                           tbEntry::RLE};
+    for (int i = 0; i < 4; ++i)
+    {
+        tbEntry* entry = file.getEntry(i);
+        ASSERT_TRUE(file.readEntry(entry));
+        EXPECT_EQ(entry->getCompression(), packed[i]) << i;
+        EXPECT_EQ(std::string(static_cast<char*>(entry->getData()), std::size_t(entry->getDataSize())),
+                  data[i]);
+    }
+    static_cast<void>(thousand);
+    static_cast<void>(unpackable);
+}
+
+TEST_F(FileWrite, RewritingKeepsWhatWasNeverLoadedAndItsByteOrder)
+{
+    FileBuilder builder(true);
+    builder.add("tbOne", builder.record().integer(5).wide(2.5));
+    builder.add("tbOne", std::string(300, 'x'));
+    tbtest::writeAll(path, builder.build() + std::string(5000, 'y'));
+    ASSERT_TRUE(file.open(path.c_str(), "rw"));
+    addEntry(Record().integer(6));
+    ASSERT_TRUE(file.write());
+    ASSERT_TRUE(file.write()) << "a second time, from what the first wrote";
+    EXPECT_EQ(tbtest::readAll(path).size(), 96u + 68 + 112 * 3 + 16 + 300 + 4) << "cut at its new end";
+
+    ASSERT_TRUE(file.open(path.c_str(), "r"));
+    ASSERT_TRUE(file.readEntry(file.getEntry(0)) && file.readEntry(file.getEntry(2)));
+    EXPECT_TRUE(file.getEntry(0)->isByteSwapped());
+    EXPECT_EQ(file.getEntry(0)->readInt(), 5);
+    EXPECT_EQ(file.getEntry(0)->readDouble(), 2.5);
+    EXPECT_FALSE(file.getEntry(2)->isByteSwapped());
+    EXPECT_EQ(file.getEntry(2)->readInt(), 6);
+}
+
+TEST_F(FileWrite, DamagedEntryKeepsTheOldFile)
+{
+    FileBuilder builder;
+    builder.add("tbOne", "data").size = 1000;
+    const std::string bytes = builder.build();
+    tbtest::writeAll(path, bytes);
+    ASSERT_TRUE(file.open(path.c_str(), "rw"));
+    tbtest::expectMessage("the data lies outside");
+    EXPECT_FALSE(file.write());
+    EXPECT_EQ(file.getLastError(), tbFile::FILE_READ_ERROR);
+    EXPECT_FALSE(file.isOpen());
+    EXPECT_EQ(tbtest::readAll(path), bytes);
+    EXPECT_EQ(directory.count(), 1);
+}
+
+TEST_F(FileWrite, PartlyRewrittenEntryBeginsAnew)
+{
+    FileBuilder builder;
+    builder.add("tbOne", std::string(64, 'x'));
+    tbtest::writeAll(path, builder.build());
+    ASSERT_TRUE(file.open(path.c_str(), "rw"));
+    file.getEntry(0)->writeInt(7);
+    EXPECT_EQ(file.getEntry(0)->getDataSize(), 4);
+    ASSERT_TRUE(file.write());
+    ASSERT_TRUE(file.readEntry(file.getEntry(0)));
+    file.getEntry(0)->reset();
+    EXPECT_EQ(file.getEntry(0)->readInt(), 7);
+}

@@ -1,0 +1,70 @@
+// Composes files of the native format byte by byte, in either byte order and with any fault.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tbtest
+{
+/// The data of one entry, with the gaps that its alignment needs.
+class Record
+{
+public:
+    explicit Record(bool otherOrder = false) : swapped(otherOrder) {}
+
+    Record& byte(int value);
+    Record& word(int value);    // 16 bits
+    Record& integer(int value); // 32 bits
+    Record& number(float value);
+    Record& wide(double value);
+    Record& bytes(const std::string& text);
+    /// A length with its terminating zero, then the text.
+    Record& name(const std::string& text);
+    /// What every object begins with: no name, no flags, and references to its attributes.
+    Record& object(const std::vector<int>& attributes = {});
+
+    const std::string& get() const { return data; }
+    operator const std::string&() const { return data; }
+
+private:
+    Record& put(std::uint64_t value, int width, int alignment);
+
+    bool swapped;
+    std::string data;
+};
+
+class FileBuilder
+{
+public:
+    struct Entry
+    {
+        std::string data;
+        std::uint32_t magic = 0xBA773265;
+        std::uint32_t tag = 0;
+        std::uint32_t offset = 0; // where the data is put, unless it is set to something else
+        std::uint32_t compression = 0;
+        std::uint32_t size = 0;
+        std::uint32_t version = 0x01020000;
+    };
+
+    explicit FileBuilder(bool otherOrder = false) : swapped(otherOrder) {}
+
+    /// Appends an entry, and its tag when it is new; the entry may be changed before build().
+    Entry& add(const std::string& className, const std::string& data);
+    Record record() const { return Record(swapped); }
+    std::string build() const;
+
+    std::vector<std::string> tags;
+    std::vector<Entry> entries;
+    std::uint32_t version = 0x01020000;
+    /// Instead of the true numbers.
+    std::int64_t numEntries = -1;
+    std::int64_t numTags = -1;
+
+private:
+    void put(std::string& out, std::uint32_t value) const;
+
+    bool swapped;
+};
+} // namespace tbtest
