@@ -1,0 +1,53 @@
+// For tests with several threads: no wait in them is without an end.
+#pragma once
+
+#include <tamber/action/tbAction.h>
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <thread>
+
+namespace tbtest
+{
+/// Whether `condition` comes true within ten seconds. Looks often, so that a test takes no longer than it must.
+template <class Condition>
+bool comesTrue(Condition condition)
+{
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!condition())
+    {
+        if (std::chrono::steady_clock::now() > deadline)
+            return false;
+        std::this_thread::sleep_for(std::chrono::microseconds(200));
+    }
+    return true;
+}
+
+inline void sleep(int milliseconds)
+{
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
+/// An action made of a function; counts how often it was applied.
+class FuncAction : public tbAction
+{
+public:
+    using Func = std::function<bool(tbBase* initiator, tbEvent* event)>;
+
+    FuncAction() = default;
+    explicit FuncAction(Func toDo) : func(std::move(toDo)) {}
+
+    bool apply(tbBase* initiator, tbEvent* event) override
+    {
+        const bool done = !func || func(initiator, event);
+        times.fetch_add(1);
+        return done;
+    }
+    int getTimes() const { return times; }
+
+private:
+    Func func;
+    std::atomic<int> times{0};
+};
+} // namespace tbtest

@@ -1,0 +1,191 @@
+#include <tamber/thread/tbEvent.h>
+
+#include <tamber/action/tbActionNode.h>
+#include <tamber/kernel/tbRef.h>
+#include <tests/support/Threads.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using tbtest::FuncAction;
+
+namespace
+{
+
+class NodeAction : public tbActionNode
+{
+public:
+    explicit NodeAction(std::string& order) : log(order) {}
+    using tbGroup::apply;
+    bool apply(tbBase*, tbEvent*) override
+    {
+        log += 'n';
+        return true;
+    }
+
+private:
+    std::string& log;
+};
+
+} // namespace
+
+TEST(Event, RunsActionsThenNodesInOrderWithInitiatorAndEvent)
+{
+    const tbRef<tbEvent> event = new tbEvent;
+    const tbRef<tbEvent> initiator = new tbEvent;
+    std::string log;
+    event->addAction(new NodeAction(log));
+    for (const char letter : {'a', 'b'})
+        event->addAction(new FuncAction(
+            [&, letter](tbBase* by, tbEvent* of)
+            {
+                EXPECT_EQ(by, initiator.get());
+                EXPECT_EQ(of, event.get());
+                log += letter;
+                return false;
+            }));
+    event->addAction(static_cast<tbAction*>(nullptr));
+    EXPECT_EQ(event->getTime(), 0);
+    event->trigger(initiator.get());
+    EXPECT_EQ(log, "abn");
+    EXPECT_GT(event->getTime(), 0);
+    EXPECT_EQ(event->getInitiator(), initiator.get());
+    EXPECT_EQ(initiator->getRefCount(), 1);
+    EXPECT_EQ(event->getNumActions(), 2);
+    EXPECT_EQ(event->getNumActionNodes(), 1);
+    EXPECT_EQ(event->getAction(2), nullptr);
+}
+
+TEST(Event, DisabledItWakesButRunsNothing)
+{
+    const tbRef<tbEvent> event = new tbEvent;
+    const tbRef<FuncAction> action = new FuncAction;
+    event->addAction(action.get());
+    event->enable(false);
+    std::atomic<bool> woken{false};
+    std::thread waiting([&] { woken = event->waitForTrigger(10000); });
+    EXPECT_TRUE(tbtest::comesTrue(
+        [&]
+        {
+            event->trigger(nullptr);
+            return woken.load();
+        }));
+    waiting.join();
+    EXPECT_EQ(action->getTimes(), 0);
+    EXPECT_EQ(event->getTime(), 0);
+}
+
+TEST(Event, TriggerIsNotRememberedForWhoWaitsLater)
+{
+    const tbRef<tbEvent> event = new tbEvent;
+    event->trigger(nullptr);
+    EXPECT_FALSE(event->waitForTrigger(10));
+    EXPECT_FALSE(event->waitForTrigger(0));
+}
+
+TEST(Event, OneTriggerWakesEveryThreadThatWaits)
+{
+    const tbRef<tbEvent> event = new tbEvent;
+    constexpr int NUM_THREADS = 5;
+    std::atomic<int> woken{0}, entered{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < NUM_THREADS; ++i)
+        threads.emplace_back(
+            [&]
+            {
+                entered.fetch_add(1);
+                if (event->waitForTrigger(10000))
+                    woken.fetch_add(1);
+            });
+    ASSERT_TRUE(tbtest::comesTrue([&] { return entered == NUM_THREADS; }));
+    tbtest::sleep(50);
+    event->trigger(nullptr);
+    EXPECT_TRUE(tbtest::comesTrue([&] { return woken == NUM_THREADS; }));
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+TEST(Event, ThreadsThatWaitOverAndOverMissNothingThatComesWhileTheyWait)
+{
+    const tbRef<tbEvent> ping = new tbEvent;
+    std::atomic<int> round{0}, answers{0};
+    std::thread other(
+        [&]
+        {
+            for (int i = 0; i < 200; ++i)
+            {
+                round = i + 1;
+                if (ping->waitForTrigger(10000))
+                    answers.fetch_add(1);
+            }
+        });
+    for (int i = 0; i < 200; ++i)
+    {
+        ASSERT_TRUE(tbtest::comesTrue([&] { return round > i; }));
+        while (answers <= i)
+            ping->trigger(nullptr);
+    }
+    other.join();
+    EXPECT_EQ(answers, 200);
+}
+
+TEST(Event, ActionsMayChangeTheirEventAndTriggerIt)
+{
+    const tbRef<tbEvent> event = new tbEvent;
+    int depth = 0;
+    const tbRef<FuncAction> late = new FuncAction;
+    event->addAction(new FuncAction(
+        [&](tbBase*, tbEvent* of)
+        {
+            if (depth++ == 0)
+            {
+                of->addAction(late.get());
+                of->trigger(nullptr);
+            }
+            return true;
+        }));
+    event->trigger(nullptr);
+    EXPECT_EQ(depth, 2);
+    EXPECT_EQ(late->getTimes(), 1);
+}
+
+TEST(Event, IsAnActionOfOthers)
+{
+    const tbRef<tbEvent> event = new tbEvent;
+    const tbRef<FuncAction> action = new FuncAction;
+    event->addAction(action.get());
+    EXPECT_TRUE(event->apply(event.get(), nullptr));
+    tbEvent::trigger(event.get(), nullptr);
+    tbEvent::trigger(nullptr, nullptr);
+    EXPECT_EQ(action->getTimes(), 2);
+}
+
+TEST(Event, IsFoundByNameOrMade)
+{
+    const tbRef<tbEvent> event = tbEvent::findOrCreate("EventTest.doorOpens");
+    EXPECT_EQ(tbEvent::findOrCreate("EventTest.doorOpens"), event.get());
+    EXPECT_EQ(tbEvent::findOrCreate(""), nullptr);
+    EXPECT_EQ(tbEvent::findOrCreate(nullptr), nullptr);
+}
+
+TEST(Event, CopyHoldsTheSameActionsAndLetsThemGo)
+{
+    const tbRef<FuncAction> action = new FuncAction;
+    tbRef<tbEvent> event = new tbEvent;
+    event->addAction(action.get());
+    event->enable(false);
+    {
+        const tbRef<tbBase> copy = event->createCopy();
+        EXPECT_EQ(action->getRefCount(), 3);
+        EXPECT_FALSE(static_cast<tbEvent*>(copy.get())->isEnabled());
+        const tbRef<tbEvent> other = new tbEvent;
+        *other = *event;
+        *other = *other;
+        EXPECT_EQ(action->getRefCount(), 4);
+    }
+    EXPECT_EQ(action->getRefCount(), 2);
+    event.reset();
+    EXPECT_EQ(action->getRefCount(), 1);
+}

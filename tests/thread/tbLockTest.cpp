@@ -1,0 +1,244 @@
+#include <tamber/thread/tbLock.h>
+
+#include <tamber/kernel/tbRef.h>
+#include <tamber/thread/tbiLockGuard.h>
+#include <tests/support/Threads.h>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace
+{
+
+bool isFree(const tbLock& lock)
+{
+    bool got = false;
+    std::thread(
+        [&]
+        {
+            got = lock.available();
+            if (got)
+                lock.release();
+        })
+        .join();
+    return got;
+}
+
+} // namespace
+
+TEST(Lock, IsReleasedAsOftenAsItWasAcquired)
+{
+    const tbRef<tbLock> lock = new tbLock;
+    lock->acquire();
+    EXPECT_TRUE(lock->available());
+    EXPECT_FALSE(isFree(*lock));
+    lock->release();
+    EXPECT_TRUE(lock->isHeld());
+    EXPECT_FALSE(isFree(*lock));
+    lock->release();
+    EXPECT_FALSE(lock->isHeld());
+    EXPECT_TRUE(isFree(*lock));
+}
+
+TEST(Lock, IsNotReleasedByAStranger)
+{
+    const tbRef<tbLock> lock = new tbLock;
+    lock->release();
+    lock->acquire();
+    std::thread([&] { lock->release(); }).join();
+    EXPECT_TRUE(lock->isHeld());
+    lock->release();
+    EXPECT_TRUE(isFree(*lock));
+}
+
+TEST(Lock, AcquireEndsWithItsTimeOut)
+{
+    const tbRef<tbLock> lock = new tbLock;
+    EXPECT_EQ(lock->getTimeOut(), -1);
+    lock->setTimeOut(30);
+    lock->acquire();
+    std::thread(
+        [&]
+        {
+            const auto start = std::chrono::steady_clock::now();
+            lock->acquire();
+            EXPECT_FALSE(lock->isHeld());
+            lock->acquire(20);
+            EXPECT_FALSE(lock->isHeld());
+            EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(50));
+            lock->release();
+        })
+        .join();
+    EXPECT_TRUE(lock->isHeld());
+    lock->release();
+}
+
+TEST(Lock, WaitingThreadGetsItWhenItIsReleased)
+{
+    const tbRef<tbLock> lock = new tbLock;
+    lock->acquire();
+    std::atomic<bool> got{false};
+    std::thread waiting(
+        [&]
+        {
+            lock->acquire();
+            got = lock->isHeld();
+            lock->release();
+        });
+    tbtest::sleep(20);
+    EXPECT_FALSE(got);
+    lock->release();
+    waiting.join();
+    EXPECT_TRUE(got);
+}
+
+TEST(Lock, IsTakenOverFromAThreadThatEnded)
+{
+    std::vector<tbRef<tbLock>> locks;
+    for (int i = 0; i < 100; ++i) // more than a thread's record holds at first
+        locks.emplace_back(new tbLock);
+    std::thread(
+        [&]
+        {
+            for (const auto& lock : locks)
+                lock->acquire();
+            locks[7]->acquire();
+            locks[8]->release();
+        })
+        .join();
+    for (const auto& lock : locks)
+    {
+        ASSERT_TRUE(lock->available());
+        lock->release();
+        ASSERT_TRUE(isFree(*lock));
+    }
+}
+
+TEST(Lock, AThreadThatEndsHandsItToOneThatWaits)
+{
+    const tbRef<tbLock> lock = new tbLock;
+    std::atomic<bool> held{false}, go{false};
+    std::thread owner(
+        [&]
+        {
+            lock->acquire();
+            held = true;
+            tbtest::comesTrue([&] { return go.load(); });
+        });
+    ASSERT_TRUE(tbtest::comesTrue([&] { return held.load(); }));
+    std::thread waiting(
+        [&]
+        {
+            lock->acquire();
+            EXPECT_TRUE(lock->isHeld());
+            lock->release();
+        });
+    tbtest::sleep(10);
+    go = true;
+    owner.join();
+    waiting.join();
+}
+
+TEST(Lock, MayBeDestroyedWhileAThreadThatHeldItLives)
+{
+    std::atomic<int> step{0};
+    auto* lock = new tbLock;
+    lock->ref();
+    std::thread holder(
+        [&]
+        {
+            lock->acquire();
+            step = 1;
+            tbtest::comesTrue([&] { return step == 2; });
+            const tbRef<tbLock> another = new tbLock;
+            another->acquire();
+        });
+    ASSERT_TRUE(tbtest::comesTrue([&] { return step == 1; }));
+    lock->unRef();
+    step = 2;
+    holder.join();
+}
+
+TEST(Lock, HandOverHandLocksStayWithinTheRecord)
+{
+    std::vector<tbRef<tbLock>> locks;
+    for (int i = 0; i < 3; ++i)
+        locks.emplace_back(new tbLock);
+    locks[0]->acquire();
+    for (std::size_t i = 0; i < 1000; ++i)
+    {
+        locks[(i + 1) % 3]->acquire();
+        locks[i % 3]->release();
+    }
+    EXPECT_TRUE(locks[1000 % 3]->isHeld());
+    locks[1000 % 3]->release();
+    for (const auto& lock : locks)
+        EXPECT_TRUE(isFree(*lock));
+}
+
+TEST(Lock, ExcludesUnderLoadAlsoWithTimeOutsAndReentry)
+{
+    const tbRef<tbLock> lock = new tbLock;
+    int plain = 0; // the thread sanitizer watches it
+    std::atomic<int> expected{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back(
+            [&, t]
+            {
+                for (int i = 0; i < 3000; ++i)
+                {
+                    if (t == 0)
+                        lock->acquire(1);
+                    else
+                        lock->acquire();
+                    if (!lock->isHeld())
+                        continue;
+                    if (i % 8 == 0)
+                        lock->acquire();
+                    ++plain;
+                    expected.fetch_add(1);
+                    if (i % 64 == 0)
+                        std::this_thread::yield();
+                    if (i % 8 == 0)
+                        lock->release();
+                    lock->release();
+                }
+            });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(plain, expected);
+    EXPECT_GE(plain, 9000);
+}
+
+TEST(LockGuard, HoldsForTheScopeAndTakesNullForNone)
+{
+    const tbRef<tbLock> lock = new tbLock;
+    {
+        const tbiLockGuard none(nullptr);
+        const tbiLockGuard guard(lock.get());
+        EXPECT_TRUE(lock->isHeld());
+        const tbiLockGuard again(lock.get());
+    }
+    EXPECT_FALSE(lock->isHeld());
+}
+
+TEST(LockGuard, WaitsBeyondTheTimeOut)
+{
+    const tbRef<tbLock> lock = new tbLock;
+    lock->setTimeOut(1);
+    lock->acquire();
+    std::atomic<bool> got{false};
+    std::thread waiting(
+        [&]
+        {
+            const tbiLockGuard guard(lock.get());
+            got = lock->isHeld();
+        });
+    tbtest::sleep(30);
+    EXPECT_FALSE(got);
+    lock->release();
+    waiting.join();
+    EXPECT_TRUE(got);
+}

@@ -1,0 +1,187 @@
+#include <tamber/thread/tbQueue.h>
+
+#include <tamber/kernel/tbRef.h>
+#include <tests/support/Threads.h>
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <deque>
+#include <random>
+#include <vector>
+
+namespace
+{
+
+tbRef<tbQueue> makeQueue(int slots, tbQueue::MODE mode)
+{
+    tbRef<tbQueue> queue = new tbQueue(sizeof(int), slots);
+    queue->setMode(mode);
+    return queue;
+}
+
+std::vector<int> drain(tbQueue& queue)
+{
+    std::vector<int> items;
+    for (int item = 0; queue.get(&item);)
+        items.push_back(item);
+    return items;
+}
+
+} // namespace
+
+TEST(Queue, ItemThatFindsNoRoomIsRefused)
+{
+    const auto queue = makeQueue(4, tbQueue::NO_OVERWRITE);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(queue->put(&i));
+    const int late = 3;
+    EXPECT_FALSE(queue->put(&late));
+    EXPECT_EQ(drain(*queue), (std::vector{0, 1, 2}));
+}
+
+TEST(Queue, OldestItemsMakeRoom)
+{
+    const auto queue = makeQueue(4, tbQueue::OVERWRITE);
+    for (int i = 0; i < 6; ++i)
+        EXPECT_TRUE(queue->put(&i));
+    EXPECT_EQ(queue->getCount(), 4);
+    EXPECT_EQ(drain(*queue), (std::vector{2, 3, 4, 5}));
+}
+
+TEST(Queue, GrowsOneBeforeItIsFull)
+{
+    const auto queue = makeQueue(2, tbQueue::GROW);
+    for (int i = 0; i < 2; ++i)
+        EXPECT_TRUE(queue->put(&i));
+    EXPECT_EQ(queue->getLength(), 4);
+    EXPECT_EQ(drain(*queue), (std::vector{0, 1}));
+}
+
+TEST(Queue, GrowsFromFullWithTheItemsInOrder)
+{
+    const auto queue = makeQueue(4, tbQueue::OVERWRITE);
+    for (int i = 0; i < 6; ++i)
+        queue->put(&i);
+    queue->setMode(tbQueue::GROW);
+    const int more = 6;
+    EXPECT_TRUE(queue->put(&more));
+    EXPECT_EQ(drain(*queue), (std::vector{2, 3, 4, 5, 6}));
+}
+
+TEST(Queue, SampleCopiesTheOldestAndLeavesItThere)
+{
+    const auto queue = makeQueue(4, tbQueue::NO_OVERWRITE);
+    int item = 77;
+    EXPECT_FALSE(queue->sample(&item));
+    EXPECT_FALSE(queue->get(&item));
+    EXPECT_EQ(item, 77);
+    const int first = 1, second = 2;
+    queue->put(&first);
+    queue->put(&second);
+    EXPECT_TRUE(queue->sample(&item));
+    EXPECT_EQ(item, 1);
+    EXPECT_EQ(queue->getCount(), 2);
+    EXPECT_FALSE(queue->put(nullptr));
+    EXPECT_FALSE(queue->get(nullptr));
+    EXPECT_FALSE(queue->sample(nullptr));
+    queue->reset();
+    EXPECT_EQ(queue->getCount(), 0);
+}
+
+TEST(Queue, SizesBelowOneCountAsOne)
+{
+    const tbRef<tbQueue> queue = new tbQueue(0, -3);
+    EXPECT_EQ(queue->getItemSize(), 1);
+    EXPECT_EQ(queue->getLength(), 1);
+    EXPECT_EQ(queue->getMode(), tbQueue::OVERWRITE);
+    const char letters[] = "ab";
+    EXPECT_TRUE(queue->put(&letters[0]));
+    EXPECT_TRUE(queue->put(&letters[1]));
+    char last = 0;
+    EXPECT_TRUE(queue->get(&last));
+    EXPECT_EQ(last, 'b');
+}
+
+TEST(Queue, BehavesAsADequeInAllModes)
+{
+    struct Item
+    {
+        std::array<unsigned, 3> words;
+        bool operator==(const Item&) const = default;
+    };
+    std::mt19937 random(5);
+    for (int run = 0; run < 60; ++run)
+    {
+        int slots = 1 + int(random() % 9);
+        auto mode = tbQueue::MODE(run % 3);
+        tbRef<tbQueue> queue = new tbQueue(sizeof(Item), slots);
+        queue->setMode(mode);
+        std::deque<Item> expected;
+        for (int step = 0; step < 400; ++step)
+        {
+            if (step % 100 == 99)
+                queue->setMode(mode = tbQueue::MODE(random() % 3));
+            const Item item = {{unsigned(random()), unsigned(step), unsigned(run)}};
+            if (random() % 5 < 3)
+            {
+                const int count = int(expected.size());
+                if (mode == tbQueue::GROW && count >= slots - 1)
+                    slots *= 2;
+                const bool fits = mode != tbQueue::NO_OVERWRITE || count < slots - 1;
+                ASSERT_EQ(queue->put(&item), fits);
+                if (fits)
+                    expected.push_back(item);
+                if (int(expected.size()) > slots)
+                    expected.pop_front();
+            }
+            else
+            {
+                Item got{};
+                ASSERT_EQ(queue->get(&got), !expected.empty());
+                if (!expected.empty())
+                {
+                    ASSERT_EQ(got, expected.front());
+                    expected.pop_front();
+                }
+            }
+            ASSERT_EQ(queue->getCount(), int(expected.size()));
+            ASSERT_EQ(queue->getLength(), slots);
+        }
+        const tbRef<tbBase> copy = queue->createCopy();
+        for (const Item& item : expected)
+        {
+            Item got{};
+            ASSERT_TRUE(static_cast<tbQueue*>(copy.get())->get(&got));
+            ASSERT_EQ(got, item);
+        }
+    }
+}
+
+TEST(Queue, LosesNothingBetweenThreads)
+{
+    constexpr int NUM_ITEMS = 4000;
+    const auto queue = makeQueue(2, tbQueue::GROW);
+    std::vector<std::thread> writers;
+    for (int t = 0; t < 3; ++t)
+        writers.emplace_back(
+            [&, t]
+            {
+                for (int i = 0; i < NUM_ITEMS; ++i)
+                {
+                    const int item = t * NUM_ITEMS + i;
+                    queue->put(&item);
+                }
+            });
+    std::array<int, 3> next{};
+    int received = 0;
+    EXPECT_TRUE(tbtest::comesTrue(
+        [&]
+        {
+            for (int item = 0; queue->get(&item); ++received)
+                EXPECT_EQ(item % NUM_ITEMS, next[std::size_t(item / NUM_ITEMS)]++);
+            return received == 3 * NUM_ITEMS;
+        }));
+    for (std::thread& writer : writers)
+        writer.join();
+}

@@ -1,0 +1,98 @@
+#include <tamber/thread/tbSemaphore.h>
+
+#include <tamber/kernel/tbRef.h>
+#include <tests/support/Threads.h>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+TEST(Semaphore, CountIsWhatItWasBeforeTheLastInc)
+{
+    const tbRef<tbSemaphore> semaphore = new tbSemaphore;
+    semaphore->inc();
+    EXPECT_EQ(semaphore->getCount(), 0);
+    semaphore->inc(3);
+    EXPECT_EQ(semaphore->getCount(), 1);
+    EXPECT_TRUE(semaphore->dec());
+    EXPECT_EQ(semaphore->getCount(), 0);
+}
+
+TEST(Semaphore, DecIsTrueAfterATimeOutAndCountsIt)
+{
+    const tbRef<tbSemaphore> semaphore = new tbSemaphore(0, 1);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(semaphore->dec(20));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(20));
+    EXPECT_EQ(semaphore->getCount(), -1);
+    semaphore->setTimeout(0);
+    EXPECT_TRUE(semaphore->dec());
+    EXPECT_EQ(semaphore->getTimeout(), 0);
+}
+
+TEST(Semaphore, IncBeyondTheMaximumAddsNothing)
+{
+    const tbRef<tbSemaphore> semaphore = new tbSemaphore(1, 3);
+    semaphore->inc(3);
+    EXPECT_EQ(semaphore->getCount(), 1);
+    semaphore->inc(2);
+    semaphore->inc();
+    semaphore->inc(0);
+    semaphore->inc(-1);
+    EXPECT_EQ(semaphore->getCount(), 1);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(semaphore->dec());
+    std::atomic<bool> over{false};
+    std::thread waiting(
+        [&]
+        {
+            semaphore->dec();
+            over = true;
+        });
+    tbtest::sleep(10);
+    EXPECT_FALSE(over);
+    semaphore->inc();
+    waiting.join();
+}
+
+TEST(Semaphore, ImpossibleCountsFail)
+{
+    const int counts[][2] = {{2, 1}, {-1, 1}, {0, 0}, {0, -5}};
+    for (const auto& pair : counts)
+    {
+        const tbRef<tbSemaphore> semaphore = new tbSemaphore(pair[0], pair[1]);
+        semaphore->inc();
+        EXPECT_FALSE(semaphore->dec());
+        EXPECT_FALSE(semaphore->dec(0));
+    }
+}
+
+TEST(Semaphore, EveryIncLetsExactlyOneThreadOn)
+{
+    const tbRef<tbSemaphore> semaphore = new tbSemaphore;
+    std::atomic<int> passed{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back(
+            [&]
+            {
+                for (int i = 0; i < 500; ++i)
+                {
+                    semaphore->dec();
+                    passed.fetch_add(1);
+                }
+            });
+    for (int i = 0; i < 1000; ++i)
+    {
+        semaphore->inc();
+        if (i % 100 == 99)
+        {
+            ASSERT_TRUE(tbtest::comesTrue([&] { return passed == i + 1; }));
+        }
+    }
+    for (int i = 0; i < 10; ++i)
+        semaphore->inc(100);
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(passed, 2000);
+}

@@ -1,0 +1,349 @@
+// Attaching and detaching threads, and the deletion of objects that waits for all of them.
+#include <tamber/thread/tbThread.h>
+
+#include <tamber/kernel/tbInit.h>
+#include <tamber/kernel/tbRef.h>
+#include <tests/support/Threads.h>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+using tbtest::comesTrue;
+using tbtest::FuncAction;
+
+namespace
+{
+
+std::atomic<int> alive{0};
+
+class Counted : public tbBase
+{
+    TB_CLASS(Counted, tbBase)
+
+public:
+    Counted()
+    {
+        alive.fetch_add(1);
+        initInstance();
+    }
+
+protected:
+    ~Counted() override
+    {
+        deleteInstance();
+        alive.fetch_sub(1);
+    }
+};
+
+TB_DEFINE_CLASS(Counted, tbBase)
+
+// Threads that never run by themselves: the tests handle their queues step by step.
+class ThreadTree : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        app = tbGetAppThread();
+        ASSERT_EQ(tbThread::getTotalDownstreamThreads(), 0);
+    }
+    void TearDown() override
+    {
+        while (app->getNumDownstreamThreads() > 0)
+            app->removeDownstreamThread(app->getDownstreamThread(0));
+        app->processQueue(true);
+        EXPECT_EQ(tbThread::getTotalDownstreamThreads(), 0);
+        EXPECT_EQ(tbBase::getNumPendingDeletions(), 0);
+        EXPECT_EQ(alive, 0);
+    }
+    static tbRef<tbThread> make() { return new tbThread; }
+
+    // Drops the last reference of a new object, which a deferred deletion keeps.
+    static Counted* drop()
+    {
+        auto* object = new Counted;
+        object->ref();
+        object->unRef();
+        return object;
+    }
+
+    tbThread* app = nullptr;
+};
+
+} // namespace
+
+TEST_F(ThreadTree, AttachAndDetachKeepCountsAndLinks)
+{
+    const auto child = make(), grandchild = make();
+    EXPECT_TRUE(app->addDownstreamThread(child.get()));
+    EXPECT_TRUE(child->addDownstreamThread(grandchild.get()));
+    EXPECT_TRUE(app->addDownstreamThread(grandchild.get()));
+    EXPECT_EQ(tbThread::getTotalDownstreamThreads(), 3);
+    EXPECT_EQ(grandchild->getRefCount(), 3);
+    EXPECT_EQ(app->getDownstreamThread(1), grandchild.get());
+    EXPECT_EQ(app->getDownstreamThread(2), nullptr);
+    EXPECT_EQ(grandchild->getFirstUpstreamThread(), child.get());
+    EXPECT_TRUE(grandchild->hasAncestor(app));
+    EXPECT_FALSE(child->hasAncestor(grandchild.get()));
+    EXPECT_FALSE(child->hasAncestor(child.get()));
+
+    EXPECT_TRUE(child->removeDownstreamThread(grandchild.get()));
+    EXPECT_FALSE(child->removeDownstreamThread(grandchild.get()));
+    EXPECT_EQ(grandchild->getFirstUpstreamThread(), app);
+    EXPECT_EQ(tbThread::getTotalDownstreamThreads(), 2);
+    EXPECT_TRUE(child->shareCommonAncestor(grandchild.get()));
+    EXPECT_TRUE(app->removeDownstreamThread(grandchild.get()));
+    EXPECT_EQ(grandchild->getFirstUpstreamThread(), nullptr);
+    EXPECT_FALSE(child->shareCommonAncestor(grandchild.get()));
+    EXPECT_EQ(grandchild->getRefCount(), 1);
+}
+
+TEST_F(ThreadTree, WhatWouldBreakTheTreeIsRefused)
+{
+    const auto child = make(), grandchild = make();
+    app->addDownstreamThread(child.get());
+    child->addDownstreamThread(grandchild.get());
+    EXPECT_FALSE(grandchild->addDownstreamThread(child.get()));
+    EXPECT_FALSE(child->addDownstreamThread(child.get()));
+    EXPECT_FALSE(child->addDownstreamThread(grandchild.get()));
+    EXPECT_FALSE(child->addDownstreamThread(nullptr));
+    EXPECT_FALSE(grandchild->addDownstreamThread(app));
+    EXPECT_FALSE(app->removeDownstreamThread(nullptr));
+    EXPECT_EQ(tbThread::getTotalDownstreamThreads(), 2);
+    EXPECT_EQ(child->getRefCount(), 2);
+    EXPECT_EQ(grandchild->getRefCount(), 2);
+}
+
+TEST_F(ThreadTree, WithoutThreadsDeletionIsImmediate)
+{
+    drop();
+    EXPECT_EQ(alive, 0);
+    const auto child = make();
+    app->addDownstreamThread(child.get());
+    drop();
+    EXPECT_EQ(alive, 1);
+    app->removeDownstreamThread(child.get());
+    app->processQueue(false);
+    EXPECT_EQ(alive, 0);
+    drop();
+    EXPECT_EQ(alive, 0);
+}
+
+TEST_F(ThreadTree, DeletionPassesEveryQueueOnce)
+{
+    const auto first = make(), second = make();
+    app->addDownstreamThread(first.get());
+    app->addDownstreamThread(second.get());
+    const Counted* object = drop();
+    EXPECT_EQ(object->getRefCount(), -3);
+    EXPECT_EQ(tbBase::getNumPendingDeletions(), 1);
+    first->processQueue(false);
+    EXPECT_EQ(object->getRefCount(), -3);
+    app->processQueue(false);
+    EXPECT_EQ(object->getRefCount(), -2);
+    second->processQueue(false);
+    EXPECT_EQ(object->getRefCount(), -1);
+    app->processQueue(false);
+    EXPECT_EQ(object->getRefCount(), -1);
+    first->processQueue(false);
+    EXPECT_EQ(object->getRefCount(), 0);
+    EXPECT_EQ(tbBase::getNumPendingDeletions(), 1);
+    EXPECT_EQ(alive, 1);
+    app->processQueue(false);
+    EXPECT_EQ(tbBase::getNumPendingDeletions(), 0);
+    EXPECT_EQ(alive, 0);
+}
+
+TEST_F(ThreadTree, DeletionGoesOnceDownEachAttachment)
+{
+    // app - left, right; both - shared; shared - leaf
+    const auto left = make(), right = make(), shared = make(), leaf = make();
+    app->addDownstreamThread(left.get());
+    app->addDownstreamThread(right.get());
+    left->addDownstreamThread(shared.get());
+    right->addDownstreamThread(shared.get());
+    shared->addDownstreamThread(leaf.get());
+    const Counted* object = drop();
+    EXPECT_EQ(object->getRefCount(), -6);
+    app->processQueue(true);
+    right->processQueue(true);
+    shared->processQueue(true);
+    leaf->processQueue(true);
+    EXPECT_EQ(object->getRefCount(), -3);
+    left->processQueue(true);
+    shared->processQueue(true);
+    EXPECT_EQ(object->getRefCount(), -1);
+    leaf->processQueue(true);
+    EXPECT_EQ(object->getRefCount(), 0);
+    app->processQueue(true);
+    EXPECT_EQ(alive, 0);
+}
+
+TEST_F(ThreadTree, QueuedActionMeetsTheObjectAlive)
+{
+    const auto child = make();
+    app->addDownstreamThread(child.get());
+    auto* object = new Counted;
+    object->ref();
+    int seen = -1;
+    child->addActionToQueue(new FuncAction(
+        [&](tbBase*, tbEvent*)
+        {
+            seen = alive;
+            return object->getName() == nullptr;
+        }));
+    object->unRef();
+    app->processQueue(true);
+    app->processQueue(true);
+    child->processQueue(true);
+    EXPECT_EQ(seen, 1);
+    app->processQueue(true);
+    EXPECT_EQ(alive, 0);
+}
+
+TEST_F(ThreadTree, ChangesOfTheTreeStartDeletionsAgain)
+{
+    const auto first = make(), second = make();
+    app->addDownstreamThread(first.get());
+    const Counted* object = drop();
+    app->processQueue(false);
+    EXPECT_EQ(object->getRefCount(), -1);
+    first->addDownstreamThread(second.get());
+    EXPECT_EQ(object->getRefCount(), -3);
+    app->processQueue(false);
+    first->processQueue(false);
+    EXPECT_EQ(object->getRefCount(), -1);
+    app->removeDownstreamThread(first.get());
+    EXPECT_EQ(object->getRefCount(), -2);
+    app->processQueue(false); // second is reached from no root but its own
+    EXPECT_EQ(object->getRefCount(), -1);
+    first->removeDownstreamThread(second.get());
+    app->processQueue(true);
+    EXPECT_EQ(alive, 0);
+}
+
+TEST_F(ThreadTree, DeadThreadsHoldNothingUp)
+{
+    const auto first = make(), below = make();
+    app->addDownstreamThread(first.get());
+    first->addDownstreamThread(below.get());
+    const Counted* object = drop();
+    app->processQueue(false);
+    EXPECT_EQ(object->getRefCount(), -2);
+    first->kill();
+    EXPECT_TRUE(comesTrue([&] { return object->getRefCount() == -1; }));
+    below->processQueue(false);
+    app->processQueue(false);
+    EXPECT_EQ(alive, 0);
+    drop();
+    app->processQueue(false);
+    below->processQueue(false);
+    app->processQueue(false);
+    EXPECT_EQ(alive, 0);
+}
+
+TEST_F(ThreadTree, ParentThatGoesLetsItsChildrenGo)
+{
+    auto parent = make();
+    const auto child = make();
+    parent->addDownstreamThread(child.get());
+    EXPECT_EQ(child->getRefCount(), 2);
+    drop();
+    EXPECT_EQ(alive, 1);
+    tbThread* raw = parent.get();
+    parent.reset();
+    EXPECT_EQ(raw->getRefCount(), -2);
+    app->processQueue(true);
+    child->processQueue(true);
+    app->processQueue(true);
+    EXPECT_EQ(child->getRefCount(), 1);
+    EXPECT_EQ(child->getFirstUpstreamThread(), nullptr);
+}
+
+TEST_F(ThreadTree, FlushReachesTheWholeSubtree)
+{
+    const auto parent = make(), child = make();
+    parent->addDownstreamThread(child.get());
+    app->addDownstreamThread(parent.get());
+    parent->setThreadMode(tbThread::THREAD_WAIT);
+    child->setThreadMode(tbThread::THREAD_WAIT);
+    parent->run();
+    child->run();
+    const tbRef<FuncAction> action = new FuncAction;
+    child->addActionToQueue(action.get());
+    parent->flushQueue();
+    EXPECT_EQ(action->getTimes(), 1);
+    child->addActionToQueue(action.get());
+    app->flushQueue();
+    EXPECT_EQ(action->getTimes(), 2);
+}
+
+TEST_F(ThreadTree, NothingIsLostUnderLoad)
+{
+    constexpr int NUM_THREADS = 3;
+    std::vector<tbRef<tbThread>> threads;
+    std::atomic<bool> stop{false};
+    for (int i = 0; i < NUM_THREADS; ++i)
+    {
+        threads.push_back(make());
+        threads.back()->addAction(new FuncAction(
+            [](tbBase*, tbEvent*)
+            {
+                drop();
+                std::this_thread::yield();
+                return true;
+            }));
+        threads.back()->run();
+    }
+    std::thread drops(
+        [&]
+        {
+            while (!stop)
+            {
+                drop();
+                std::this_thread::yield();
+            }
+        });
+    for (int round = 0; round < 150; ++round)
+    {
+        tbThread* a = threads[std::size_t(round % NUM_THREADS)].get();
+        tbThread* b = threads[std::size_t((round + 1) % NUM_THREADS)].get();
+        switch (round % 5)
+        {
+        case 0:
+            app->addDownstreamThread(a);
+            break;
+        case 1:
+            a->addDownstreamThread(b);
+            break;
+        case 2:
+            app->addDownstreamThread(b);
+            break;
+        case 3:
+            b->removeDownstreamThread(a);
+            app->removeDownstreamThread(b);
+            break;
+        default:
+            app->removeDownstreamThread(a);
+            a->removeDownstreamThread(b);
+            break;
+        }
+        app->processQueue(false);
+    }
+    stop = true;
+    drops.join();
+    for (const auto& thread : threads)
+        thread->kill();
+    for (const auto& a : threads)
+        for (const auto& b : threads)
+            a->removeDownstreamThread(b.get());
+    while (app->getNumDownstreamThreads() > 0)
+        app->removeDownstreamThread(app->getDownstreamThread(0));
+    threads.clear();
+    EXPECT_TRUE(comesTrue(
+        [&]
+        {
+            app->processQueue(true);
+            return alive == 0;
+        }));
+}
