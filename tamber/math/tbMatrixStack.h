@@ -62,10 +62,13 @@ private:
     bool raise();
     bool grow();
     void copyFrom(const tbMatrixStack& other);
+    void useSpare();
+    void release();
     void changed() { ++id; }
 
-    tbMatrix* matrices;
+    tbMatrix* matrices; // the spare one when memory is out
     tbMatrix* top;
+    tbMatrix spare;
     std::int32_t capacity;
     std::uint16_t id;
     std::uint8_t unlimited;

@@ -120,7 +120,7 @@ private:
     CONTAINMENT containsVolume(const Volume& volume) const;
     void setExtents(float newLeft, float newRight, float newBottom, float newTop, float newNear,
                     float newFar);
-    void setCorners(const float nearRect[4], const float farRect[4]);
+    void setCorners(float farScale);
     void cornersFromFaces();
     void makeEdges();
     /// Moves the faces beyond `count` points that have a margin around them.

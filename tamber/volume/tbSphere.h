@@ -56,7 +56,6 @@ public:
     void extendAround(const tbVec3& point) override;
     /// An empty sphere takes the mean of the points as its center; one that is not is extended around each in turn.
     void extendAround(const tbVec3* points, int count) override;
-    void extendAround(const tbFrustum& frustum) override;
     void extendAround(const tbSphere& sphere) override;
     void extendAround(const tbBox& box) override;
     void getCenter(tbVec3& out) const override;

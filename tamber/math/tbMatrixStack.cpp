@@ -1,0 +1,234 @@
+#include <tamber/math/tbMatrixStack.h>
+
+#include <tamber/math/tbVec3.h>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int MAX_CAPACITY = 1 << 24;
+
+tbMatrix* allocate(int count)
+{
+    return static_cast<tbMatrix*>(tbMemory::malloc(std::size_t(count) * sizeof(tbMatrix)));
+}
+
+} // namespace
+
+tbMatrixStack::tbMatrixStack(int size, GROWTH growth)
+    : capacity(std::max(size & 0xFFFF, 1)),
+      id(0),
+      unlimited(growth == UNLIMITED)
+{
+    matrices = allocate(capacity);
+    if (!matrices)
+        useSpare();
+    top = matrices;
+    for (int i = 0; i < capacity; ++i)
+        matrices[i].makeIdent();
+}
+
+tbMatrixStack::tbMatrixStack(const tbMatrixStack& other)
+{
+    copyFrom(other);
+}
+
+tbMatrixStack& tbMatrixStack::operator=(const tbMatrixStack& other)
+{
+    if (this != &other)
+    {
+        release();
+        copyFrom(other);
+    }
+    return *this;
+}
+
+tbMatrixStack::~tbMatrixStack()
+{
+    release();
+}
+
+// Without memory only the top is kept.
+void tbMatrixStack::copyFrom(const tbMatrixStack& other)
+{
+    capacity = other.capacity;
+    id = other.id;
+    unlimited = other.unlimited;
+    matrices = allocate(capacity);
+    if (matrices)
+    {
+        top = std::copy(other.matrices, other.top, matrices);
+        std::for_each(top, matrices + capacity, [](tbMatrix& m) { m.makeIdent(); });
+    }
+    else
+    {
+        useSpare();
+        top = matrices;
+    }
+    *top = *other.top;
+}
+
+void tbMatrixStack::useSpare()
+{
+    matrices = &spare;
+    capacity = 1;
+}
+
+void tbMatrixStack::release()
+{
+    if (matrices != &spare)
+        tbMemory::free(matrices);
+}
+
+bool tbMatrixStack::raise()
+{
+    if (getDepth() >= capacity - 1 && !(unlimited && grow()))
+        return false;
+    ++top;
+    changed();
+    return true;
+}
+
+bool tbMatrixStack::grow()
+{
+    if (capacity > MAX_CAPACITY / 2)
+        return false;
+    const int depth = getDepth();
+    tbMatrix* larger = allocate(2 * capacity);
+    if (!larger)
+        return false;
+    std::for_each(std::copy(matrices, top + 1, larger), larger + 2 * capacity,
+                  [](tbMatrix& m) { m.makeIdent(); });
+    release();
+    matrices = larger;
+    top = matrices + depth;
+    capacity *= 2;
+    return true;
+}
+
+void tbMatrixStack::reset()
+{
+    top = matrices;
+    top->makeIdent();
+    changed();
+}
+
+void tbMatrixStack::push()
+{
+    if (raise())
+        *top = top[-1];
+}
+
+void tbMatrixStack::pushIdent()
+{
+    if (raise())
+        top->makeIdent();
+}
+
+void tbMatrixStack::pushLoad(const tbMatrix& m)
+{
+    const tbMatrix copy(m); // raising may move the matrices
+    if (raise())
+        *top = copy;
+}
+
+void tbMatrixStack::pushMult(const tbMatrix& m)
+{
+    tbMatrix product;
+    product.mult(m, *top);
+    if (raise())
+        *top = product;
+}
+
+void tbMatrixStack::pop()
+{
+    if (top == matrices)
+        return;
+    --top;
+    changed();
+}
+
+void tbMatrixStack::load(const tbMatrix& m)
+{
+    *top = m;
+    changed();
+}
+
+void tbMatrixStack::preMult(const tbMatrix& m)
+{
+    top->preMult(m);
+    changed();
+}
+
+void tbMatrixStack::postMult(const tbMatrix& m)
+{
+    top->postMult(m);
+    changed();
+}
+
+void tbMatrixStack::preTrans(float x, float y, float z)
+{
+    top->preTrans(x, y, z);
+    changed();
+}
+
+void tbMatrixStack::preTrans(const tbVec3& xyz)
+{
+    preTrans(xyz.x, xyz.y, xyz.z);
+}
+
+void tbMatrixStack::postTrans(float x, float y, float z)
+{
+    top->postTrans(x, y, z);
+    changed();
+}
+
+void tbMatrixStack::postTrans(const tbVec3& xyz)
+{
+    postTrans(xyz.x, xyz.y, xyz.z);
+}
+
+void tbMatrixStack::preRot(float angle, float x, float y, float z)
+{
+    top->preRot(angle, x, y, z);
+    changed();
+}
+
+void tbMatrixStack::preRot(float angle, const tbVec3& axis)
+{
+    preRot(angle, axis.x, axis.y, axis.z);
+}
+
+void tbMatrixStack::postRot(float angle, float x, float y, float z)
+{
+    top->postRot(angle, x, y, z);
+    changed();
+}
+
+void tbMatrixStack::postRot(float angle, const tbVec3& axis)
+{
+    postRot(angle, axis.x, axis.y, axis.z);
+}
+
+void tbMatrixStack::preScale(float x, float y, float z)
+{
+    top->preScale(x, y, z);
+    changed();
+}
+
+void tbMatrixStack::preScale(const tbVec3& xyz)
+{
+    preScale(xyz.x, xyz.y, xyz.z);
+}
+
+void tbMatrixStack::postScale(float x, float y, float z)
+{
+    top->postScale(x, y, z);
+    changed();
+}
+
+void tbMatrixStack::postScale(const tbVec3& xyz)
+{
+    postScale(xyz.x, xyz.y, xyz.z);
+}
