@@ -1,0 +1,336 @@
+#include <tamber/collide/tbCollider.h>
+
+#include <tamber/action/tbAction.h>
+#include <tamber/collide/tbColliderMask.h>
+#include <tamber/collide/tbColliderTarget.h>
+#include <tamber/collide/tbSphereFence.h>
+#include <tamber/graph/tbModel.h>
+#include <tamber/math/tbQuat.h>
+#include <tamber/thread/tbEvent.h>
+#include <tamber/trav/tbTravPath.h>
+#include <tamber/volume/tbBox.h>
+#include <tests/support/Messages.h>
+#include <tests/support/Near.h>
+#include <tests/support/SavedCopy.h>
+#include <tests/support/TestScene.h>
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <vector>
+
+namespace
+{
+
+// A wall square to +Y: every ray that reaches its plane hits it.
+class Wall : public tbGeometry
+{
+public:
+    const tbVertexArray* getVertexArray() const override { return nullptr; }
+    int getNumPrimitives() const override { return 1; }
+    int getNumIndices() const override { return 0; }
+    const unsigned int* getIndices() const override { return nullptr; }
+    void getBoundingVolume(tbVolume& volume) override
+    {
+        volume.makeEmpty();
+        volume.extendAround(tbSphere(tbVec3(0, 0, 0), 0.5f));
+    }
+    void updateFences(tbTravContext* context) override
+    {
+        tbGeometry::updateFences(context);
+        tbSphere bounds(tbVec3(0, 0, 0), 0.5f);
+        bounds.xform(context->getMatrix());
+        if (context->getVolume())
+            context->getVolume()->extendAround(bounds);
+    }
+    using tbGeometry::apply;
+    void apply(tbCollider* collider) const override
+    {
+        if (collider->intersects(this) == tbVolume::OUTSIDE)
+            return;
+        ++tested;
+        for (int i = 0; i < collider->getNumRays(); ++i)
+        {
+            const tbRay& ray = *collider->getWorkingRay(i);
+            const float t = -(*ray.getOrigin())[1] / (*ray.getDirection())[1];
+            if (t >= 0 && (ray.getLength() < 0 || t <= ray.getLength()))
+                collider->generateRayHit(i, this, *ray.getOrigin() + *ray.getDirection() * t, t, 7, 21);
+        }
+    }
+
+    mutable int tested = 0;
+};
+
+Wall* addWall(tbGroup* parent, float y)
+{
+    auto* place = new tbTransform;
+    auto* wall = new Wall;
+    place->setXYZ(0, y, 0);
+    place->addChild(wall);
+    parent->addChild(place);
+    return wall;
+}
+
+class CountEvents : public tbAction
+{
+public:
+    bool apply(tbBase*, tbEvent*) override
+    {
+        ++count;
+        return true;
+    }
+
+    int count = 0;
+};
+
+tbRef<tbCollider> withRay(float length, tbCollider::RAY_HIT_MODE mode = tbCollider::RAY_HIT_NEAREST)
+{
+    tbRef<tbCollider> collider(new tbCollider);
+    collider->setVolumeMode(tbCollider::VOLUME_NONE);
+    collider->setRayHitMode(mode);
+    collider->addRay(tbRay(tbVec3(0, 0, 0), tbVec3(0, 1, 0), length));
+    return collider;
+}
+
+} // namespace
+
+TEST(Collider, ModesKeepTheNearestTheFarthestOrTheLastHit)
+{
+    tbtest::TestScene scene;
+    Wall* far = addWall(scene, 7);
+    Wall* near = addWall(scene, 3);
+    scene.update();
+    const tbRef<tbCollider> nearest = withRay(10);
+    EXPECT_EQ(nearest->intersect(scene), 1);
+    EXPECT_EQ(nearest->getRayHit(0)->node, near);
+    EXPECT_NEAR(nearest->getRayHit(0)->distance, 3, 1e-5);
+    EXPECT_TRUE(tbtest::near(nearest->getRayHit(0)->point, tbVec3(0, 3, 0)));
+    EXPECT_EQ(nearest->getRayHit(0)->kind, 0x40000u);
+    EXPECT_EQ(nearest->getRayHit(0)->primitive, 7);
+    EXPECT_EQ(nearest->getRayHit(0)->index, 21);
+    const tbRef<tbCollider> farthest = withRay(10, tbCollider::RAY_HIT_FARTHEST);
+    EXPECT_EQ(farthest->intersect(scene), 1);
+    EXPECT_EQ(farthest->getRayHit(0)->node, far);
+    const tbRef<tbCollider> all = withRay(10, tbCollider::RAY_HIT_ALL);
+    EXPECT_EQ(all->intersect(scene), 1);
+    EXPECT_EQ(all->getRayHit(0)->node, near);
+    const tbRef<tbCollider> none = withRay(10, tbCollider::RAY_HIT_NONE);
+    EXPECT_EQ(none->intersect(scene), 0);
+    EXPECT_EQ(withRay(2)->intersect(scene), 0);
+    EXPECT_EQ(withRay(10)->intersect(nullptr), 0);
+}
+
+TEST(Collider, RaysAreShortenedByTheirHits)
+{
+    tbtest::TestScene scene;
+    addWall(scene, 3);
+    const Wall* behind = addWall(scene, 5);
+    scene.update();
+    tbtest::allowMessages("SKIPPING FAILED RAY");
+    const tbRef<tbCollider> collider = withRay(-1);
+    EXPECT_EQ(collider->intersect(scene), 1);
+    EXPECT_EQ(behind->tested, 0);
+}
+
+TEST(Collider, EventsFireOncePerWalkOrAtEveryHit)
+{
+    tbtest::TestScene scene;
+    addWall(scene, 7);
+    addWall(scene, 3);
+    scene.update();
+    const tbRef<CountEvents> action(new CountEvents);
+    const tbRef<tbCollider> collider = withRay(10);
+    collider->addRay(tbRay(tbVec3(0.1f, 0, 0), tbVec3(0, 1, 0), 10));
+    collider->getRayHitEvent()->addAction(action.get());
+    EXPECT_EQ(collider->intersect(scene), 2);
+    EXPECT_EQ(action->count, 1);
+    collider->setRayHitMode(tbCollider::RAY_HIT_ALL);
+    collider->intersect(scene);
+    EXPECT_EQ(action->count, 1 + 4);
+}
+
+TEST(Collider, PlacementCarriesTheRays)
+{
+    tbtest::TestScene scene;
+    tbTransform* big = scene.addTransform(nullptr, 0, 0, 0);
+    tbMatrix scale;
+    scale.makeScale(2, 2, 2);
+    big->setMatrix(scale);
+    addWall(big, 2);
+    scene.update();
+    const tbRef<tbCollider> collider = withRay(10);
+    collider->setXYZ(0, -3, 0);
+    EXPECT_EQ(collider->intersect(scene), 1);
+    EXPECT_NEAR(collider->getRayHit(0)->distance, 7, 1e-4);
+    EXPECT_TRUE(tbtest::near(collider->getRayHit(0)->point, tbVec3(0, 4, 0)));
+    collider->setHPR(180, 0, 0);
+    EXPECT_EQ(collider->intersect(scene), 0);
+    tbQuat half;
+    half.setHPR(tbVec3(180, 0, 0));
+    collider->setXYZ(0, 10, 0);
+    collider->setQuat(half);
+    EXPECT_EQ(collider->intersect(scene), 1);
+}
+
+TEST(Collider, SavesWhatItIsAskedForOneWay)
+{
+    tbtest::TestScene scene;
+    Wall* wall = addWall(scene, 3);
+    wall->setName("wall");
+    scene.update();
+    const tbRef<tbCollider> collider = withRay(10);
+    collider->setSaveMask(1);
+    collider->setSaveMask(2);
+    collider->setSaveMask(0xF4);
+    EXPECT_EQ(collider->getSaveMask(), 7u);
+    collider->intersect(scene);
+    const tbHit hit = *collider->getRayHit(0);
+    ASSERT_NE(hit.path, nullptr);
+    EXPECT_EQ(hit.path->get(0), scene.get());
+    EXPECT_EQ(hit.matrix[3][1], 3.0f);
+    EXPECT_EQ(hit.invertMatrix[3][1], 0.0f);
+    collider->intersect(scene);
+    EXPECT_NE(hit.path, collider->getRayHit(0)->path);
+}
+
+TEST(Collider, VolumesTouchAndCount)
+{
+    tbtest::TestScene scene;
+    addWall(scene, 3);
+    scene.update();
+    const tbRef<tbCollider> collider(new tbCollider);
+    tbSphere reach(tbVec3(0, 0, 0), 2.6f);
+    collider->setVolume(&reach);
+    EXPECT_EQ(collider->intersect(scene), 0); // volume hits are not recorded
+    collider->setVolumeHitMode(tbCollider::VOLUME_HIT_FIRST);
+    EXPECT_EQ(collider->intersect(scene), 1);
+    EXPECT_NE(collider->getVolumeHit()->kind, 0u);
+    collider->setXYZ(0, -1, 0);
+    EXPECT_EQ(collider->intersect(scene), 0);
+    EXPECT_GT(collider->getNumVolume(), 0);
+    EXPECT_EQ(collider->getNumGeometries(), 0);
+    collider->setVolumeMode(tbCollider::VOLUME_NONE);
+    EXPECT_EQ(collider->getVolume(), nullptr);
+    EXPECT_EQ(collider->intersect(scene), 0);
+}
+
+TEST(Collider, BuildsItsVolumeAroundRaysThatEnd)
+{
+    tbtest::TestScene scene;
+    addWall(scene, 3);
+    scene.update();
+    const tbRef<tbCollider> collider(new tbCollider);
+    collider->setVolumeHitMode(tbCollider::VOLUME_HIT_FIRST);
+    collider->intersect(scene);
+    ASSERT_NE(collider->getLocalVolume(), nullptr);
+    EXPECT_TRUE(collider->getLocalVolume()->isEmpty());
+    collider->setVolumeMode(tbCollider::VOLUME_BOX);
+    collider->addRay(tbRay(tbVec3(0, 0, 0), tbVec3(0, 1, 0), 10));
+    EXPECT_EQ(collider->intersect(scene), 1);
+    EXPECT_EQ(collider->getLocalVolume()->getType(), tbVolume::BOX);
+    collider->addRay(tbRay(tbVec3(0, 0, 0), tbVec3(0, 1, 0), -1));
+    collider->intersect(scene);
+    EXPECT_EQ(collider->getLocalVolume(), nullptr);
+}
+
+TEST(Collider, MasksAndTargetsFilterSubtrees)
+{
+    tbtest::TestScene scene;
+    auto* style = new tbStyle;
+    auto* mask = new tbColliderMask;
+    mask->setMask(0x4);
+    style->addTrait(mask);
+    scene->addChild(style);
+    addWall(style, 3);
+    scene.update();
+    const tbRef<tbCollider> collider = withRay(10);
+    EXPECT_EQ(collider->intersect(scene), 1);
+    EXPECT_EQ(collider->getRayHit(0)->mask, 0x4u);
+    collider->setColliderMask(0x8);
+    EXPECT_EQ(collider->intersect(scene), 0);
+}
+
+TEST(Collider, FencesKeepRaysFromWhatLiesBelow)
+{
+    tbtest::TestScene scene;
+    auto* fence = new tbSphereFence;
+    scene->addChild(fence);
+    const Wall* aside = addWall(fence, 3);
+    static_cast<tbTransform*>(fence->getChild(0))->setXYZ(20, 3, 0);
+    addWall(scene, 4);
+    scene.update();
+    const tbRef<tbCollider> collider = withRay(10);
+    EXPECT_EQ(collider->intersect(scene), 1);
+    EXPECT_EQ(aside->tested, 0);
+    auto* style = new tbStyle;
+    auto* target = new tbColliderTarget;
+    target->setTargets(0x40000);
+    style->addTrait(target);
+    const tbRef<tbGroup> held(fence);
+    fence->detach();
+    style->addChild(fence);
+    scene->addChild(style);
+    scene.update();
+    collider->intersect(scene);
+    EXPECT_EQ(aside->tested, 0); // geometry is still tested by its own bounds
+}
+
+TEST(Collider, NestedWalksOnOneContextDoNothing)
+{
+    class Nest : public tbAction
+    {
+    public:
+        bool apply(tbBase* initiator, tbEvent*) override
+        {
+            result = static_cast<tbCollider*>(initiator)->intersect(root);
+            return true;
+        }
+        tbGroup* root = nullptr;
+        int result = -1;
+    };
+    tbtest::TestScene scene;
+    addWall(scene, 3);
+    scene.update();
+    const tbRef<Nest> nest(new Nest);
+    nest->root = scene;
+    const tbRef<tbCollider> collider = withRay(10, tbCollider::RAY_HIT_ALL);
+    collider->getRayHitEvent()->addAction(nest.get());
+    EXPECT_EQ(collider->intersect(scene), 1);
+    EXPECT_EQ(nest->result, 0);
+}
+
+TEST(Collider, RaysThatAreNoNumbersHitNothing)
+{
+    tbtest::TestScene scene;
+    addWall(scene, 3);
+    scene.update();
+    constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
+    for (const float length : {0.0f, NOT_A_NUMBER})
+        EXPECT_EQ(withRay(length)->intersect(scene), 0) << length;
+    const tbRef<tbCollider> collider(new tbCollider);
+    collider->addRay(tbRay(tbVec3(NOT_A_NUMBER, 0, 0), tbVec3(0, 1, 0), 5));
+    EXPECT_EQ(collider->intersect(scene), 0);
+    for (int i = 0; i < 40; ++i)
+        collider->addRay(tbRay());
+    EXPECT_EQ(collider->getNumRays(), 32);
+    collider->generateRayHit(99, scene, tbVec3(0, 0, 0), 1, 0, 0);
+}
+
+TEST(Collider, ComesBackFromAFile)
+{
+    const tbRef<tbCollider> collider = withRay(4.5f, tbCollider::RAY_HIT_FARTHEST);
+    collider->setXYZ(1, 2, 3);
+    collider->setColliderMask(0x77);
+    collider->setSaveMask(5);
+    collider->addTrait(new tbColliderMask);
+    const tbRef<tbCollider> read = tbtest::savedCopy(collider.get());
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->getNumRays(), 1);
+    EXPECT_TRUE(*read->getLocalRay(0) == *collider->getLocalRay(0));
+    EXPECT_EQ(read->getRayHitMode(), tbCollider::RAY_HIT_FARTHEST);
+    EXPECT_EQ(read->getColliderMask(), 0x77u);
+    EXPECT_EQ(read->getSaveMask(), 5u);
+    EXPECT_EQ(read->getNumTraits(), 1);
+    const tbRef<tbBase> copy(collider->createCopy());
+    EXPECT_EQ(static_cast<tbCollider*>(copy.get())->getNumTraits(), 1);
+}

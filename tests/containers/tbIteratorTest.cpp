@@ -1,0 +1,121 @@
+#include <tamber/containers/tbIterator.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <limits>
+#include <thread>
+#include <vector>
+
+namespace
+{
+
+std::vector<int> frames(tbIterator& iterator, int count)
+{
+    std::vector<int> shown;
+    for (int i = 0; i < count; ++i)
+        shown.push_back(iterator.update());
+    return shown;
+}
+
+tbIterator byFrames(int items, int framesPerItem, tbIterator::CYCLE cycle)
+{
+    tbIterator iterator;
+    iterator.setMode(tbIterator::MODE_FRAMES);
+    iterator.setNumItems(items);
+    iterator.setItemFrameCount(framesPerItem);
+    iterator.setCycle(cycle);
+    return iterator;
+}
+
+void wait(int milliseconds)
+{
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
+} // namespace
+
+TEST(Iterator, WrapsStopsOrTurnsRoundAtTheEnds)
+{
+    tbIterator wrap = byFrames(3, 1, tbIterator::CYCLE_WRAP);
+    EXPECT_EQ(frames(wrap, 7), (std::vector<int>{0, 1, 2, 0, 1, 2, 0}));
+    tbIterator turn = byFrames(3, 1, tbIterator::CYCLE_REVERSE);
+    EXPECT_EQ(frames(turn, 8), (std::vector<int>{0, 1, 2, 1, 0, 1, 2, 1}));
+    tbIterator single = byFrames(1, 1, tbIterator::CYCLE_REVERSE);
+    EXPECT_EQ(frames(single, 4), (std::vector<int>{0, 0, 0, 0}));
+    tbIterator stop = byFrames(2, 1, tbIterator::CYCLE_STOP);
+    EXPECT_EQ(frames(stop, 2), (std::vector<int>{0, -1}));
+    tbIterator unknown = byFrames(2, 1, tbIterator::CYCLE(7));
+    EXPECT_EQ(frames(unknown, 2), (std::vector<int>{0, -1}));
+}
+
+TEST(Iterator, ShowsEachItemForItsFramesInEitherDirection)
+{
+    tbIterator iterator = byFrames(3, 1, tbIterator::CYCLE_WRAP);
+    iterator.setItemFrameCount(1, 3);
+    EXPECT_EQ(frames(iterator, 6), (std::vector<int>{0, 1, 1, 1, 2, 0}));
+    iterator.setDirection(tbIterator::BACKWARD);
+    iterator.reset();
+    EXPECT_EQ(frames(iterator, 6), (std::vector<int>{2, 1, 1, 1, 0, 2}));
+}
+
+TEST(Iterator, TotalsAreSharedAndKeptWhenTheNumberChanges)
+{
+    tbIterator iterator = byFrames(3, 1, tbIterator::CYCLE_WRAP);
+    iterator.setFrameCount(10);
+    EXPECT_EQ(iterator.getItemFrameCount(2), 3);
+    iterator.setNumItems(5);
+    EXPECT_EQ(iterator.getItemFrameCount(4), 2);
+    iterator.setNumItems(0);
+    EXPECT_EQ(iterator.getItemFrameCount(4), 2);
+    EXPECT_EQ(iterator.getItemFrameCount(5), 0);
+    EXPECT_EQ(iterator.getItemFrameCount(-1), 0);
+    EXPECT_EQ(iterator.update(), -1);
+}
+
+TEST(Iterator, GoesOnByTheClock)
+{
+    tbIterator iterator;
+    iterator.setNumItems(3);
+    iterator.setItemTime(0.05f);
+    EXPECT_EQ(iterator.update(), 0);
+    EXPECT_EQ(iterator.update(), 0);
+    wait(70);
+    EXPECT_EQ(iterator.update(), 1);
+    iterator.pause();
+    wait(60);
+    EXPECT_EQ(iterator.update(), 1);
+}
+
+TEST(Iterator, TimesOfAnyKindEndEveryUpdate)
+{
+    for (const float time : {0.0f, -1.0f, 1e-30f, std::numeric_limits<float>::quiet_NaN(),
+                             std::numeric_limits<float>::infinity()})
+    {
+        for (const tbIterator::CYCLE cycle : {tbIterator::CYCLE_WRAP, tbIterator::CYCLE_REVERSE})
+        {
+            tbIterator iterator;
+            iterator.setCycle(cycle);
+            iterator.setNumItems(4);
+            iterator.setItemTime(time);
+            iterator.update();
+            wait(1);
+            const int shown = iterator.update();
+            EXPECT_TRUE(shown >= 0 && shown < 4) << time;
+        }
+    }
+    tbIterator still = byFrames(4, 0, tbIterator::CYCLE_WRAP);
+    for (const int shown : frames(still, 5))
+        EXPECT_TRUE(shown >= 0 && shown < 4);
+}
+
+TEST(Iterator, CopiesHaveArraysOfTheirOwn)
+{
+    tbIterator first = byFrames(3, 2, tbIterator::CYCLE_WRAP);
+    tbIterator second(first);
+    second.setItemFrameCount(0, 9);
+    EXPECT_EQ(first.getItemFrameCount(0), 2);
+    EXPECT_EQ(second.getItemFrameCount(0), 9);
+    second = tbIterator();
+    EXPECT_EQ(second.getItemFrameCount(0), 0);
+}

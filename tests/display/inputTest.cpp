@@ -1,0 +1,106 @@
+#include <tamber/display/tbKeyboard.h>
+#include <tamber/display/tbMouse.h>
+#include <tamber/display/tbWindow.h>
+#include <tamber/kernel/tbRef.h>
+#include <tests/support/WalkCamera.h>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+class SizedWindow : public tbWindow
+{
+public:
+    bool open() override { return true; }
+    void close() override {}
+    void setSize(int w, int h) override
+    {
+        width = w;
+        height = h;
+    }
+    void getSize(int& w, int& h) const override
+    {
+        w = width;
+        h = height;
+    }
+    void setXY(int, int) override {}
+    void getXY(int& x, int& y) const override { x = y = 0; }
+    tbRenderContext* getRenderContext() const override { return nullptr; }
+
+private:
+    int width = 640;
+    int height = 480;
+};
+
+} // namespace
+
+TEST(Keyboard, QueuesPressesAndReleasesWhenAsked)
+{
+    const tbRef<tbKeyboard> keyboard(new tbKeyboard);
+    EXPECT_FALSE(keyboard->set(nullptr, 65, 1, false));
+    EXPECT_TRUE(keyboard->set(nullptr, 65, 1, true));
+    keyboard->collectKeyUpEvents(true);
+    EXPECT_TRUE(keyboard->set(nullptr, 66, 2, false));
+    tbKeyboardData first{}, again{}, taken{};
+    EXPECT_TRUE(keyboard->sample(first) && keyboard->sample(again));
+    EXPECT_TRUE(first.key == 65 && again.key == 65 && first.down);
+    EXPECT_TRUE(keyboard->get(&taken) && keyboard->get(&taken));
+    EXPECT_TRUE(taken.key == 66 && !taken.down && taken.code == 2);
+    EXPECT_FALSE(keyboard->sample(first));
+}
+
+TEST(Keyboard, NewEventsTakeThePlaceOfTheOldest)
+{
+    const tbRef<tbKeyboard> keyboard(new tbKeyboard);
+    for (int key = 0; key < 51; ++key)
+        EXPECT_TRUE(keyboard->set(nullptr, key, 0, true));
+    EXPECT_EQ(keyboard->getCount(), 50);
+    tbKeyboardData oldest{};
+    EXPECT_TRUE(keyboard->sample(oldest));
+    EXPECT_EQ(oldest.key, 1);
+}
+
+TEST(Keyboard, TestCountsKeyboardsAndNotEvents)
+{
+    const tbRef<tbKeyboard> keyboard(new tbKeyboard);
+    const int living = keyboard->test();
+    const tbRef<tbKeyboard> another(new tbKeyboard);
+    EXPECT_EQ(keyboard->test(), living + 1);
+}
+
+TEST(Mouse, NormalisesPixelsAcrossTheWindow)
+{
+    const tbRef<SizedWindow> window(new SizedWindow);
+    const tbRef<tbMouse> mouse(new tbMouse);
+    EXPECT_FALSE(mouse->test());
+    EXPECT_TRUE(mouse->set(window.get(), 0, 0, 1u));
+    EXPECT_TRUE(mouse->set(window.get(), 320, 240, 2u));
+    EXPECT_TRUE(mouse->test());
+    tbMouseData data{};
+    mouse->get(&data);
+    EXPECT_TRUE(data.nx == -1.0f && data.ny == -1.0f && data.buttons == 1 && data.window == window.get());
+    mouse->get(&data);
+    EXPECT_TRUE(data.nx == 0.0f && data.ny == 0.0f && data.x == 320);
+    window->setSize(0, 0);
+    EXPECT_TRUE(mouse->set(window.get(), 5, 5, 0u));
+}
+
+TEST(Mouse, EventsOutsideTheViewportStayQueued)
+{
+    const tbRef<SizedWindow> window(new SizedWindow);
+    const tbRef<tbMouse> mouse(new tbMouse);
+    tbtest::WalkCamera camera;
+    camera->setWindow(window.get());
+    camera->setViewport(0.0f, 0.5f, 0.0f, 1.0f);
+    tbMouseData data{};
+    EXPECT_FALSE(mouse->sample(data, camera.get()));
+    mouse->set(window.get(), 500, 100, 0u);
+    EXPECT_FALSE(mouse->sample(data, camera.get()));
+    EXPECT_TRUE(mouse->sample(data, nullptr));
+    EXPECT_TRUE(mouse->test());
+    mouse->get(&data);
+    mouse->set(window.get(), 320, 100, 0u); // on the edge
+    EXPECT_TRUE(mouse->sample(data, camera.get()));
+    camera->setWindow(nullptr);
+}

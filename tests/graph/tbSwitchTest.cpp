@@ -1,0 +1,313 @@
+#include <tamber/graph/tbSwitch.h>
+
+#include <tamber/graph/tbAutoSwitch.h>
+#include <tamber/graph/tbRangeSwitch.h>
+#include <tests/support/SavedCopy.h>
+#include <tests/support/TestScene.h>
+#include <tests/support/WalkCamera.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <thread>
+
+namespace
+{
+
+// States as letters: o for off, A for active.
+std::string states(const tbSwitch* node)
+{
+    std::string text;
+    for (int i = 0; i < node->getNumChildren(); ++i)
+        text += node->isActive(i) ? 'A' : 'o';
+    return text;
+}
+
+template <class Switch>
+tbRef<Switch> makeSwitch(int children)
+{
+    tbRef<Switch> node(new Switch);
+    for (int i = 0; i < children; ++i)
+        node->addChild(new tbtest::TestGeometry);
+    return node;
+}
+
+int drawn(const tbGroup* node, int i)
+{
+    return static_cast<tbtest::TestGeometry*>(node->getChild(i))->numDrawn;
+}
+
+} // namespace
+
+TEST(Switch, FirstChildIsOnAndLaterOnesAreOff)
+{
+    const tbRef<tbSwitch> node = makeSwitch<tbSwitch>(6);
+    EXPECT_EQ(states(node.get()), "Aooooo");
+    EXPECT_FALSE(node->isActive(6));
+    EXPECT_FALSE(node->isActive(-1));
+    EXPECT_TRUE(node->areChildrenOrdered());
+    EXPECT_FALSE(node->addChild(node->getChild(2)));
+    EXPECT_EQ(states(node.get()), "Aooooo");
+}
+
+TEST(Switch, SelectionRefusesWhatIsNoChild)
+{
+    const tbRef<tbSwitch> node = makeSwitch<tbSwitch>(3);
+    EXPECT_FALSE(node->selectChild(5));
+    EXPECT_FALSE(node->selectChild(-1));
+    EXPECT_FALSE(node->selectChild(3, true));
+    EXPECT_EQ(states(node.get()), "Aoo");
+    EXPECT_TRUE(node->selectChild(2));
+    EXPECT_TRUE(node->selectChild(1, true));
+    EXPECT_EQ(states(node.get()), "oAA");
+    node->allOn();
+    EXPECT_EQ(states(node.get()), "AAA");
+    node->allOff();
+    EXPECT_EQ(states(node.get()), "ooo");
+}
+
+TEST(Switch, InsertionDropsTheLastStateAndRemovalClosesTheGap)
+{
+    const tbRef<tbSwitch> node = makeSwitch<tbSwitch>(3);
+    node->selectChild(2); // ooA
+    node->insertChild(1, new tbGroup);
+    EXPECT_EQ(states(node.get()), "oooo"); // the A is not carried into the new last place
+    node->allOn();
+    node->selectChild(1, false); // AoAA
+    node->removeChild(node->getChild(0));
+    EXPECT_EQ(states(node.get()), "oAA");
+    for (int i = 0; i < 20; ++i)
+        node->insertChild(0, new tbGroup);
+    EXPECT_EQ(node->getNumChildren(), 23);
+    EXPECT_FALSE(node->isActive(0));
+}
+
+TEST(Switch, TransitionFadesOverItsTime)
+{
+    tbtest::TestScene scene;
+    const tbRef<tbSwitch> node = makeSwitch<tbSwitch>(2);
+    scene->addChild(node.get());
+    node->enableTransition(true);
+    node->setTransitionTime(0.05f);
+    node->selectChild(1);
+    EXPECT_EQ(states(node.get()), "AA"); // the old one fades
+    EXPECT_TRUE(node->isInTransition());
+    scene.update();
+    scene.update();
+    EXPECT_TRUE(node->isInTransition());
+    tbtest::WalkCamera camera;
+    camera.walk(scene);
+    EXPECT_EQ(drawn(node.get(), 0), 1);
+    EXPECT_EQ(drawn(node.get(), 1), 1);
+    std::this_thread::sleep_for(std::chrono::milliseconds(70));
+    scene.update();
+    EXPECT_FALSE(node->isInTransition());
+    EXPECT_EQ(states(node.get()), "oA");
+    EXPECT_EQ(node->getTransitionFraction(), 1.0f);
+    camera.walk(scene);
+    EXPECT_EQ(drawn(node.get(), 0), 1);
+    EXPECT_EQ(drawn(node.get(), 1), 2);
+}
+
+TEST(Switch, TurningOnWhatIsOnEndsARunningTransition)
+{
+    const tbRef<tbSwitch> node = makeSwitch<tbSwitch>(3);
+    node->enableTransition(true);
+    node->selectChild(1);
+    EXPECT_TRUE(node->isInTransition());
+    node->selectChild(1, true);
+    EXPECT_FALSE(node->isInTransition());
+    EXPECT_EQ(states(node.get()), "AAo"); // child 0 is left fading
+    node->setTransitionTime(0.0f);
+    EXPECT_FALSE(node->isTransitionEnabled());
+    node->enableTransition(true);
+    node->setTransitionTime(std::numeric_limits<float>::quiet_NaN());
+    EXPECT_FALSE(node->isTransitionEnabled());
+}
+
+TEST(Switch, CopiesAndFilesKeepTheStates)
+{
+    const tbRef<tbSwitch> node(new tbSwitch);
+    for (int i = 0; i < 6; ++i)
+        node->addChild(new tbGroup);
+    node->selectChild(4);
+    node->selectChild(2, true);
+    node->enableTransition(true);
+    node->setTransitionTime(2.5f);
+    const tbRef<tbGroup> copy(node->makeCopy()), clone(node->makeClone());
+    const tbRef<tbSwitch> read = tbtest::savedCopy(node.get());
+    for (const tbGroup* other : {copy.get(), clone.get(), static_cast<tbGroup*>(read.get())})
+    {
+        ASSERT_NE(other, nullptr);
+        const auto* same = static_cast<const tbSwitch*>(other);
+        EXPECT_EQ(states(same), "ooAoAo");
+        EXPECT_TRUE(same->isTransitionEnabled());
+        EXPECT_EQ(same->getTransitionTime(), 2.5f);
+    }
+}
+
+TEST(AutoSwitch, StepsThroughItsChildrenFrameByFrame)
+{
+    tbtest::TestScene scene;
+    const tbRef<tbAutoSwitch> node = makeSwitch<tbAutoSwitch>(3);
+    node->setMode(tbIterator::MODE_FRAMES);
+    node->setChildFrameCount(1);
+    scene->addChild(node.get());
+    std::string shown;
+    for (int i = 0; i < 6; ++i)
+    {
+        scene.update();
+        shown += states(node.get()) + ' ';
+    }
+    // The first update of the tree registers the switch, the next frame is its first.
+    EXPECT_EQ(shown, "Aoo Aoo oAo ooA Aoo oAo ");
+    node->pause();
+    scene.update();
+    EXPECT_EQ(states(node.get()), "oAo");
+}
+
+TEST(AutoSwitch, LosingTheChildThatIsShownDisablesIt)
+{
+    tbtest::TestScene scene;
+    const tbRef<tbAutoSwitch> node = makeSwitch<tbAutoSwitch>(3);
+    node->setMode(tbIterator::MODE_FRAMES);
+    node->setChildFrameCount(1);
+    scene->addChild(node.get());
+    for (int i = 0; i < 3; ++i)
+        scene.update();
+    node->removeChild(node->getChild(0)); // before the one that is shown
+    EXPECT_TRUE(node->isEnabled());
+    EXPECT_EQ(states(node.get()), "Ao");
+    node->removeChild(node->getChild(0));
+    EXPECT_FALSE(node->isEnabled());
+    tbtest::WalkCamera camera;
+    camera.walk(scene);
+    EXPECT_EQ(drawn(node.get(), 0), 0);
+}
+
+TEST(AutoSwitch, ComesBackFromAFile)
+{
+    const tbRef<tbAutoSwitch> node(new tbAutoSwitch);
+    for (int i = 0; i < 3; ++i)
+        node->addChild(new tbGroup);
+    node->setChildTime(1, 4.5f);
+    node->setCycle(tbIterator::CYCLE_REVERSE);
+    node->setDirection(tbIterator::BACKWARD);
+    node->enable(false);
+    const tbRef<tbAutoSwitch> read = tbtest::savedCopy(node.get());
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->getNumChildren(), 3);
+    EXPECT_EQ(read->getChildTime(1), 4.5f);
+    EXPECT_EQ(read->getCycle(), tbIterator::CYCLE_REVERSE);
+    EXPECT_EQ(read->getDirection(), tbIterator::BACKWARD);
+    EXPECT_FALSE(read->isEnabled());
+}
+
+namespace
+{
+
+// Numbers of drawings of three children at a distance from the eye.
+std::string drawnAt(tbRangeSwitch* node, float distance)
+{
+    tbtest::WalkCamera camera;
+    const tbRef<tbTransform> place(new tbTransform);
+    place->setXYZ(0, distance, 0);
+    place->addChild(node);
+    int before[3];
+    for (int i = 0; i < 3; ++i)
+        before[i] = drawn(node, i);
+    camera.walk(place.get());
+    std::string text;
+    for (int i = 0; i < 3; ++i)
+        text += std::to_string(drawn(node, i) - before[i]);
+    return text;
+}
+
+} // namespace
+
+TEST(RangeSwitch, PicksTheBandOfTheDistance)
+{
+    const tbRef<tbRangeSwitch> node = makeSwitch<tbRangeSwitch>(3);
+    EXPECT_EQ(drawnAt(node.get(), 500), "100");
+    EXPECT_EQ(drawnAt(node.get(), 1500), "010");
+    EXPECT_EQ(drawnAt(node.get(), 3000), "001");
+    EXPECT_EQ(drawnAt(node.get(), 3500), "000");
+    EXPECT_TRUE(node->setRange(2, 4000));
+    EXPECT_EQ(drawnAt(node.get(), 3500), "001");
+    EXPECT_FALSE(node->setRange(3, 1));
+    EXPECT_FALSE(node->setTransition(-1, 1));
+}
+
+TEST(RangeSwitch, BlendsNeighboursAroundTheRange)
+{
+    const tbRef<tbRangeSwitch> node = makeSwitch<tbRangeSwitch>(3);
+    node->enableTransition(true);
+    EXPECT_EQ(drawnAt(node.get(), 900), "100");
+    EXPECT_EQ(drawnAt(node.get(), 975), "110");
+    EXPECT_EQ(drawnAt(node.get(), 1025), "110");
+    EXPECT_EQ(drawnAt(node.get(), 1060), "010");
+    EXPECT_EQ(drawnAt(node.get(), 3025), "001"); // fades out alone
+    EXPECT_EQ(drawnAt(node.get(), 3051), "000");
+}
+
+TEST(RangeSwitch, NoNumberSelectsNothing)
+{
+    const tbRef<tbRangeSwitch> node = makeSwitch<tbRangeSwitch>(3);
+    for (int i = 0; i < 3; ++i)
+        node->setRange(i, std::numeric_limits<float>::quiet_NaN());
+    EXPECT_EQ(drawnAt(node.get(), 10), "000");
+    node->enableTransition(true);
+    node->setTransition(0, 0.0f);
+    EXPECT_EQ(drawnAt(node.get(), 10), "000");
+    const tbRef<tbRangeSwitch> empty(new tbRangeSwitch);
+    empty->enableTransition(true);
+    tbtest::WalkCamera().walk(empty.get());
+}
+
+TEST(RangeSwitch, CentreFollowsTheBoundsUntilItIsFrozen)
+{
+    tbtest::TestScene scene;
+    const tbRef<tbRangeSwitch> node(new tbRangeSwitch);
+    scene->addChild(node.get());
+    scene.update();
+    EXPECT_EQ(*node->getCenter(), tbVec3(0, 0, 0));
+    scene.addGeometry(node.get(), tbSphere(tbVec3(5, 6, 7), 2));
+    scene.update();
+    EXPECT_EQ(*node->getCenter(), tbVec3(5, 6, 7));
+    EXPECT_EQ(*scene->getVolume()->getCenter(), tbVec3(5, 6, 7));
+    node->setCenter(tbVec3(1, 1, 1));
+    node->autoCenter();
+    scene.update();
+    EXPECT_EQ(*node->getCenter(), tbVec3(1, 1, 1));
+    node->setCenter(tbVec3(2, 2, 2)); // lets go
+    scene.update();
+    EXPECT_EQ(*node->getCenter(), tbVec3(5, 6, 7));
+}
+
+TEST(RangeSwitch, RecordsFollowTheChildrenAndGoThroughFiles)
+{
+    const tbRef<tbRangeSwitch> node(new tbRangeSwitch);
+    for (int i = 0; i < 3; ++i)
+        node->addChild(new tbGroup);
+    EXPECT_EQ(node->getRange(2), 3000.0f);
+    node->setRange(1, 1700.0f);
+    node->setTransition(1, 30.0f);
+    node->insertChild(2, new tbGroup);
+    EXPECT_EQ(node->getRange(2), 1700.0f);
+    EXPECT_EQ(node->getTransition(2), 30.0f);
+    node->removeChild(node->getChild(0));
+    EXPECT_EQ(node->getRange(0), 1700.0f);
+    node->autoCenter();
+    const tbRef<tbRangeSwitch> read = tbtest::savedCopy(node.get());
+    ASSERT_TRUE(read);
+    ASSERT_EQ(read->getNumChildren(), 3);
+    for (int i = 0; i < 3; ++i)
+    {
+        EXPECT_EQ(read->getRange(i), node->getRange(i));
+        EXPECT_EQ(read->getTransition(i), node->getTransition(i));
+    }
+    EXPECT_TRUE(read->isCenterFixed());
+    const tbRef<tbGroup> copy(node->makeCopy());
+    EXPECT_EQ(static_cast<tbRangeSwitch*>(copy.get())->getRange(0), 1700.0f);
+}
