@@ -10,6 +10,7 @@
 #include <tamber/math/tbQuat.h>
 #include <tamber/render/tbGeometry.h>
 #include <tamber/thread/tbEvent.h>
+#include <tamber/thread/tbiSpinMutex.h>
 #include <tamber/trav/tbTraitStack.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tamber/trav/tbTravPath.h>
@@ -43,7 +44,7 @@ public:
 
 private:
     static constexpr int MAX_WALKS = 64;
-    static constinit std::mutex mutex;
+    static constinit tbiSpinMutex mutex;
     static constinit const tbTravContext* busy[MAX_WALKS];
 
     static const tbTravContext* begin(const tbTravContext* context)
@@ -73,7 +74,7 @@ private:
     const tbTravContext* mine;
 };
 
-constinit std::mutex BusyContext::mutex;
+constinit tbiSpinMutex BusyContext::mutex;
 constinit const tbTravContext* BusyContext::busy[MAX_WALKS] = {};
 
 tbTravContext* shareContext()

@@ -4,6 +4,7 @@
 #include <tamber/kernel/tbArena.h>
 #include <tamber/kernel/tbiLocks.h>
 #include <tamber/thread/tbiLockGuard.h>
+#include <tamber/trav/tbTrait.h>
 #include <tamber/trav/tbTraitStack.h>
 #include <tamber/trav/tbiTypeSet.h>
 
