@@ -3,7 +3,7 @@
 #include <tamber/display/tbCamera.h>
 #include <tamber/io/tbFile.h>
 
-TB_DEFINE_ABSTRACT_CLASS(tbWindow, tbBase)
+TB_DEFINE_SERVICE_CLASS(tbWindow, tbBase)
 
 constinit float tbWindow::pixelAspectRatio = 1.0f;
 

@@ -25,14 +25,14 @@ public:                                                                         
     {                                                                                                        \
         return tbType::ensure(classType, #Class, &Class::initClass);                                         \
     }                                                                                                        \
-    static void registerClass(tbPlugIn* plugIn);                                                             \
-    static void initClass(tbPlugIn* plugIn);                                                                 \
-    static void removeClass();                                                                               \
-    static int getNum(bool recursive);                                                                       \
-    static Class* get(int i, bool recursive);                                                                \
-    static Class* find(const char* name, tbBase* after, bool recursive);                                     \
-    static Class* import(const char* fileName);                                                              \
-    static tbBase* createInstance();                                                                         \
+    [[maybe_unused]] static void registerClass(tbPlugIn* plugIn);                                            \
+    [[maybe_unused]] static void initClass(tbPlugIn* plugIn);                                                \
+    [[maybe_unused]] static void removeClass();                                                              \
+    [[maybe_unused]] static int getNum(bool recursive);                                                      \
+    [[maybe_unused]] static Class* get(int i, bool recursive);                                               \
+    [[maybe_unused]] static Class* find(const char* name, tbBase* after, bool recursive);                    \
+    [[maybe_unused]] static Class* import(const char* fileName);                                             \
+    [[maybe_unused]] static tbBase* createInstance();                                                        \
     tbType* getType() const override;                                                                        \
                                                                                                              \
 private:                                                                                                     \

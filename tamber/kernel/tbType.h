@@ -79,14 +79,14 @@ public:
                        tbPlugIn* plugIn)
     {
         defineLocked(
-            [](void* context, const char* className, CreateFunc createFunc, tbPlugIn* supplier)
+            [](void* context, const char* className, CreateFunc creator, tbPlugIn* supplier)
             {
                 auto& typeSlot = *static_cast<std::atomic<typename Class::TypeClass*>*>(context);
                 if (typeSlot.load(std::memory_order_acquire))
                     return;
                 tbType* parentType = Parent::getClassType();
-                auto* type = new typename Class::TypeClass(parentType, className, createFunc,
-                                                           Class::removeClass, supplier);
+                auto* type = new
+                    typename Class::TypeClass(parentType, className, creator, Class::removeClass, supplier);
                 if (!Writable)
                     type->setWritable(false);
                 typeSlot.store(type, std::memory_order_release);
