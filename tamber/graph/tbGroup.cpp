@@ -245,9 +245,10 @@ void tbGroup::removedFrom(tbGroup* parent)
 
 void tbGroup::dirtyUp(unsigned bits)
 {
+    const bool isNews = (bits & ~unsigned(travFlags)) != 0;
     addTravFlags(bits);
     const unsigned carried = travFlags;
-    for (tbGroup* parent : getParents())
+    for (tbGroup* parent : isNews ? getParents() : tbiPropagation::parentsToTell(this))
         if ((carried & ~parent->getTravFlags()) != 0)
             tbiPropagation::dirtyUp(parent, carried);
 }

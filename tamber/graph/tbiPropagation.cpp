@@ -5,6 +5,7 @@
 #include "tbiNodeLinks.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -24,6 +25,8 @@ using PendingSteps = tbiLocalStack<PendingStep, 8>;
 thread_local constinit int nested = 0;
 thread_local constinit PendingSteps* pendingSteps = nullptr;
 thread_local constinit const tbGroup* freshNode = nullptr;
+thread_local constinit const tbGroup* nodeBeingAdded = nullptr;
+thread_local constinit tbGroup* newParent = nullptr; // of nodeBeingAdded
 
 constinit std::atomic<std::uint32_t> lastStamp{0};
 
@@ -86,11 +89,32 @@ bool tbiPropagation::firstVisit(tbGroup* node, std::uint32_t& stamp)
     return true;
 }
 
+std::span<tbGroup* const> tbiPropagation::parentsToTell(const tbGroup* node)
+{
+    if (node->getNumParents() <= MANY_PARENTS || node != nodeBeingAdded)
+        return node->getParents();
+    return {&newParent, 1};
+}
+
+void tbiPropagation::tellAdded(tbGroup* node, tbGroup* parent)
+{
+    if (node->getNumParents() <= MANY_PARENTS)
+    {
+        node->addedTo(parent);
+        return;
+    }
+    const tbGroup* outerNode = std::exchange(nodeBeingAdded, node);
+    tbGroup* outerParent = std::exchange(newParent, parent);
+    node->addedTo(parent);
+    nodeBeingAdded = outerNode;
+    newParent = outerParent;
+}
+
 void tbiPropagation::added(tbGroup* node, tbGroup* parent)
 {
     if (node->getNumChildren() == 0 || node == freshNode)
     {
-        node->addedTo(parent);
+        tellAdded(node, parent);
         return;
     }
     struct Frame
@@ -110,13 +134,13 @@ void tbiPropagation::added(tbGroup* node, tbGroup* parent)
         if (i < 0)
         {
             const Frame done = frames.pop();
-            done.node->addedTo(done.parent);
+            tellAdded(done.node, done.parent);
             continue;
         }
         tbGroup* child = frame.node->getChild(i);
         const bool descend = child->getNumChildren() > 0 && firstVisit(child, stamp);
         if (!descend || !frames.push({child, frame.node, child->getNumChildren()}))
-            child->addedTo(frame.node);
+            tellAdded(child, frame.node);
     }
 }
 

@@ -31,6 +31,10 @@ public:
         const tbGroup* outer;
     };
 
+    /// The parents that a node without news asks whether they carry its flags: all of them. Only a node that comes
+    /// under one parent after another asks the new one alone, or many instances would take a square of their time.
+    static std::span<tbGroup* const> parentsToTell(const tbGroup* node);
+
     /// A new stamp for nodes with several parents, never 0.
     static std::uint32_t newStamp();
     /// Whether this walk comes to a node for the first time. Nodes with one parent need no stamp.
@@ -40,7 +44,10 @@ private:
     using Climb = void (tbGroup::*)(unsigned);
     class Removal;
 
+    static constexpr int MANY_PARENTS = 64;
+
     static void climb(Climb step, tbGroup* parent, unsigned bits);
+    static void tellAdded(tbGroup* node, tbGroup* parent);
 };
 
 // Keeps a node alive. A node that nobody holds belongs to the caller and is left alone.

@@ -87,7 +87,9 @@ public:
         case 2:
         case 3:
             if (!mb->reaches(ma) || ma == mb)
+            {
                 EXPECT_EQ(a->addChild(b), ma->addChild(mb));
+            }
             break;
         case 4:
         case 5:
@@ -107,19 +109,27 @@ public:
             break;
         case 9:
             if (noCycle(ma->children, mb) && noCycle(mb, ma->parents))
+            {
                 EXPECT_EQ(a->replace(b), ma->replace(mb));
+            }
             break;
         case 10:
             if (noCycle(mb, ma->parents))
+            {
                 EXPECT_EQ(a->replaceGraph(b), ma->replaceGraph(mb));
+            }
             break;
         case 11:
             if (noCycle(ma->children, mb) && (ma == mb || !mb->reaches(ma)))
+            {
                 EXPECT_EQ(a->insertBelow(b), ma->insertBelow(mb));
+            }
             break;
         case 12:
             if ((ma == mb || !ma->reaches(mb)) && noCycle(mb, ma->parents))
+            {
                 EXPECT_EQ(a->insertAbove(b), ma->insertAbove(mb));
+            }
             break;
         default:
             change();

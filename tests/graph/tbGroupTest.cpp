@@ -228,7 +228,6 @@ TEST(Group, CopiesDropContentsAndDisposableCopiesKeepAllFlags)
     EXPECT_EQ(copy->getNodeFlags(), tbGroup::NODE_SHARE);
     EXPECT_EQ(copy->getNumChildren(), 0);
     const int before = tbGroup::getNum(true);
-    const tbRef<tbArena> none;
     tbArena arena(1024);
     const auto* disposable = static_cast<const tbGroup*>(root->createDisposableCopy(&arena));
     EXPECT_EQ(disposable->getTravFlags(), root->getTravFlags());

@@ -15,9 +15,8 @@ class MaskReader : public tbTraverser
 public:
     MaskReader()
     {
-        auto* context = new tbTravContext;
-        context->setTraitStack(new tbTraitStack);
-        setTravContext(context);
+        setTravContext(new tbTravContext);
+        getTravContext()->setTraitStack(new tbTraitStack);
     }
     TRAV_STATE apply(tbGroup* group) override
     {

@@ -70,7 +70,7 @@ TEST(Transform, AQuaternionReplacesTheWholeMatrix)
     tbVec3 hpr, xyz;
     node->getHPR(hpr);
     node->getXYZ(xyz);
-    EXPECT_TRUE(tbtest::near(hpr, tbVec3(30, 20, 10), 1e-3f));
+    EXPECT_TRUE(tbtest::near(hpr, tbVec3(30, 20, 10), 0.05f));
     EXPECT_TRUE(tbtest::near(xyz, tbVec3(0, 0, 0)));
 }
 
