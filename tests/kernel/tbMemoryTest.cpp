@@ -76,7 +76,9 @@ TEST(Arena, BlocksAreReusedInOrderAndRequestsStayAligned)
             ASSERT_EQ(reinterpret_cast<std::uintptr_t>(round[i]) % (sizeof(void*) * 2), 0u);
         }
         if (&round != &places[0])
+        {
             EXPECT_EQ(tbMemory::getSize(), bytes);
+        }
     }
     EXPECT_EQ(std::memcmp(places[1], places[2], sizeof places[1]), 0);
 }
