@@ -52,9 +52,10 @@ public:
 
     /// Null when there is none.
     const char* getFileName() const { return fileName; }
-    /// Pixels, or the bytes of an image file when getFormat() is not empty; null when no image is carried.
-    const void* getImage() const;
-    std::size_t getImageSize() const;
+    /// Pixels, or the bytes of an image file when getFormat() is not empty; null when no image is carried. Virtual,
+    /// so that programs can ask without a link to this module.
+    virtual const void* getImage() const;
+    virtual std::size_t getImageSize() const;
     const char* getFormat() const { return format; }
     /// 0 unless pixels are carried.
     int getWidth() const { return width; }

@@ -20,8 +20,8 @@ constexpr float FIELD_OF_VIEW = 60.0f;
 constexpr float ASPECT = 4.0f / 3.0f;
 
 // The circle lies within the model's bounds, so that a part of a large model is always out of sight.
-constexpr float CIRCLE_RADIUS = 0.9f;
-constexpr float CIRCLE_HEIGHT = 0.3f;
+constexpr float CIRCLE_RADIUS = 0.5f;
+constexpr float CIRCLE_HEIGHT = 0.15f;
 constexpr float NEAR_DISTANCE = 0.001f;
 constexpr float FAR_DISTANCE = 4.0f;
 

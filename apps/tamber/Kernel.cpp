@@ -1,5 +1,7 @@
 #include "Kernel.h"
 
+#include "CommandError.h"
+
 #include <tamber/io/tbPlugIn.h>
 #include <tamber/kernel/tbInit.h>
 #include <tamber/kernel/tbMessage.h>
@@ -9,6 +11,9 @@
 
 namespace
 {
+/// The classes that models are made of. Native files are not asked which modules they need.
+constexpr const char* PORTABLE_MODULE = "tbPortableKernel.dll";
+
 /// Messages must not come between the lines of a table, so they never go to stdout.
 void showMessage(const char* text)
 {
@@ -25,6 +30,11 @@ Kernel::Kernel(const KernelOptions& options)
         tbPlugIn::setSearchPolicy(tbPlugIn::SEARCH_APP);
     tbPlugIn::enableDynamicPlugIns(options.trustFiles);
     tbInit(nullptr);
+    if (tbPlugIn::load(PORTABLE_MODULE))
+        return;
+    tbShutdown();
+    throw CommandError(PORTABLE_MODULE,
+                       "the module was not found beside the program or in TAMBER_PLUGIN_PATH");
 }
 
 Kernel::~Kernel()

@@ -11,6 +11,7 @@ struct KernelOptions
 class Kernel
 {
 public:
+    /// Throws CommandError when the module with the classes of models is not there.
     explicit Kernel(const KernelOptions& options);
     ~Kernel();
     Kernel(const Kernel&) = delete;

@@ -2,8 +2,8 @@
 
 #include "Table.h"
 
-#include <portable/tbMesh.h>
 #include <portable/tbTexture.h>
+#include <tamber/render/tbGeometry.h>
 #include <tamber/render/tbVertexArray.h>
 #include <tamber/trav/tbTrait.h>
 
@@ -49,7 +49,7 @@ Kind measureVertices()
 {
     Blocks blocks;
     for (int i = 0; i < tbGeometry::getNum(true); ++i)
-        if (const tbVertexArray* vertices = std::as_const(*tbGeometry::get(i, true)).getVertexArray())
+        if (const tbVertexArray* vertices = tbGeometry::get(i, true)->getVertexArray())
             blocks[vertices] = vertices->getSize();
     return sum("vertex arrays", blocks);
 }
@@ -57,17 +57,18 @@ Kind measureVertices()
 Kind measureIndices()
 {
     Blocks blocks;
-    for (int i = 0; i < tbMesh::getNum(true); ++i)
-        if (const tbMesh* mesh = tbMesh::get(i, true); mesh->getIndices())
-            blocks[mesh->getIndices()] = mesh->getIndexSize();
+    for (int i = 0; i < tbGeometry::getNum(true); ++i)
+        if (const tbGeometry* geometry = tbGeometry::get(i, true); geometry->getIndices())
+            blocks[geometry->getIndices()] = std::size_t(geometry->getNumIndices()) * sizeof(unsigned int);
     return sum("index arrays", blocks);
 }
 
 Kind measureImages()
 {
     Blocks blocks;
-    for (int i = 0; i < tbTexture::getNum(true); ++i)
-        if (const tbTexture* texture = tbTexture::get(i, true); texture->getImage())
+    const tbType* type = tbType::findType("tbTexture");
+    for (int i = 0; type && i < type->getNum(false); ++i)
+        if (const auto* texture = static_cast<const tbTexture*>(type->get(i, false)); texture->getImage())
             blocks[texture->getImage()] = texture->getImageSize();
     return sum("images", blocks);
 }

@@ -30,10 +30,14 @@ void Table::print(std::ostream& out) const
 
 std::string formatCount(long long value)
 {
-    std::string text = std::to_string(value);
-    const std::size_t first = value < 0 ? 1 : 0;
-    for (std::size_t place = text.size(); place > first + 3;)
-        text.insert(place -= 3, ",");
+    const std::string digits = std::to_string(value);
+    std::string text;
+    for (std::size_t i = 0; i < digits.size(); ++i)
+    {
+        if (i > 0 && (digits.size() - i) % 3 == 0 && digits[i - 1] != '-')
+            text += ',';
+        text += digits[i];
+    }
     return text;
 }
 

@@ -44,7 +44,7 @@ void setName(tbBase& object, const aiString& name)
 class Converter
 {
 public:
-    explicit Converter(const aiScene& source) : scene(source), parts(source.mNumMeshes) {}
+    explicit Converter(const aiScene& source) : scene(source), materials(source), parts(source.mNumMeshes) {}
 
     tbRef<tbTransform> convertNode(const aiNode& source, int depth)
     {
@@ -74,13 +74,13 @@ private:
         mesh->setNodeFlags(tbGroup::NODE_SHARE);
         part = new tbStyle;
         part->setNodeFlags(tbGroup::NODE_SHARE);
-        if (source.mMaterialIndex < scene.mNumMaterials)
-            tbiConvertMaterial(scene, *scene.mMaterials[source.mMaterialIndex], *part);
+        materials.addTraits(source.mMaterialIndex, *part);
         part->addChild(mesh.get());
         return part.get();
     }
 
     const aiScene& scene;
+    tbiAssimpMaterials materials;
     std::vector<tbRef<tbStyle>> parts;
 };
 

@@ -94,7 +94,68 @@ void embedImage(const aiTexture& image, tbTexture& texture)
     texture.setPixels(int(image.mWidth), int(image.mHeight), rgba.data());
 }
 
-void addTexture(const aiScene& scene, const aiMaterial& source, tbStyle& style)
+/// Additive materials and those that light passes through mix with what is behind them.
+void addBlend(const aiMaterial& source, float opacity, std::vector<tbRef<tbVisualTrait>>& traits)
+{
+    int function = aiBlendMode_Default;
+    source.Get(AI_MATKEY_BLEND_FUNC, function);
+    aiString mode;
+    const bool saysBlend =
+        source.Get(AI_MATKEY_GLTF_ALPHAMODE, mode) == AI_SUCCESS && std::strcmp(mode.C_Str(), "BLEND") == 0;
+    const bool isAdditive = function == aiBlendMode_Additive;
+    if (!saysBlend && !isAdditive && opacity >= 1.0f)
+        return;
+    tbRef<tbBlend> blend = new tbBlend;
+    blend->enable(true);
+    if (isAdditive)
+        blend->setFactors(tbBlend::SRC_ALPHA, tbBlend::ONE);
+    traits.emplace_back(blend.get());
+}
+
+void addFaceCull(const aiMaterial& source, std::vector<tbRef<tbVisualTrait>>& traits)
+{
+    int twoSided = 0;
+    if (source.Get(AI_MATKEY_TWOSIDED, twoSided) != AI_SUCCESS)
+        return;
+    tbRef<tbFaceCull> cull = new tbFaceCull;
+    cull->setFace(twoSided != 0 ? tbFaceCull::CULL_NONE : tbFaceCull::CULL_BACK);
+    traits.emplace_back(cull.get());
+}
+} // namespace
+
+tbiAssimpMaterials::tbiAssimpMaterials(const aiScene& source) : scene(source), materials(source.mNumMaterials)
+{
+}
+
+tbiAssimpMaterials::~tbiAssimpMaterials() = default;
+
+void tbiAssimpMaterials::addTraits(unsigned index, tbStyle& style)
+{
+    if (index >= materials.size())
+        return;
+    if (materials[index].empty())
+        materials[index] = convert(*scene.mMaterials[index]);
+    for (const tbRef<tbVisualTrait>& trait : materials[index])
+        style.addTrait(trait.get());
+}
+
+tbiAssimpMaterials::Traits tbiAssimpMaterials::convert(const aiMaterial& source)
+{
+    Traits traits;
+    tbRef<tbMaterial> material = new tbMaterial;
+    float opacity = 1.0f;
+    convertColors(source, *material, opacity);
+    aiString name;
+    if (source.Get(AI_MATKEY_NAME, name) == AI_SUCCESS && name.length > 0)
+        material->setName(name.C_Str());
+    traits.emplace_back(material.get());
+    addTexture(source, traits);
+    addBlend(source, opacity, traits);
+    addFaceCull(source, traits);
+    return traits;
+}
+
+void tbiAssimpMaterials::addTexture(const aiMaterial& source, Traits& traits)
 {
     aiTextureType type = aiTextureType_DIFFUSE;
     if (source.GetTextureCount(type) == 0)
@@ -112,48 +173,12 @@ void addTexture(const aiScene& scene, const aiMaterial& source, tbStyle& style)
     source.Get(AI_MATKEY_MAPPINGMODE_U(type, 0), modeU);
     source.Get(AI_MATKEY_MAPPINGMODE_V(type, 0), modeV);
     texture->setWrap(toWrap(modeU), toWrap(modeV));
-    style.addTrait(static_cast<tbVisualTrait*>(texture.get()));
-}
-
-/// Additive materials and those that light passes through mix with what is behind them.
-void addBlend(const aiMaterial& source, float opacity, tbStyle& style)
-{
-    int function = aiBlendMode_Default;
-    source.Get(AI_MATKEY_BLEND_FUNC, function);
-    aiString mode;
-    const bool saysBlend =
-        source.Get(AI_MATKEY_GLTF_ALPHAMODE, mode) == AI_SUCCESS && std::strcmp(mode.C_Str(), "BLEND") == 0;
-    const bool isAdditive = function == aiBlendMode_Additive;
-    if (!saysBlend && !isAdditive && opacity >= 1.0f)
-        return;
-    tbRef<tbBlend> blend = new tbBlend;
-    blend->enable(true);
-    if (isAdditive)
-        blend->setFactors(tbBlend::SRC_ALPHA, tbBlend::ONE);
-    style.addTrait(static_cast<tbVisualTrait*>(blend.get()));
-}
-
-void addFaceCull(const aiMaterial& source, tbStyle& style)
-{
-    int twoSided = 0;
-    if (source.Get(AI_MATKEY_TWOSIDED, twoSided) != AI_SUCCESS)
-        return;
-    tbRef<tbFaceCull> cull = new tbFaceCull;
-    cull->setFace(twoSided != 0 ? tbFaceCull::CULL_NONE : tbFaceCull::CULL_BACK);
-    style.addTrait(static_cast<tbVisualTrait*>(cull.get()));
-}
-} // namespace
-
-void tbiConvertMaterial(const aiScene& scene, const aiMaterial& source, tbStyle& style)
-{
-    tbRef<tbMaterial> material = new tbMaterial;
-    float opacity = 1.0f;
-    convertColors(source, *material, opacity);
-    aiString name;
-    if (source.Get(AI_MATKEY_NAME, name) == AI_SUCCESS && name.length > 0)
-        material->setName(name.C_Str());
-    style.addTrait(static_cast<tbVisualTrait*>(material.get()));
-    addTexture(scene, source, style);
-    addBlend(source, opacity, style);
-    addFaceCull(source, style);
+    const auto same =
+        std::find_if(textures.begin(), textures.end(),
+                     [&](const tbRef<tbTexture>& earlier) { return earlier->isEqual(texture.get()); });
+    if (same != textures.end())
+        texture = *same;
+    else
+        textures.push_back(texture);
+    traits.emplace_back(texture.get());
 }
