@@ -273,6 +273,7 @@ TEST_F(NullDisplayTest, FrustumReadOffAMatrixIsThatOfItsBounds)
     float horizontal, vertical;
     other->getFOV(horizontal, vertical);
     EXPECT_EQ(horizontal, 0.0f);
+    camera->setNearFar(1.0f, 1000.0f);
     camera->setFOV(80.0f, 45.0f);
     other->setProjectionMatrix(camera->getProjectionMatrix());
     other->getFOV(horizontal, vertical);

@@ -14,6 +14,7 @@
 
 #include <bit>
 #include <cstring>
+#include <memory>
 #include <random>
 
 namespace
@@ -341,6 +342,8 @@ TEST(VertexArrayFile, ArrayThatIsNotAllThereIsRefused)
         tbVertexArray* read = tbVertexArray::readRef(&file, file.getEntry(0));
         const int count = read ? read->getNum() : -1;
         file.close();
+        if (read)
+            read->unRef();
         return count;
     };
     EXPECT_EQ(readBack(2, 6), 2);
