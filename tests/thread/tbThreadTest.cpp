@@ -17,9 +17,9 @@ using tbtest::FuncAction;
 
 TEST(Thread, RunsItsActionsOverAndOverOnAThreadOfItsOwn)
 {
-    const tbRef<tbThread> thread = new tbThread;
     const tbRef<tbBase> argument = new tbEvent;
     std::atomic<bool> there{true};
+    const tbRef<tbThread> thread = new tbThread;
     const tbRef<FuncAction> action = new FuncAction(
         [&](tbBase* initiator, tbEvent* event)
         {
@@ -38,16 +38,16 @@ TEST(Thread, RunsItsActionsOverAndOverOnAThreadOfItsOwn)
 
 TEST(Thread, InitActionsRunOnceBeforeAllOthers)
 {
-    const tbRef<tbThread> thread = new tbThread;
-    const tbRef<FuncAction> init =
-        new FuncAction([&](tbBase* initiator, tbEvent*) { return initiator == thread.get(); });
     std::atomic<bool> first{true};
+    const tbRef<FuncAction> init =
+        new FuncAction([](tbBase* initiator, tbEvent*) { return initiator == tbThread::getCurrentThread(); });
     const tbRef<FuncAction> action = new FuncAction(
         [&](tbBase*, tbEvent*)
         {
             first = first && init->getTimes() == 1;
             return true;
         });
+    const tbRef<tbThread> thread = new tbThread;
     thread->addInitAction(init.get());
     thread->addAction(action.get());
     thread->run();
@@ -172,9 +172,9 @@ TEST(Thread, ApplyWithoutActionsIsTrue)
 
 TEST(Thread, ActionsMayRemoveThemselves)
 {
+    FuncAction* once = nullptr;
     const tbRef<tbThread> thread = new tbThread;
     const tbRef<FuncAction> counts = new FuncAction;
-    FuncAction* once = new FuncAction;
     once = new FuncAction(
         [&](tbBase*, tbEvent*)
         {
@@ -242,8 +242,8 @@ TEST(Thread, FlushOfAThreadThatCannotRunReturnsAtOnce)
 
 TEST(Thread, FlushEndsWhenTheThreadIsSuspendedMeanwhile)
 {
-    const tbRef<tbThread> thread = new tbThread;
     std::atomic<bool> entered{false}, go{false};
+    const tbRef<tbThread> thread = new tbThread;
     thread->addActionToQueue(new FuncAction(
         [&](tbBase*, tbEvent*)
         {
@@ -261,21 +261,27 @@ TEST(Thread, FlushEndsWhenTheThreadIsSuspendedMeanwhile)
 
 TEST(Thread, ThreadsThatFlushEachOtherDoNotBlock)
 {
+    std::atomic<bool> stop{false};
     const tbRef<tbThread> threads[] = {new tbThread, new tbThread};
-    std::atomic<int> rounds[2] = {};
+    tbRef<FuncAction> actions[2];
     for (int i = 0; i < 2; ++i)
-        threads[i]->addAction(new FuncAction(
-            [&, i](tbBase*, tbEvent*)
+    {
+        actions[i] = new FuncAction(
+            [&stop, other = threads[1 - i].get()](tbBase*, tbEvent*)
             {
-                threads[1 - i]->flushQueue();
-                rounds[i].fetch_add(1);
+                if (!stop)
+                    other->flushQueue();
                 return true;
-            }));
+            });
+        threads[i]->addAction(actions[i].get());
+    }
     for (const auto& thread : threads)
         thread->run();
-    EXPECT_TRUE(comesTrue([&] { return rounds[0] > 20 && rounds[1] > 20; }));
-    for (const auto& thread : threads)
-        thread->kill();
+    EXPECT_TRUE(comesTrue([&] { return actions[0]->getTimes() > 20 && actions[1]->getTimes() > 20; }));
+    stop = true;
+    const int times[] = {actions[0]->getTimes(), actions[1]->getTimes()};
+    EXPECT_TRUE(comesTrue(
+        [&] { return actions[0]->getTimes() > times[0] + 1 && actions[1]->getTimes() > times[1] + 1; }));
 }
 
 TEST(Thread, PostedFlushRequestCanBeWaitedFor)
@@ -292,12 +298,13 @@ TEST(Thread, PostedFlushRequestCanBeWaitedFor)
 
 TEST(Thread, MayBeDeletedByItsOwnAction)
 {
-    std::atomic<bool> deleted{false};
+    std::atomic<bool> started{false}, deleted{false};
     tbThread* thread = new tbThread;
     thread->ref();
     thread->addActionToQueue(new FuncAction(
         [&](tbBase* initiator, tbEvent*)
         {
+            comesTrue([&] { return started.load(); });
             initiator->unRef();
             deleted = true;
             return true;
@@ -305,6 +312,7 @@ TEST(Thread, MayBeDeletedByItsOwnAction)
     const tbRef<FuncAction> action = new FuncAction;
     thread->addAction(action.get());
     thread->run();
+    started = true;
     EXPECT_TRUE(comesTrue([&] { return deleted.load() && action->getRefCount() == 1; }));
 }
 

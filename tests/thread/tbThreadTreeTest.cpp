@@ -12,31 +12,31 @@
 using tbtest::comesTrue;
 using tbtest::FuncAction;
 
-namespace
-{
+static std::atomic<int> alive{0};
 
-std::atomic<int> alive{0};
-
-class Counted : public tbBase
+class ThreadTreeTestObject : public tbBase
 {
-    TB_CLASS(Counted, tbBase)
+    TB_CLASS(ThreadTreeTestObject, tbBase)
 
 public:
-    Counted()
+    ThreadTreeTestObject()
     {
         alive.fetch_add(1);
         initInstance();
     }
 
 protected:
-    ~Counted() override
+    ~ThreadTreeTestObject() override
     {
         deleteInstance();
         alive.fetch_sub(1);
     }
 };
 
-TB_DEFINE_CLASS(Counted, tbBase)
+TB_DEFINE_CLASS(ThreadTreeTestObject, tbBase)
+
+namespace
+{
 
 // Threads that never run by themselves: the tests handle their queues step by step.
 class ThreadTree : public testing::Test
@@ -49,25 +49,32 @@ protected:
     }
     void TearDown() override
     {
-        while (app->getNumDownstreamThreads() > 0)
-            app->removeDownstreamThread(app->getDownstreamThread(0));
+        for (const auto& thread : made)
+            while (tbThread* above = thread->getUpstreamThread(0))
+                above->removeDownstreamThread(thread.get());
+        made.clear();
         app->processQueue(true);
         EXPECT_EQ(tbThread::getTotalDownstreamThreads(), 0);
         EXPECT_EQ(tbBase::getNumPendingDeletions(), 0);
         EXPECT_EQ(alive, 0);
     }
-    static tbRef<tbThread> make() { return new tbThread; }
+    tbRef<tbThread> make()
+    {
+        made.emplace_back(new tbThread);
+        return made.back();
+    }
 
     // Drops the last reference of a new object, which a deferred deletion keeps.
-    static Counted* drop()
+    static ThreadTreeTestObject* drop()
     {
-        auto* object = new Counted;
+        auto* object = new ThreadTreeTestObject;
         object->ref();
         object->unRef();
         return object;
     }
 
     tbThread* app = nullptr;
+    std::vector<tbRef<tbThread>> made;
 };
 
 } // namespace
@@ -79,7 +86,7 @@ TEST_F(ThreadTree, AttachAndDetachKeepCountsAndLinks)
     EXPECT_TRUE(child->addDownstreamThread(grandchild.get()));
     EXPECT_TRUE(app->addDownstreamThread(grandchild.get()));
     EXPECT_EQ(tbThread::getTotalDownstreamThreads(), 3);
-    EXPECT_EQ(grandchild->getRefCount(), 3);
+    EXPECT_EQ(grandchild->getRefCount(), 4);
     EXPECT_EQ(app->getDownstreamThread(1), grandchild.get());
     EXPECT_EQ(app->getDownstreamThread(2), nullptr);
     EXPECT_EQ(grandchild->getFirstUpstreamThread(), child.get());
@@ -95,7 +102,7 @@ TEST_F(ThreadTree, AttachAndDetachKeepCountsAndLinks)
     EXPECT_TRUE(app->removeDownstreamThread(grandchild.get()));
     EXPECT_EQ(grandchild->getFirstUpstreamThread(), nullptr);
     EXPECT_FALSE(child->shareCommonAncestor(grandchild.get()));
-    EXPECT_EQ(grandchild->getRefCount(), 1);
+    EXPECT_EQ(grandchild->getRefCount(), 2);
 }
 
 TEST_F(ThreadTree, WhatWouldBreakTheTreeIsRefused)
@@ -110,8 +117,8 @@ TEST_F(ThreadTree, WhatWouldBreakTheTreeIsRefused)
     EXPECT_FALSE(grandchild->addDownstreamThread(app));
     EXPECT_FALSE(app->removeDownstreamThread(nullptr));
     EXPECT_EQ(tbThread::getTotalDownstreamThreads(), 2);
-    EXPECT_EQ(child->getRefCount(), 2);
-    EXPECT_EQ(grandchild->getRefCount(), 2);
+    EXPECT_EQ(child->getRefCount(), 3);
+    EXPECT_EQ(grandchild->getRefCount(), 3);
 }
 
 TEST_F(ThreadTree, WithoutThreadsDeletionIsImmediate)
@@ -134,7 +141,7 @@ TEST_F(ThreadTree, DeletionPassesEveryQueueOnce)
     const auto first = make(), second = make();
     app->addDownstreamThread(first.get());
     app->addDownstreamThread(second.get());
-    const Counted* object = drop();
+    const ThreadTreeTestObject* object = drop();
     EXPECT_EQ(object->getRefCount(), -3);
     EXPECT_EQ(tbBase::getNumPendingDeletions(), 1);
     first->processQueue(false);
@@ -163,7 +170,7 @@ TEST_F(ThreadTree, DeletionGoesOnceDownEachAttachment)
     left->addDownstreamThread(shared.get());
     right->addDownstreamThread(shared.get());
     shared->addDownstreamThread(leaf.get());
-    const Counted* object = drop();
+    const ThreadTreeTestObject* object = drop();
     EXPECT_EQ(object->getRefCount(), -6);
     app->processQueue(true);
     right->processQueue(true);
@@ -183,7 +190,7 @@ TEST_F(ThreadTree, QueuedActionMeetsTheObjectAlive)
 {
     const auto child = make();
     app->addDownstreamThread(child.get());
-    auto* object = new Counted;
+    auto* object = new ThreadTreeTestObject;
     object->ref();
     int seen = -1;
     child->addActionToQueue(new FuncAction(
@@ -205,7 +212,7 @@ TEST_F(ThreadTree, ChangesOfTheTreeStartDeletionsAgain)
 {
     const auto first = make(), second = make();
     app->addDownstreamThread(first.get());
-    const Counted* object = drop();
+    const ThreadTreeTestObject* object = drop();
     app->processQueue(false);
     EXPECT_EQ(object->getRefCount(), -1);
     first->addDownstreamThread(second.get());
@@ -227,7 +234,7 @@ TEST_F(ThreadTree, DeadThreadsHoldNothingUp)
     const auto first = make(), below = make();
     app->addDownstreamThread(first.get());
     first->addDownstreamThread(below.get());
-    const Counted* object = drop();
+    const ThreadTreeTestObject* object = drop();
     app->processQueue(false);
     EXPECT_EQ(object->getRefCount(), -2);
     first->kill();
@@ -244,10 +251,10 @@ TEST_F(ThreadTree, DeadThreadsHoldNothingUp)
 
 TEST_F(ThreadTree, ParentThatGoesLetsItsChildrenGo)
 {
-    auto parent = make();
+    tbRef<tbThread> parent = new tbThread;
     const auto child = make();
     parent->addDownstreamThread(child.get());
-    EXPECT_EQ(child->getRefCount(), 2);
+    EXPECT_EQ(child->getRefCount(), 3);
     drop();
     EXPECT_EQ(alive, 1);
     tbThread* raw = parent.get();
@@ -256,7 +263,7 @@ TEST_F(ThreadTree, ParentThatGoesLetsItsChildrenGo)
     app->processQueue(true);
     child->processQueue(true);
     app->processQueue(true);
-    EXPECT_EQ(child->getRefCount(), 1);
+    EXPECT_EQ(child->getRefCount(), 2);
     EXPECT_EQ(child->getFirstUpstreamThread(), nullptr);
 }
 
@@ -281,19 +288,17 @@ TEST_F(ThreadTree, FlushReachesTheWholeSubtree)
 TEST_F(ThreadTree, NothingIsLostUnderLoad)
 {
     constexpr int NUM_THREADS = 3;
-    std::vector<tbRef<tbThread>> threads;
     std::atomic<bool> stop{false};
     for (int i = 0; i < NUM_THREADS; ++i)
     {
-        threads.push_back(make());
-        threads.back()->addAction(new FuncAction(
+        make()->addAction(new FuncAction(
             [](tbBase*, tbEvent*)
             {
                 drop();
                 std::this_thread::yield();
                 return true;
             }));
-        threads.back()->run();
+        made.back()->run();
     }
     std::thread drops(
         [&]
@@ -306,8 +311,8 @@ TEST_F(ThreadTree, NothingIsLostUnderLoad)
         });
     for (int round = 0; round < 150; ++round)
     {
-        tbThread* a = threads[std::size_t(round % NUM_THREADS)].get();
-        tbThread* b = threads[std::size_t((round + 1) % NUM_THREADS)].get();
+        tbThread* a = made[std::size_t(round % NUM_THREADS)].get();
+        tbThread* b = made[std::size_t((round + 1) % NUM_THREADS)].get();
         switch (round % 5)
         {
         case 0:
@@ -332,14 +337,12 @@ TEST_F(ThreadTree, NothingIsLostUnderLoad)
     }
     stop = true;
     drops.join();
-    for (const auto& thread : threads)
+    for (const auto& thread : made)
         thread->kill();
-    for (const auto& a : threads)
-        for (const auto& b : threads)
-            a->removeDownstreamThread(b.get());
-    while (app->getNumDownstreamThreads() > 0)
-        app->removeDownstreamThread(app->getDownstreamThread(0));
-    threads.clear();
+    for (const auto& thread : made)
+        while (tbThread* above = thread->getUpstreamThread(0))
+            above->removeDownstreamThread(thread.get());
+    made.clear();
     EXPECT_TRUE(comesTrue(
         [&]
         {
