@@ -5,24 +5,24 @@
 
 #include <gtest/gtest.h>
 
+// A node of a type that comes into being with the first one.
+class StatsTestGroup : public tbGroup
+{
+    TB_CLASS(StatsTestGroup, tbGroup)
+
+public:
+    StatsTestGroup() { initInstance(); }
+
+protected:
+    ~StatsTestGroup() override { deleteInstance(); }
+};
+TB_DEFINE_NODE_CLASS(StatsTestGroup, tbGroup)
+
 namespace
 {
 using VisualA = tbtest::RecordingTrait<tbVisualTrait, 0>;
 using AudioA = tbtest::RecordingTrait<tbAudioTrait, 0>;
 using TravA = tbtest::RecordingTrait<tbTravTrait, 0>;
-
-// A node of a type that comes into being with the first one.
-class LateGroup : public tbGroup
-{
-    TB_CLASS(LateGroup, tbGroup)
-
-public:
-    LateGroup() { initInstance(); }
-
-protected:
-    ~LateGroup() override { deleteInstance(); }
-};
-TB_DEFINE_NODE_CLASS(LateGroup, tbGroup)
 
 class Stats : public testing::Test
 {
@@ -49,12 +49,13 @@ TEST_F(Stats, CountsTheKindsItWasMadeFor)
 
 TEST_F(Stats, TypesMadeLaterCountAfterTheNextReset)
 {
-    tbRef<LateGroup> late(new LateGroup);
+    tbRef<StatsTestGroup> late(new StatsTestGroup);
     stats->incCount(late.get());
-    EXPECT_EQ(stats->getCount(LateGroup::getClassType()), 0);
+    EXPECT_EQ(stats->getCount(StatsTestGroup::getClassType()), 0);
     stats->reset();
     stats->incCount(late.get());
-    EXPECT_EQ(stats->getCount(LateGroup::getClassType()), 1);
+    EXPECT_EQ(stats->getCount(StatsTestGroup::getClassType()), 1);
+    StatsTestGroup::getClassType()->deleteType();
 }
 
 TEST_F(Stats, TotalsAddUpUntilReset)

@@ -69,7 +69,11 @@ public:
     using Type = typename Family::TypeClass;
     using Recorder = DeviceRecorder<Family>;
 
-    explicit RecordingTrait(tbTrait::MODE applyMode = tbTrait::ON) { this->setApplyMode(applyMode); }
+    explicit RecordingTrait(tbTrait::MODE applyMode = tbTrait::ON)
+    {
+        type();
+        this->setApplyMode(applyMode);
+    }
 
     using Recorder::apply;
     void apply(tbTravContext*) const override { TraitLog::get().onContext.push_back(this); }

@@ -315,6 +315,7 @@ TEST_F(TraitStack, TypesMadeLaterAreTakenInByTheNextReset)
     EXPECT_GT(stack->getNumTravTraitStacks(), before);
     stack->pushTrait(trait.get(), context.get());
     EXPECT_EQ(stack->getTop(Late::type()), trait.get());
+    Late::type()->deleteType();
 }
 
 TEST_F(TraitStack, TypesKeepTheirNumbersInOrderWhenOneGoes)
@@ -329,6 +330,7 @@ TEST_F(TraitStack, TypesKeepTheirNumbersInOrderWhenOneGoes)
     EXPECT_EQ(tbVisualTraitType::getTraitType(-1), nullptr);
     EXPECT_EQ(tbVisualTraitType::createInstance(tbVisualTraitType::getNumTraitTypes()), nullptr);
     stack->reset(true);
+    stack->applyDefaultVisualTraits(nullptr);
     stack->pushTrait(trait.get(), context.get());
     EXPECT_EQ(drawn(), Traits{trait.get()});
 }
