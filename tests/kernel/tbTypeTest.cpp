@@ -36,6 +36,19 @@ protected:
 class TypeTestAbstract : public tbBase
 {
     TB_CLASS(TypeTestAbstract, tbBase)
+
+public:
+    virtual void act() = 0;
+
+protected:
+    TypeTestAbstract() { initInstance(); }
+    ~TypeTestAbstract() override { deleteInstance(); }
+};
+
+class TypeTestConcrete : public TypeTestAbstract
+{
+public:
+    void act() override {}
 };
 
 TB_DEFINE_CLASS(TypeTestAnimal, tbBase)
@@ -87,6 +100,8 @@ TEST(Type, UnknownAndAbstractNamesMakeNothing)
     EXPECT_EQ(tbType::getNumTypes(), types);
     TypeTestAbstract::registerClass(nullptr);
     EXPECT_EQ(tbType::createInstance("TypeTestAbstract"), nullptr);
+    const tbRef<TypeTestAbstract> concrete(new TypeTestConcrete); // a class without a line of its own
+    EXPECT_EQ(TypeTestAbstract::get(0, false), concrete.get());
 }
 
 TEST(Type, EnumeratesOwnInstancesBeforeThoseOfDerivedTypes)
