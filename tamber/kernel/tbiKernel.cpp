@@ -19,6 +19,7 @@
 #include <tamber/thread/tbLock.h>
 #include <tamber/thread/tbThread.h>
 #include <tamber/thread/tbTimer.h>
+#include <tamber/thread/tbiThreadRecord.h>
 #include <tamber/trav/tbiTravLists.h>
 
 #include <cstdlib>
@@ -62,6 +63,7 @@ public:
         tbiReleasePlugInLists();
         tbiReleaseArenaLists();
         tbiDropKeptMessages();
+        tbiThreadRecord::freeOwn();
     }
 
     Kernel(const Kernel&) = delete;

@@ -1,9 +1,11 @@
 #include <tamber/thread/tbLock.h>
 
+#include <tamber/kernel/tbiLocks.h>
 #include <tamber/thread/tbiThreadRecord.h>
 #include <tamber/thread/tbiWait.h>
 
 #include <algorithm>
+#include <cassert>
 
 TB_DEFINE_SERVICE_CLASS(tbLock, tbBase)
 
@@ -18,6 +20,25 @@ constexpr std::uintptr_t CONTENDED = 1;
 constexpr int NUM_LOOKS = 64;
 // Sleeping threads look up this often whether locks were switched off.
 constexpr std::chrono::milliseconds LOOK_UP{250};
+
+// The named locks are taken in one order: a thread that holds one takes only later ones.
+[[maybe_unused]] bool isInOrder(const tbLock* lock)
+{
+    const std::atomic<tbLock*>* const order[] = {&tbiLocks::group, &tbiLocks::type, &tbiLocks::plugIn,
+                                                 &tbiLocks::base, &tbiLocks::memory};
+    if (lock->isHeld())
+        return true;
+    bool later = false;
+    bool inOrder = true;
+    for (const std::atomic<tbLock*>* slot : order)
+    {
+        const tbLock* named = slot->load();
+        if (named && later && named->isHeld())
+            inOrder = false;
+        later = later || named == lock;
+    }
+    return inOrder;
+}
 
 } // namespace
 
@@ -103,6 +124,7 @@ void tbLock::release() const
 
 bool tbLock::take() const
 {
+    assert(isInOrder(this) && "a named lock was taken against the order");
     while (isEnabled())
         if (acquireFor(-1))
             return true;
