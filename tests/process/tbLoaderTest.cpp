@@ -1,0 +1,220 @@
+// Plug-ins and loaders as programs meet them: found, loaded, unloaded and loaded again.
+#include <tamber/io/tbLoader.h>
+
+#include <tamber/graph/tbModel.h>
+#include <tamber/io/tbFile.h>
+#include <tamber/kernel/tbInit.h>
+#include <tamber/kernel/tbRef.h>
+#include <tests/support/FileBuilder.h>
+#include <tests/support/Messages.h>
+#include <tests/support/TempFile.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+using tbtest::FileBuilder;
+
+namespace
+{
+
+const std::filesystem::path loaderFile = std::filesystem::absolute(TEST_LOADER_FILE);
+
+class Loader : public testing::Test
+{
+protected:
+    Loader()
+    {
+        tbtest::allowMessages();
+        search(loaderFile.parent_path().string());
+    }
+    static void search(const std::string& directories)
+    {
+        static std::string variable;
+        variable = "TAMBER_PLUGIN_PATH=" + directories;
+        putenv(variable.data());
+    }
+    std::string file(const std::string& name, const std::string& content)
+    {
+        tbtest::writeAll(directory.path(name), content);
+        return directory.path(name);
+    }
+    /// A file whose list of plug-ins has these module names.
+    std::string listOf(const std::vector<std::string>& modules)
+    {
+        FileBuilder builder;
+        builder.add("tbModel", builder.record().object());
+        tbtest::Record record = builder.record().integer(int(modules.size()));
+        for (const std::string& module : modules)
+            record.integer(0).integer(0).integer(0).name(module).integer(1).integer(2).integer(3);
+        builder.add("tbPlugIns", record);
+        return file("list.tb", builder.build());
+    }
+    void loadListed(const std::vector<std::string>& modules)
+    {
+        tbFile list;
+        ASSERT_TRUE(list.open(listOf(modules).c_str(), "r"));
+        tbPlugIn::loadPlugIns(&list);
+    }
+
+    tbtest::TempDirectory directory;
+};
+
+int countLines(const std::string& part)
+{
+    int number = 0;
+    for (const std::string& line : tbtest::takeMessages())
+        number += line.find(part) != std::string::npos ? 1 : 0;
+    return number;
+}
+
+} // namespace
+
+TEST_F(Loader, IsUnloadedAfterTheSearchAndComesBackForItsFiles)
+{
+    tbInit(nullptr);
+    EXPECT_EQ(tbPlugIn::find("tbTestLoader.dll"), nullptr);
+    bool known = false;
+    for (int i = 0; i < tbLoader::getNumLoaders(); ++i)
+        for (int j = 0; j < tbLoader::getNumLoaderExtensions(i); ++j)
+            known = known || std::string(tbLoader::getLoaderExtension(i, j)) == "tst";
+    EXPECT_TRUE(known) << "its extensions are remembered";
+
+    const std::string path = file("thing.TST", "a thing");
+    for (int round = 0; round < 2; ++round)
+    {
+        tbRef<tbBase> thing = tbLoader::importFile(path.c_str());
+        ASSERT_TRUE(thing);
+        EXPECT_STREQ(thing->getName(), "a thing");
+        tbPlugIn::unloadAll();
+        const tbPlugIn* plugIn = tbPlugIn::find("TBTESTLOADER.DLL");
+        ASSERT_TRUE(plugIn) << "one of its objects lives";
+        EXPECT_EQ(plugIn->getVersion(), 0x03020001u);
+        EXPECT_EQ(plugIn->getRefCount(), 1);
+        EXPECT_EQ(thing->getType()->getPlugIn(), plugIn);
+        thing.reset();
+        tbPlugIn::unloadAll();
+        EXPECT_EQ(tbPlugIn::find("tbTestLoader.dll"), nullptr);
+        EXPECT_EQ(tbType::findType("tbTestLoaded"), nullptr);
+    }
+    EXPECT_EQ(tbLoader::importFile(file("empty.tst", "").c_str()), nullptr);
+    EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_UNKNOWN_FORMAT);
+    EXPECT_STREQ(tbLoader::getErrorMessage(), "an empty file");
+}
+
+TEST_F(Loader, DebugBuildStandsForTheReleaseBuild)
+{
+    const std::string debug = directory.path("tbTestLoader-dbg" + loaderFile.extension().string());
+    std::filesystem::copy_file(loaderFile, debug);
+    const int before = tbPlugIn::getNum();
+    tbtest::takeMessages();
+    tbPlugIn* plugIn = tbPlugIn::load(debug.c_str());
+    ASSERT_TRUE(plugIn);
+    const std::vector<std::string> lines = tbtest::takeMessages();
+    EXPECT_EQ(lines, (std::vector<std::string>{"Attempting to load plug-in: TBTESTLOADER.DLL ",
+                                               "Loading plug-in:   TBTESTLOADER.DLL"}));
+    EXPECT_EQ(tbPlugIn::load("tbtestloader.dll"), plugIn);
+    EXPECT_EQ(tbPlugIn::getNum(), before + 1);
+    EXPECT_EQ(tbPlugIn::find(plugIn->getModule()), plugIn);
+    EXPECT_TRUE(plugIn->unload());
+    EXPECT_EQ(tbPlugIn::getNum(), before);
+}
+
+TEST_F(Loader, WhatCannotBeImportedSaysWhy)
+{
+    tbInit(nullptr);
+    EXPECT_EQ(tbLoader::importFile(directory.path("absent.tst").c_str()), nullptr);
+    EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_FILE_NOT_FOUND);
+    EXPECT_EQ(tbLoader::importFile(nullptr), nullptr);
+    EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_FILE_NOT_FOUND);
+    EXPECT_EQ(tbLoader::importFile(file("noextension", "x").c_str()), nullptr);
+    EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_NO_EXTENSION);
+    EXPECT_EQ(tbLoader::importFile(file("strange.xyz", "x").c_str()), nullptr);
+    EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_UNKNOWN_FORMAT);
+    const std::string message = tbLoader::getErrorMessage();
+    EXPECT_NE(message.find(" tst"), std::string::npos) << message;
+    EXPECT_NE(message.find(loaderFile.parent_path().string()), std::string::npos) << message;
+    FileBuilder builder;
+    builder.add("tbNobodysClass", "data");
+    EXPECT_EQ(tbLoader::importFile(file("root.tb", builder.build()).c_str()), nullptr);
+    EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_UNKNOWN_FORMAT);
+    EXPECT_EQ(tbTransform::import(file("model.tb", listOf({})).c_str()), nullptr);
+}
+
+TEST_F(Loader, GroupsAreExportedNativelyWithTheirPlugIns)
+{
+    tbInit(nullptr);
+    tbRef<tbModel> model = new tbModel;
+    model->setName("town");
+    tbLoader::setSaveDirectory(directory.path("").c_str());
+    ASSERT_TRUE(tbLoader::exportFile(model.get(), "scene")) << tbLoader::getErrorMessage();
+    tbLoader::setSaveDirectory(nullptr);
+    tbFile saved;
+    ASSERT_TRUE(saved.open(directory.path("scene.tb").c_str(), "r"));
+    tbEntry* list = saved.findEntry("tbPlugIns");
+    ASSERT_TRUE(list && saved.readEntry(list));
+    EXPECT_EQ(list->readInt(), tbPlugIn::getNum());
+    saved.close();
+    const tbRef<tbBase> read = tbLoader::importFile(directory.path("scene.tb").c_str());
+    ASSERT_TRUE(read);
+    EXPECT_STREQ(read->getName(), "town");
+    EXPECT_EQ(read->getRefCount(), 1);
+
+    EXPECT_TRUE(tbLoader::exportFile(model.get(), directory.path("foreign.tst").c_str()));
+    EXPECT_EQ(tbtest::readAll(directory.path("foreign.tst")), "town");
+    EXPECT_FALSE(tbLoader::exportFile(model.get(), directory.path("absent/scene.tb").c_str()));
+    EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_FILE_NOT_FOUND);
+    EXPECT_FALSE(tbLoader::exportFile(nullptr, "scene"));
+}
+
+TEST_F(Loader, OtherClassesNeedAFileTypeOfTheirOwn)
+{
+    tbInit(nullptr);
+    tbRef<tbBase> thing = tbLoader::importFile(file("thing.tst", "a thing").c_str());
+    ASSERT_TRUE(thing);
+    EXPECT_FALSE(tbLoader::exportFile(thing.get(), directory.path("thing").c_str()));
+    EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_NO_FILE_TYPE);
+    EXPECT_TRUE(tbLoader::addTamberFileType(thing->getType(), "thing"));
+    EXPECT_FALSE(tbLoader::addTamberFileType(thing->getType(), "more"));
+    EXPECT_FALSE(tbLoader::addTamberFileType(tbGroup::getClassType(), "THING"));
+    EXPECT_TRUE(tbLoader::exportFile(thing.get(), directory.path("thing").c_str()));
+    EXPECT_TRUE(tbFile::isTamberFormat(directory.path("thing.thing").c_str()));
+    thing.reset();
+    tbPlugIn::unloadAll();
+    EXPECT_EQ(tbLoader::getNumTamberFileTypes(), 0) << "a class that went is no file type";
+    const tbRef<tbBase> again = tbLoader::importFile(directory.path("thing.thing").c_str());
+    ASSERT_TRUE(again) << "the file brought its plug-in in";
+    EXPECT_STREQ(again->getName(), "a thing");
+}
+
+TEST_F(Loader, FilesLoadOnlyBareNamesOfPlugInsAndEachOnce)
+{
+    loadListed({"libc.so.6", "notaplugin.dll", "tbAbsent.dll", "TBABSENT.dll", "dir/tbAbsent.so", ""});
+    EXPECT_EQ(countLines("Attempting to load plug-in: TBABSENT.DLL"), 1);
+    tbPlugIn::enableDynamicPlugIns(false);
+    loadListed({"tbTestLoader.dll"});
+    EXPECT_EQ(countLines("plug-in"), 0);
+    tbPlugIn::enableDynamicPlugIns(true);
+    // A file of that name beside the list is not what is loaded: a list names modules, not places.
+    file("tbTestLoader" + loaderFile.extension().string(), "no module");
+    loadListed({directory.path("tbTestLoader.so")});
+    EXPECT_NE(tbPlugIn::find("tbTestLoader.dll"), nullptr);
+    loadListed(std::vector<std::string>(300, "tbAbsent.dll"));
+    EXPECT_EQ(countLines("more plug-ins than a file may list"), 1);
+}
+
+TEST_F(Loader, SearchStaysWhereThePolicyLetsIt)
+{
+    EXPECT_EQ(tbPlugIn::getSearchPolicy(), tbPlugIn::SEARCH_ALL);
+    tbPlugIn::setSearchPolicy(tbPlugIn::SEARCH_NONE);
+    tbLoader::initLoaders();
+    EXPECT_EQ(tbPlugIn::load("tbTestLoader.dll"), nullptr);
+    EXPECT_EQ(tbLoader::getNumLoaders(), 0);
+    EXPECT_NE(tbPlugIn::load(loaderFile.string().c_str()), nullptr) << "a path is taken as it is";
+    tbPlugIn::unloadAll();
+    tbPlugIn::setSearchPolicy(tbPlugIn::SEARCH_APP);
+    search("relative:;");
+    EXPECT_EQ(tbPlugIn::load("tbTestLoader.dll"), nullptr);
+    search(loaderFile.parent_path().string());
+    EXPECT_NE(tbPlugIn::load("tbTestLoader.dll"), nullptr);
+}
