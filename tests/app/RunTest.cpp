@@ -44,16 +44,23 @@ bool holds(const std::string& text, const std::string& part)
     return text.find(part) != std::string::npos;
 }
 
-/// The rows of a run's tables that do not depend on the machine.
+/// What a run counted: the rows that do not depend on the machine, in columns one space apart and without bytes.
 std::string countsOf(const std::string& output)
 {
     std::istringstream lines(output);
     std::string counts;
     for (std::string line; std::getline(lines, line);)
-        for (const char* row :
-             {"nodes visited", "nodes culled", "meshes drawn", "triangles", "tbTransform", "tbMesh"})
-            if (line.starts_with(row))
-                counts += line + '\n';
+    {
+        const bool isPerFrame =
+            line.starts_with("nodes ") || line.starts_with("meshes ") || line.starts_with("triangles ");
+        const bool isMemory = line.starts_with("tb") && holds(line, "  ") && !holds(line, ": ");
+        std::istringstream columns(line);
+        std::string text;
+        for (int i = 0; (isPerFrame || (isMemory && i < 2)) && columns >> text; ++i)
+            counts += text + ' ';
+        if (isPerFrame || isMemory)
+            counts += '\n';
+    }
     return counts;
 }
 

@@ -36,7 +36,7 @@ def run(program, arguments, seconds):
 def counts(output):
     """The counts per frame, and how many objects of each kind there are; no times and no bytes."""
     per_frame, _, memory = output.partition("memory by kind")
-    rows = [line for line in per_frame.splitlines() if line.startswith(COUNTS)]
+    rows = [re.split(r"\s{2,}", line) for line in per_frame.splitlines() if line.startswith(COUNTS)]
     objects = [tuple(re.split(r"\s{2,}", line)[:2]) for line in memory.splitlines()[1:] if line.count("  ")]
     return rows, sorted(row for row in objects if not row[0].startswith("everything"))
 
