@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <map>
 #include <ostream>
+#include <tuple>
 
 namespace
 {
@@ -83,8 +84,9 @@ std::vector<Kind> measureAll()
     kinds.push_back(measureIndices());
     kinds.push_back(measureImages());
     std::erase_if(kinds, [](const Kind& kind) { return kind.count == 0; });
-    std::stable_sort(kinds.begin(), kinds.end(),
-                     [](const Kind& a, const Kind& b) { return a.bytes > b.bytes; });
+    std::sort(kinds.begin(), kinds.end(),
+              [](const Kind& a, const Kind& b)
+              { return std::tie(b.bytes, a.name) < std::tie(a.bytes, b.name); });
     return kinds;
 }
 } // namespace
