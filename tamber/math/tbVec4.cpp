@@ -14,8 +14,9 @@ float tbVec4::length() const
 
 float tbVec4::normalize()
 {
-    const float len = length();
-    if (len >= tbiTolerance)
+    const float q = sqrLength();
+    const float len = tbSqrt(q);
+    if (len >= tbiTolerance && !std::isnan(q)) // the root table makes a number of what is none
         scale(1.0f / len);
     else
         set(0.0f, 0.0f, 0.0f, 0.0f);

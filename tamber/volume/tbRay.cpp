@@ -31,11 +31,14 @@ struct Projection
         const float y = std::fabs(normal.y);
         const float z = std::fabs(normal.z);
         if (y >= x && y >= z)
-            u = 0, v = 2;
+            v = 2;
         else if (z >= x && z >= y)
-            u = 0, v = 1;
+            v = 1;
         else
-            u = 1, v = 2;
+        {
+            u = 1;
+            v = 2;
+        }
     }
 
     // True when `point`, which lies in the plane of the triangle, is inside it or on its edges.
@@ -62,8 +65,8 @@ struct Projection
         return beta >= 0.0f && beta <= 1.0f && alpha >= 0.0f && alpha + beta <= 1.0f;
     }
 
-    int u;
-    int v;
+    int u = 0;
+    int v = 0;
 };
 
 } // namespace
@@ -213,21 +216,29 @@ float tbRay::findPlanePoint(const tbVec3& normal, const tbVec3& onPlane, tbVec3&
 float tbRay::intersects(const tbVec3& p0, const tbVec3& p1, const tbVec3& p2, tbVec3& hitPoint) const
 {
     tbVec3 normal;
+    tbVec3 point;
     normal.makeNormal(p0, p1, p2);
-    const float t = findPlanePoint(normal, p0, hitPoint);
-    return t > 0.0f && Projection(normal).isInside(hitPoint, p0, p1, p2) ? t : MISS;
+    const float t = findPlanePoint(normal, p0, point);
+    if (!(t > 0.0f))
+        return MISS;
+    const bool inside = Projection(normal).isInside(point, p0, p1, p2);
+    hitPoint = point; // may be a corner
+    return inside ? t : MISS;
 }
 
 float tbRay::intersects(const tbVec3& p0, const tbVec3& p1, const tbVec3& p2, const tbVec3& p3,
                         tbVec3& hitPoint) const
 {
     tbVec3 normal;
+    tbVec3 point;
     normal.makeNormal(p0, p1, p2);
-    const float t = findPlanePoint(normal, p0, hitPoint);
+    const float t = findPlanePoint(normal, p0, point);
     if (!(t > 0.0f))
         return MISS;
     const Projection projection(normal);
-    return projection.isInside(hitPoint, p0, p1, p2) || projection.isInside(hitPoint, p0, p2, p3) ? t : MISS;
+    const bool inside = projection.isInside(point, p0, p1, p2) || projection.isInside(point, p0, p2, p3);
+    hitPoint = point; // may be a corner
+    return inside ? t : MISS;
 }
 
 // Each of the two lies in a plane that holds the common perpendicular as well; where each meets the plane of the other

@@ -235,7 +235,7 @@ void tbSphere::extendAround(const tbSphere& sphere)
         return;
     }
     const double sqrDistance = sqrDistanceOf(center, sphere.center);
-    if (!(sqrDistance > CONCENTRIC))
+    if (!(sqrDistance > CONCENTRIC) || std::isinf(radius))
     {
         radius = std::max(radius, sphere.radius);
         return;

@@ -1,0 +1,502 @@
+#include <tamber/math/tbMatrix.h>
+
+#include <tamber/math/tbQuat.h>
+#include <tamber/math/tbVec3.h>
+#include <tamber/volume/tbPlane.h>
+#include <tests/support/Messages.h>
+#include <tests/support/Near.h>
+#include <tests/support/RandomValues.h>
+#include <tests/support/RootScope.h>
+#include <tests/support/StoredValue.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+using tbtest::near;
+
+namespace
+{
+
+using Type = unsigned;
+constexpr Type IDENT = tbMatrix::MATRIX_IDENT;
+constexpr Type ROT = tbMatrix::MATRIX_ROT;
+constexpr Type XLATE = tbMatrix::MATRIX_XLATE;
+constexpr Type UNISCALE = tbMatrix::MATRIX_UNISCALE;
+constexpr Type SCALE = tbMatrix::MATRIX_SCALE;
+constexpr Type PROJ = tbMatrix::MATRIX_PROJ;
+
+tbMatrix identity()
+{
+    tbMatrix m;
+    m.makeIdent();
+    return m;
+}
+
+tbMatrix translation(float x, float y, float z)
+{
+    tbMatrix m;
+    m.makeXYZ(x, y, z);
+    return m;
+}
+
+tbMatrix scaling(float x, float y, float z)
+{
+    tbMatrix m;
+    m.makeScale(x, y, z);
+    return m;
+}
+
+tbMatrix turn(float h, float p, float r)
+{
+    tbMatrix m;
+    m.makeHPR(h, p, r);
+    return m;
+}
+
+// Sums in the order of the rows, by nothing but the definition.
+tbMatrix productByDefinition(const tbMatrix& a, const tbMatrix& b)
+{
+    tbMatrix m;
+    for (int i = 0; i < 4; ++i)
+    {
+        for (int j = 0; j < 4; ++j)
+        {
+            double sum = 0.0;
+            for (int k = 0; k < 4; ++k)
+                sum += double(a[i][k]) * double(b[k][j]);
+            m[i][j] = float(sum);
+        }
+    }
+    m.setType(PROJ);
+    return m;
+}
+
+// A matrix that shows everything that `type` claims.
+tbMatrix matrixOf(Type type, tbtest::Random& random)
+{
+    tbMatrix m = identity();
+    if (type & SCALE)
+        m = productByDefinition(
+            m, scaling(random.number(0.5f, 3), random.number(-3, -0.5f), random.number(3, 4)));
+    if (type & UNISCALE)
+    {
+        const float s = random.number(1.5f, 3);
+        m = productByDefinition(m, scaling(s, s, s));
+    }
+    if (type & ROT)
+        m = productByDefinition(
+            m, turn(random.number(-180, 180), random.number(-90, 90), random.number(-180, 180)));
+    if (type & XLATE)
+        m.setXYZ(random.point(10));
+    if (type & PROJ)
+        m.setCol(3, random.number(-1, 1), random.number(-1, 1), random.number(-1, 1), random.number(-1, 1),
+                 PROJ);
+    m.setType(type);
+    return m;
+}
+
+// All types that a matrix can have.
+std::vector<Type> allTypes()
+{
+    std::vector<Type> types = {IDENT};
+    for (Type type = 2; type < 64; type += 2)
+        types.push_back(type);
+    return types;
+}
+
+void expectInverse(const tbMatrix& m, const tbMatrix& inverse, float tolerance)
+{
+    EXPECT_TRUE(near(productByDefinition(m, inverse), identity(), tolerance)) << "type " << m.getType();
+    EXPECT_EQ(inverse.getType(), m.getType());
+}
+
+} // namespace
+
+TEST(Matrix, TypesAreRecognised)
+{
+    EXPECT_EQ(turn(30, 20, 10).getType(), ROT);
+    const auto identified = [](tbMatrix m)
+    {
+        m.setType(0);
+        return m.getType();
+    };
+    EXPECT_EQ(identified(identity()), IDENT);
+    EXPECT_EQ(identified(turn(30, 20, 10)), ROT);
+    EXPECT_EQ(identified(turn(30, 20, 10) * translation(1, 0, 0)), ROT | XLATE);
+    EXPECT_EQ(identified(scaling(2, 2, 2)), UNISCALE);
+    EXPECT_EQ(identified(scaling(1, 2, 1)), SCALE);
+    EXPECT_EQ(identified(scaling(1, -1, 1)), ROT); // a mirror turns, though nothing stands off the diagonal
+    EXPECT_EQ(identified(translation(0, 0, 1e-5f)), XLATE);
+    tbMatrix w = identity();
+    w.setCol(3, 0, 0, 0, 2, 0);
+    EXPECT_EQ(w.getType(), PROJ);
+    tbMatrix odd = identity();
+    odd.setRow(3, std::numeric_limits<float>::quiet_NaN(), 0, 0, 1, 0);
+    EXPECT_EQ(odd.getType(), XLATE);
+}
+
+TEST(Matrix, MakersStoreTheirTypes)
+{
+    EXPECT_EQ(translation(5e-7f, 0, 0).getType(), IDENT);
+    EXPECT_EQ(translation(1, 0, 0).getType(), XLATE);
+    EXPECT_EQ(scaling(1, 1, 1).getType(), IDENT);
+    EXPECT_EQ(scaling(2, 2, 2).getType(), UNISCALE);
+    EXPECT_EQ(scaling(2, 2, 3).getType(), SCALE);
+    tbMatrix m;
+    m.makeRot(5e-7f, 1, 0, 0);
+    EXPECT_EQ(m.getType(), IDENT);
+    m.makeXYZ(1, 2, 3);
+    m.setXYZ(0, 0, 0);
+    EXPECT_EQ(m.getType(), IDENT);
+    m = scaling(2, 3, 4) * translation(1, 2, 3);
+    m.setHPR(0, 0, 0);
+    EXPECT_EQ(m, translation(1, 2, 3));
+    EXPECT_EQ(m.getType(), XLATE);
+    m.setHPR(90, 0, 0);
+    EXPECT_EQ(m.getType(), ROT | XLATE);
+}
+
+TEST(Matrix, ReducedProductsEqualTheFullOne)
+{
+    tbtest::Random random(3);
+    for (const Type typeA : allTypes())
+    {
+        for (const Type typeB : allTypes())
+        {
+            const tbMatrix a = matrixOf(typeA, random);
+            const tbMatrix b = matrixOf(typeB, random);
+            const tbMatrix expected = productByDefinition(a, b);
+            const Type type = typeA == IDENT ? typeB : typeB == IDENT ? typeA : typeA | typeB;
+            tbMatrix product;
+            product.mult(a, b);
+            EXPECT_TRUE(near(product, expected, 2e-4f)) << typeA << " by " << typeB;
+            EXPECT_EQ(product.getType(), type);
+            tbMatrix first(a);
+            first.postMult(b);
+            tbMatrix second(b);
+            second.preMult(a);
+            EXPECT_TRUE(near(first, product, 0.0f) && near(second, product, 0.0f))
+                << typeA << " by " << typeB;
+        }
+    }
+}
+
+TEST(Matrix, SquaresInPlace)
+{
+    tbtest::Random random(4);
+    for (const Type type : allTypes())
+    {
+        tbMatrix m = matrixOf(type, random);
+        const tbMatrix expected = productByDefinition(m, m);
+        m *= m;
+        EXPECT_TRUE(near(m, expected, 2e-4f)) << type;
+    }
+}
+
+TEST(Matrix, PreAndPostFormsAreProducts)
+{
+    tbtest::Random random(5);
+    for (const Type type : allTypes())
+    {
+        const tbMatrix m = matrixOf(type, random);
+        tbMatrix rotation;
+        rotation.makeRot(40, 1, 2, 3);
+        const struct
+        {
+            void (tbMatrix::*pre)(float, float, float);
+            void (tbMatrix::*post)(float, float, float);
+            tbMatrix factor;
+            Type bit;
+        } cases[] = {{&tbMatrix::preTrans, &tbMatrix::postTrans, translation(1, 2, 3), XLATE},
+                     {&tbMatrix::preScale, &tbMatrix::postScale, scaling(1, 2, 3), SCALE}};
+        for (const auto& c : cases)
+        {
+            tbMatrix pre(m), post(m);
+            (pre.*c.pre)(1, 2, 3);
+            (post.*c.post)(1, 2, 3);
+            EXPECT_TRUE(near(pre, productByDefinition(c.factor, m), 2e-4f)) << type;
+            EXPECT_TRUE(near(post, productByDefinition(m, c.factor), 2e-4f)) << type;
+            EXPECT_EQ(pre.getType(), (type & ~IDENT) | c.bit);
+            EXPECT_EQ(post.getType(), (type & ~IDENT) | c.bit);
+        }
+        tbMatrix pre(m), post(m);
+        pre.preRot(40, 1, 2, 3);
+        post.postRot(40, tbVec3(1, 2, 3));
+        EXPECT_TRUE(near(pre, productByDefinition(rotation, m), 2e-4f)) << type;
+        EXPECT_TRUE(near(post, productByDefinition(m, rotation), 2e-4f)) << type;
+        EXPECT_EQ(pre.getType(), (type & ~IDENT) | ROT);
+    }
+}
+
+TEST(Matrix, NegligibleStepsChangeNothing)
+{
+    tbMatrix m = identity();
+    m.preTrans(9e-7f, 0, 0);
+    m.postTrans(0, 9e-7f, 0);
+    m.preRot(1e-6f, 0, 0, 0);
+    m.postScale(1.0000005f, 1, 1);
+    EXPECT_TRUE(near(m, identity(), 0.0f));
+    EXPECT_EQ(m.getType(), IDENT);
+}
+
+TEST(Matrix, InvertsEveryType)
+{
+    tbtest::Random random(6);
+    for (const Type type : allTypes())
+    {
+        if ((type & PROJ) != 0)
+            continue; // drawn below: not every one has an inverse
+        for (int i = 0; i < 20; ++i)
+        {
+            const tbMatrix m = matrixOf(type, random);
+            tbMatrix inverse;
+            EXPECT_TRUE(inverse.invert(m));
+            expectInverse(m, inverse, 1e-4f);
+            tbMatrix inPlace(m);
+            inPlace.invert(inPlace);
+            EXPECT_TRUE(near(inPlace, inverse, 0.0f));
+        }
+    }
+    for (int i = 0; i < 200; ++i)
+    {
+        tbMatrix m = matrixOf(ROT | XLATE, random);
+        for (int j = 0; j < 4; ++j)
+            m[j][3] = random.number(-0.1f, 0.1f) + (j == 3 ? 3.0f : 0.0f);
+        m.setType(0);
+        tbMatrix inverse;
+        EXPECT_TRUE(inverse.invert(m));
+        expectInverse(m, inverse, 1e-4f);
+    }
+}
+
+TEST(Matrix, SwapsRowsForThePivot)
+{
+    const float sixteen[] = {0, 0, 0, 2, 0, 4, 0, 0, 1, 0, 0, 0, 0, 0, 8, 0};
+    const tbMatrix m(sixteen, 0);
+    tbMatrix inverse;
+    EXPECT_TRUE(inverse.invert(m));
+    expectInverse(m, inverse, 1e-6f);
+}
+
+TEST(Matrix, SingularMatricesGiveTheIdentityAndAMessage)
+{
+    tbMatrix m = turn(30, 20, 10);
+    m.setRow(1, 0, 0, 0, 0, 0);
+    tbtest::expectMessage("Singular Matrix.  Undefined results.");
+    EXPECT_FALSE(m.invert(m));
+    EXPECT_EQ(m, identity());
+    EXPECT_EQ(m.getType(), IDENT);
+}
+
+TEST(Matrix, DependentRowsAreNoFailure)
+{
+    const float sixteen[] = {1, 2, 0, 0, 2, 4, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+    tbMatrix inverse;
+    EXPECT_TRUE(inverse.invert(tbMatrix(sixteen, 0))); // a tiny pivot takes the place of 0
+    EXPECT_TRUE(inverse.invert(scaling(0, 1, 1)));
+    EXPECT_TRUE(std::isinf(inverse[0][0]));
+}
+
+TEST(Matrix, TinyUniformScalesGoTheGeneralWay)
+{
+    tbMatrix m = scaling(5e-4f, 5e-4f, 5e-4f) * turn(30, 20, 10) * translation(1, 2, 3);
+    EXPECT_EQ(m.getType(), ROT | UNISCALE | XLATE);
+    tbMatrix inverse;
+    EXPECT_TRUE(inverse.invert(m));
+    expectInverse(m, inverse, 1e-3f);
+}
+
+TEST(Matrix, RotationsTurnByTheRightHand)
+{
+    tbMatrix m;
+    m.makeRot(90, 0, 0, 7);
+    EXPECT_TRUE(near(tbVec3(1, 0, 0) * m, tbVec3(0, 1, 0)));
+    m.makeRot(90, tbVec3(1, 0, 0));
+    EXPECT_TRUE(near(tbVec3(0, 1, 0) * m, tbVec3(0, 0, 1)));
+    EXPECT_TRUE(near(tbVec3(0, 1, 0) * turn(90, 0, 0), tbVec3(-1, 0, 0)));
+    tbMatrix roll, pitch, heading;
+    roll.makeRot(10, 0, 1, 0);
+    pitch.makeRot(20, 1, 0, 0);
+    heading.makeRot(30, 0, 0, 1);
+    EXPECT_TRUE(near(turn(30, 20, 10), roll * pitch * heading, 1e-6f));
+}
+
+TEST(Matrix, AnglesComeBack)
+{
+    for (int h = -175; h <= 180; h += 25)
+    {
+        for (int p = -80; p <= 80; p += 20)
+        {
+            for (int r = -175; r <= 180; r += 25)
+            {
+                tbVec3 back;
+                turn(float(h), float(p), float(r)).getHPR(back);
+                EXPECT_TRUE(near(back, tbVec3(float(h), float(p), float(r)), 2e-3f))
+                    << h << ' ' << p << ' ' << r;
+            }
+        }
+    }
+    tbVec3 hpr;
+    identity().getHPR(hpr);
+    EXPECT_FALSE(std::signbit(hpr.x) || std::signbit(hpr.y) || std::signbit(hpr.z));
+    turn(40, 90, 0).getHPR(hpr); // straight up: the turn shows as heading and roll together
+    EXPECT_TRUE(near(turn(hpr.x, hpr.y, hpr.z), turn(40, 90, 0), 1e-4f));
+}
+
+TEST(Matrix, FramesFollowADirection)
+{
+    tbtest::Random random(7);
+    for (int i = 0; i < 500; ++i)
+    {
+        const tbVec3 ahead = random.direction();
+        const tbVec3 up = random.direction();
+        tbMatrix m;
+        m.makeAlongDirection(ahead * 3.0f, up * 5.0f);
+        tbVec3 direction;
+        m.getDirection(direction);
+        EXPECT_TRUE(near(direction, ahead, 1e-5f));
+        tbMatrix back;
+        EXPECT_TRUE(back.invert(m));
+        EXPECT_TRUE(near(m * back, identity(), 1e-5f)); // the inverse of a rotation is its transpose
+        EXPECT_NEAR(tbVec3(m[0][0], m[0][1], m[0][2]).dot(up), 0.0f, 1e-4f);
+        EXPECT_GE(tbVec3(m[2][0], m[2][1], m[2][2]).dot(up), -1e-5f);
+    }
+    tbMatrix m;
+    m.makeAlongDirection(tbVec3(0, 0, 2));
+    EXPECT_TRUE(near(m, turn(0, 90, 0)));
+    m.makeAlongDirection(tbVec3(0, 0, -2));
+    EXPECT_TRUE(near(m, turn(0, -90, 0)));
+    m.makeAlongDirection(tbVec3(-1, 1, 0));
+    EXPECT_TRUE(near(m, turn(45, 0, 0)));
+    m.makeAlongDirection(tbVec3(0, 0, 0));
+    EXPECT_EQ(m.getType(), IDENT);
+}
+
+TEST(Matrix, ProjectsOntoAPlaneFromALight)
+{
+    const tbtest::RootScope exact;
+    tbtest::Random random(8);
+    for (int i = 0; i < 200; ++i)
+    {
+        const tbPlane plane(random.direction(), random.number(-2, 2));
+        const tbVec3 light = *plane.getNormal() * (plane.getOffset() + 10.0f) + random.direction();
+        const tbVec3 point = *plane.getNormal() * plane.getOffset() + random.point(3);
+        tbMatrix m;
+        m.makeProjection(plane, light);
+        tbVec3 shadow;
+        shadow.fullXformPt(point, m);
+        EXPECT_NEAR(plane.getNormal()->dot(shadow), plane.getOffset(), 1e-3f);
+        tbVec3 across; // light, point and shadow stand in a line
+        across.cross(point - light, shadow - light);
+        EXPECT_NEAR(across.length(), 0.0f, 0.02f);
+    }
+}
+
+TEST(Matrix, ReflectsAfterTheTransform)
+{
+    const tbPlane plane(tbVec3(0, 0, 1), 2);
+    tbMatrix m;
+    m.makeReflection(translation(1, 0, 0), plane);
+    EXPECT_TRUE(near(tbVec3(0, 5, 7) * m, tbVec3(1, 5, -3)));
+    m.makeReflection(m, plane);
+    EXPECT_TRUE(near(m, translation(1, 0, 0), 1e-6f));
+}
+
+TEST(Matrix, TransposingMovesTheTranslation)
+{
+    tbMatrix m = turn(30, 20, 10) * translation(1, 2, 3);
+    const tbMatrix before(m);
+    m.transpose(m);
+    EXPECT_EQ(m[0][3], 1.0f);
+    EXPECT_NE(m.getType() & PROJ, 0u);
+    EXPECT_EQ(m.getType() & XLATE, 0u);
+    m.transpose();
+    EXPECT_EQ(m, before);
+    EXPECT_EQ(m.getType(), ROT | XLATE);
+}
+
+TEST(Matrix, SumsAreIdentifiedAnew)
+{
+    tbMatrix m;
+    m.add(translation(1, 2, 3), identity());
+    EXPECT_EQ(m.getType(), UNISCALE | XLATE | PROJ);
+    m.sub(m, translation(1, 2, 3));
+    EXPECT_EQ(m.getType(), IDENT);
+}
+
+TEST(Matrix, EqualsWithinTheTolerance)
+{
+    tbMatrix a = turn(30, 20, 10);
+    tbMatrix b(a);
+    for (int i = 0; i < 16; ++i)
+        b.getData()[i] += 5e-7f;
+    EXPECT_EQ(a, b);
+    b[2][1] += 1e-5f;
+    EXPECT_NE(a, b);
+}
+
+TEST(Matrix, FilesKeepTheTypeUnlessTheElementsContradictIt)
+{
+    tbtest::Random random(9);
+    tbMatrix back;
+    for (const Type type : allTypes())
+    {
+        const tbMatrix m = matrixOf(type, random);
+        EXPECT_EQ(tbtest::storeAndLoad(m, back), 68);
+        EXPECT_TRUE(near(back, m, 0.0f));
+        EXPECT_EQ(back.getType(), type);
+    }
+    tbMatrix generous = turn(30, 20, 10);
+    generous.setType(ROT | XLATE | SCALE);
+    tbtest::storeAndLoad(generous, back);
+    EXPECT_EQ(back.getType(), ROT | XLATE | SCALE);
+    const struct
+    {
+        tbMatrix m;
+        Type claimed, expected;
+    } lies[] = {{turn(30, 20, 10), IDENT, ROT},
+                {turn(30, 20, 10), XLATE, ROT},
+                {translation(1, 2, 3), IDENT, XLATE},
+                {scaling(2, 2, 2), XLATE, UNISCALE},
+                {scaling(1, 2, 3), UNISCALE, SCALE},
+                {scaling(1, 2, 3), 64, SCALE},
+                {translation(1, 2, 3), IDENT | XLATE, XLATE},
+                {translation(1, 2, 3), 0xFFFFFFC0u | XLATE, XLATE}};
+    for (const auto& lie : lies)
+    {
+        tbMatrix m(lie.m);
+        m.setType(lie.claimed);
+        tbtest::storeAndLoad(m, back);
+        EXPECT_EQ(back.getType(), lie.expected) << lie.claimed;
+    }
+}
+
+TEST(Matrix, QuaternionsReplaceTheRotationOnly)
+{
+    tbMatrix m = translation(1, 2, 3);
+    m.setQuat(tbQuat(0, 0, 0.6f, 0.8f));
+    EXPECT_EQ(m.getType(), ROT | XLATE);
+    EXPECT_EQ(tbVec3(m[3][0], m[3][1], m[3][2]), tbVec3(1, 2, 3));
+    m.setQuat(tbQuat(1e-7f, 0, 0, 1));
+    EXPECT_TRUE(near(m, translation(1, 2, 3), 0.0f));
+    EXPECT_EQ(m.getType(), XLATE);
+}
+
+TEST(Matrix, RowsAndColumns)
+{
+    tbMatrix m = identity();
+    m.setRow(2, 1, 2, 3, 4, PROJ);
+    float a, b, c, d;
+    m.getRow(2, a, b, c, d);
+    EXPECT_EQ(tbVec4(a, b, c, d), tbVec4(1, 2, 3, 4));
+    m.getCol(2, a, b, c, d);
+    EXPECT_EQ(tbVec4(a, b, c, d), tbVec4(0, 0, 3, 0));
+    m.setCol(0, 5, 6, 7, 8, PROJ);
+    float all[4][4];
+    m.get(all);
+    EXPECT_EQ(all[3][0], 8.0f);
+    EXPECT_EQ(all[2][3], 4.0f);
+}

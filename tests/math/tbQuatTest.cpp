@@ -1,0 +1,169 @@
+#include <tamber/math/tbQuat.h>
+
+#include <tamber/math/tbMatrix.h>
+#include <tamber/math/tbVec3.h>
+#include <tests/support/Near.h>
+#include <tests/support/RandomValues.h>
+#include <tests/support/RootScope.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+using tbtest::near;
+
+namespace
+{
+
+tbMatrix matrixOf(const tbQuat& q)
+{
+    tbMatrix m;
+    q.getMatrix(m);
+    return m;
+}
+
+tbQuat quatOf(const tbMatrix& m)
+{
+    tbQuat q;
+    q.setMatrix(m);
+    return q;
+}
+
+tbQuat randomTurn(tbtest::Random& random)
+{
+    tbMatrix m = random.place(0);
+    return quatOf(m);
+}
+
+} // namespace
+
+TEST(Quat, MatricesComeBack)
+{
+    const tbtest::RootScope exact;
+    tbtest::Random random(10);
+    for (int i = 0; i < 1000; ++i)
+    {
+        const tbMatrix m = random.place(0);
+        EXPECT_TRUE(near(matrixOf(quatOf(m)), m, 1e-5f));
+    }
+    // Half turns: the trace is -1, and each axis in turn is the largest.
+    for (const tbVec3& axis :
+         {tbVec3(1, 0, 0), tbVec3(0, 1, 0), tbVec3(0, 0, 1), tbVec3(1, 1, 0), tbVec3(0, 1, -1)})
+    {
+        tbMatrix m;
+        m.makeRot(180, axis);
+        EXPECT_TRUE(near(matrixOf(quatOf(m)), m, 1e-5f));
+    }
+    tbMatrix m;
+    m.makeRot(180, 1, 0, 0);
+    EXPECT_TRUE(near(quatOf(m), tbQuat(1, 0, 0, 0), 1e-6f));
+}
+
+TEST(Quat, TurnsTheOtherWayThanTheCustomaryOne)
+{
+    tbMatrix m;
+    m.makeRot(90, 0, 0, 1);
+    const tbQuat q = quatOf(m);
+    EXPECT_TRUE(near(q, tbQuat(0, 0, -std::sqrt(0.5f), std::sqrt(0.5f)), 1e-3f));
+    EXPECT_TRUE(near(matrixOf(q), m, 2e-3f)); // as precise as the root table
+}
+
+TEST(Quat, ProductsAreThoseOfTheRotations)
+{
+    const tbtest::RootScope exact;
+    const float s = std::sqrt(0.5f);
+    const tbQuat quarter(0, 0, s, s);
+    EXPECT_TRUE(near(quarter * quarter, tbQuat(0, 0, 1, 0), 1e-6f));
+    tbtest::Random random(11);
+    for (int i = 0; i < 200; ++i)
+    {
+        const tbQuat a = randomTurn(random);
+        const tbQuat b = randomTurn(random);
+        EXPECT_TRUE(near(matrixOf(a * b), matrixOf(a) * matrixOf(b), 1e-5f));
+        tbQuat inPlace(a);
+        inPlace *= inPlace;
+        EXPECT_EQ(inPlace, a * a);
+    }
+}
+
+TEST(Quat, InversesUndo)
+{
+    tbQuat q;
+    q.invert(tbQuat(0, 0, 0, 2));
+    EXPECT_EQ(q, tbQuat(0, 0, 0, 0.5f));
+    const tbQuat a(1, 2, 3, 4);
+    q.invert(a);
+    EXPECT_TRUE(near(a * q, tbQuat(0, 0, 0, 1), 1e-6f));
+    q.conjugate(a);
+    EXPECT_EQ(q, tbQuat(-1, -2, -3, 4));
+    q *= 2.0f;
+    EXPECT_EQ(q, tbQuat(-2, -4, -6, 8));
+}
+
+TEST(Quat, AnglesComeBack)
+{
+    const tbtest::RootScope exact;
+    for (int h = -150; h <= 150; h += 50)
+    {
+        for (int p = -80; p <= 80; p += 40)
+        {
+            const tbVec3 hpr(float(h), float(p), 25);
+            tbQuat q;
+            q.setHPR(hpr);
+            tbVec3 back;
+            q.getHPR(back);
+            EXPECT_TRUE(near(back, hpr, 0.01f));
+        }
+    }
+}
+
+TEST(Quat, SlerpTurnsEvenlyAlongTheShorterArc)
+{
+    const tbtest::RootScope exact;
+    tbMatrix m;
+    m.makeIdent();
+    const tbQuat from = quatOf(m);
+    m.makeRot(100, 0, 0, 1);
+    const tbQuat to = quatOf(m);
+    const tbQuat farTo(-to.x, -to.y, -to.z, -to.w);
+    for (int i = 0; i <= 10; ++i)
+    {
+        const float t = float(i) / 10.0f;
+        tbQuat q;
+        q.slerp(t, from, to);
+        m.makeRot(100 * t, 0, 0, 1);
+        EXPECT_TRUE(near(matrixOf(q), m, 1e-5f));
+        EXPECT_NEAR(q.sqrLength(), 1.0f, 1e-5f);
+        tbQuat other(farTo);
+        other.slerp(t, from, other);
+        EXPECT_TRUE(near(other, q, 1e-6f));
+    }
+}
+
+TEST(Quat, SlerpOfNeighboursAndOppositesIsStraight)
+{
+    const tbQuat a(0, 0, 0.6f, 0.8f);
+    const tbQuat opposite(0, 0, -0.6f, -0.8f);
+    tbQuat q;
+    q.slerp(0.5f, a, opposite);
+    EXPECT_TRUE(near(q, a, 1e-6f));
+    tbQuat straight;
+    const tbQuat close(0, 0, 0.60001f, 0.7999925f);
+    q.slerp(0.25f, a, close);
+    straight.lerp(0.25f, a, close);
+    EXPECT_EQ(q, straight);
+    straight.lerp(0.5f, tbQuat(1, 0, 0, 0), tbQuat(0, 0, 0, 1));
+    EXPECT_EQ(straight, tbQuat(0.5f, 0, 0, 0.5f)); // not of unit length
+}
+
+TEST(Quat, NearIdentityAndBrokenOnesAreHandled)
+{
+    tbMatrix m = matrixOf(tbQuat(1e-7f, 0, 0, 1));
+    EXPECT_EQ(m.getType(), unsigned(tbMatrix::MATRIX_IDENT));
+    EXPECT_EQ(m[1][1], 1.0f);
+    m = matrixOf(tbQuat(std::numeric_limits<float>::quiet_NaN(), 0, 0, 1));
+    EXPECT_EQ(m[1][1], 1.0f); // normalises to zero
+    m = matrixOf(tbQuat(0, 0, 30, 40));
+    EXPECT_TRUE(near(m, matrixOf(tbQuat(0, 0, 0.6f, 0.8f)), 2e-3f));
+}

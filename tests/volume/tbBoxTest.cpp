@@ -1,0 +1,116 @@
+#include <tamber/volume/tbBox.h>
+
+#include <tamber/volume/tbSphere.h>
+#include <tests/support/Near.h>
+#include <tests/support/RandomValues.h>
+#include <tests/support/StoredValue.h>
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+using tbtest::near;
+
+namespace
+{
+
+tbBox cube()
+{
+    return tbBox(tbVec3(-1, -1, -1), tbVec3(1, 1, 1));
+}
+
+} // namespace
+
+TEST(Box, IsEmptyByItsXAlone)
+{
+    tbBox box;
+    EXPECT_TRUE(box.isEmpty());
+    EXPECT_EQ(box.getMin()->y, std::numeric_limits<float>::max());
+    EXPECT_EQ(box.getMax()->z, -std::numeric_limits<float>::max());
+    EXPECT_FALSE(tbBox(tbVec3(0, 5, 5), tbVec3(0, -5, -5)).isEmpty());
+    box.setMin(tbVec3(0, 0, 0));
+    box.setMax(tbVec3(0, 0, 0));
+    EXPECT_EQ(box.contains(tbVec3(0, 0, 0)), tbVolume::INSIDE);
+}
+
+TEST(Box, CornersByOctant)
+{
+    const tbBox box(tbVec3(-1, -2, -3), tbVec3(4, 5, 6));
+    for (int i = 0; i < 8; ++i)
+    {
+        tbVec3 corner;
+        box.getCorner(tbVec3::OCTANT(i), corner);
+        EXPECT_EQ(corner, tbVec3(i & 4 ? -1.0f : 4.0f, i & 2 ? -2.0f : 5.0f, i & 1 ? -3.0f : 6.0f));
+        EXPECT_EQ(corner.getOctant(), i);
+    }
+}
+
+TEST(Box, ContainsBoxesAndTheirTouch)
+{
+    EXPECT_EQ(cube().contains(cube()), tbVolume::INSIDE);
+    EXPECT_EQ(cube().contains(tbBox(tbVec3(1, 1, 1), tbVec3(2, 2, 2))), tbVolume::PARTIAL);
+    EXPECT_EQ(cube().contains(tbBox(tbVec3(1.1f, 0, 0), tbVec3(2, 2, 2))), tbVolume::OUTSIDE);
+}
+
+TEST(Box, SpheresAcrossAMaximumFaceCountAsOutside)
+{
+    EXPECT_EQ(cube().contains(tbSphere(tbVec3(0, 0, 0), 1)), tbVolume::INSIDE);
+    EXPECT_EQ(cube().contains(tbSphere(tbVec3(0, 0, 0), 1.1f)), tbVolume::PARTIAL);
+    EXPECT_EQ(cube().contains(tbSphere(tbVec3(-1.5f, 0, 0), 0.6f)), tbVolume::PARTIAL);
+    EXPECT_EQ(cube().contains(tbSphere(tbVec3(1.5f, 0, 0), 0.6f)), tbVolume::OUTSIDE);
+    EXPECT_TRUE(cube().intersects(tbSphere(tbVec3(1.5f, 0, 0), 0.6f)));
+    EXPECT_EQ(cube().contains(tbSphere(tbVec3(50, 0, -1), 0.1f)),
+              tbVolume::PARTIAL); // level with a minimum face
+}
+
+TEST(Box, EnclosesItsTransformedCornersTightly)
+{
+    tbtest::Random random(21);
+    for (int i = 0; i < 300; ++i)
+    {
+        tbBox source;
+        source.extendAround(random.point(5));
+        source.extendAround(random.point(5));
+        tbMatrix m = random.place(10);
+        m.preScale(random.number(-3, 3), 1.5f, random.number(0.1f, 3));
+        tbBox expected;
+        for (int octant = 0; octant < 8; ++octant)
+        {
+            tbVec3 corner;
+            source.getCorner(tbVec3::OCTANT(octant), corner);
+            expected.extendAround(corner * m);
+        }
+        tbBox box;
+        box.xform(source, m);
+        EXPECT_TRUE(near(*box.getMin(), *expected.getMin()));
+        EXPECT_TRUE(near(*box.getMax(), *expected.getMax()));
+        source.xform(m);
+        EXPECT_EQ(source, box);
+    }
+    tbMatrix m = random.place(10);
+    tbBox empty;
+    empty.xform(m);
+    EXPECT_EQ(empty, tbBox());
+}
+
+TEST(Box, GrowsAroundWhatIsNotEmpty)
+{
+    tbBox box;
+    box.extendAround(tbBox());
+    box.extendAround(tbSphere());
+    EXPECT_EQ(box, tbBox());
+    box.extendAround(tbSphere(tbVec3(1, 2, 3), 2));
+    EXPECT_EQ(box, tbBox(tbVec3(-1, 0, 1), tbVec3(3, 4, 5)));
+    box.extendAround(tbBox(tbVec3(0, -9, 0), tbVec3(1, 1, 9)));
+    EXPECT_EQ(box, tbBox(tbVec3(-1, -9, 0), tbVec3(3, 4, 9)));
+    tbVec3 center;
+    box.getCenter(center);
+    EXPECT_EQ(center, tbVec3(1, -2.5f, 4.5f));
+}
+
+TEST(Box, GoesThroughAFile)
+{
+    tbBox back;
+    EXPECT_EQ(tbtest::storeAndLoad(cube(), back), 24);
+    EXPECT_EQ(back, cube());
+}

@@ -1,0 +1,173 @@
+#include <tamber/volume/tbSphere.h>
+
+#include <tamber/volume/tbBox.h>
+#include <tamber/volume/tbPlane.h>
+#include <tamber/volume/tbRay.h>
+#include <tests/support/Near.h>
+#include <tests/support/RandomValues.h>
+#include <tests/support/RootScope.h>
+#include <tests/support/StoredValue.h>
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+using tbtest::near;
+
+namespace
+{
+
+const tbVec3 ORIGIN(0, 0, 0);
+
+tbSphere unit()
+{
+    return tbSphere(ORIGIN, 1);
+}
+
+} // namespace
+
+TEST(Sphere, IsEmptyByItsRadiusAlone)
+{
+    tbSphere sphere;
+    EXPECT_TRUE(sphere.isEmpty());
+    sphere.setRadius(0);
+    EXPECT_FALSE(sphere.isEmpty());
+    EXPECT_EQ(sphere.contains(ORIGIN), tbVolume::INSIDE);
+    sphere.setCenter(tbVec3(1, 2, 3));
+    sphere.makeEmpty();
+    EXPECT_EQ(sphere.getRadius(), -1.0f);
+    EXPECT_EQ(*sphere.getCenter(), tbVec3(1, 2, 3));
+}
+
+TEST(Sphere, ContainsItsSurfaceButNotItself)
+{
+    EXPECT_EQ(unit().contains(tbVec3(0, 1, 0)), tbVolume::INSIDE);
+    EXPECT_EQ(unit().contains(tbVec3(0, 1.001f, 0)), tbVolume::OUTSIDE);
+    EXPECT_EQ(unit().contains(unit()), tbVolume::PARTIAL);
+    EXPECT_EQ(tbSphere(ORIGIN, 2).contains(unit()), tbVolume::INSIDE);
+    EXPECT_EQ(unit().contains(tbSphere(tbVec3(0, 2, 0), 1)), tbVolume::PARTIAL); // they touch
+    EXPECT_EQ(unit().contains(tbSphere(tbVec3(0, 2.01f, 0), 1)), tbVolume::OUTSIDE);
+}
+
+TEST(Sphere, LooksAtTwoCornersOfABox)
+{
+    const tbSphere sphere(ORIGIN, 2);
+    EXPECT_EQ(sphere.contains(tbBox(tbVec3(-1, -1, -1), tbVec3(1, 1, 1))), tbVolume::INSIDE);
+    EXPECT_EQ(sphere.contains(tbBox(tbVec3(-1, -1, -1), tbVec3(5, 1, 1))), tbVolume::PARTIAL);
+    const tbBox box(tbVec3(0, 0, -0.1f), tbVec3(2, 2, 0.1f));
+    const tbSphere aside(tbVec3(0.2f, 1.8f, 0), 2);
+    EXPECT_EQ(aside.contains(tbVec3(2, 0, 0)), tbVolume::OUTSIDE); // the box reaches out there
+    EXPECT_EQ(aside.contains(box), tbVolume::INSIDE);
+    EXPECT_EQ(sphere.contains(tbBox(tbVec3(-5, -5, -5), tbVec3(5, 5, 5))), tbVolume::PARTIAL);
+    EXPECT_EQ(sphere.contains(tbBox(tbVec3(3, 3, 3), tbVec3(5, 5, 5))), tbVolume::OUTSIDE);
+}
+
+TEST(Sphere, GrowsAroundPoints)
+{
+    tbSphere sphere;
+    sphere.extendAround(tbVec3(1, 2, 3));
+    EXPECT_EQ(sphere, tbSphere(tbVec3(1, 2, 3), 0));
+    sphere.extendAround(tbVec3(1, 2, 3)); // its own point
+    EXPECT_EQ(sphere, tbSphere(tbVec3(1, 2, 3), 0));
+    sphere.extendAround(tbVec3(3, 2, 3));
+    EXPECT_EQ(sphere, tbSphere(tbVec3(2, 2, 3), 1));
+    sphere.extendAround(tbVec3(2.5f, 2, 3));
+    EXPECT_EQ(sphere, tbSphere(tbVec3(2, 2, 3), 1));
+
+    const tbVec3 points[] = {{0, 0, 0}, {4, 0, 0}, {2, 3, 0}};
+    tbSphere mean;
+    mean.extendAround(points, 0);
+    EXPECT_TRUE(mean.isEmpty());
+    mean.extendAround(points, 3);
+    EXPECT_TRUE(near(*mean.getCenter(), tbVec3(2, 1, 0)));
+    EXPECT_NEAR(mean.getRadius(), std::sqrt(5.0f), 1e-6f);
+}
+
+TEST(Sphere, GrowsAroundSpheres)
+{
+    tbSphere sphere(unit());
+    sphere.extendAround(tbSphere());
+    EXPECT_EQ(sphere, unit());
+    sphere.extendAround(tbSphere(ORIGIN, 2));
+    EXPECT_EQ(sphere, tbSphere(ORIGIN, 2));
+    sphere.extendAround(tbSphere(tbVec3(0, 0.5f, 0), 1)); // inside
+    EXPECT_EQ(sphere, tbSphere(ORIGIN, 2));
+    sphere.extendAround(tbSphere(tbVec3(0, 0.5f, 0), 4)); // around
+    EXPECT_EQ(sphere, tbSphere(tbVec3(0, 0.5f, 0), 4));
+    sphere = unit();
+    sphere.extendAround(tbSphere(tbVec3(5, 0, 0), 2));
+    EXPECT_TRUE(near(*sphere.getCenter(), tbVec3(3, 0, 0)));
+    EXPECT_FLOAT_EQ(sphere.getRadius(), 4.0f);
+}
+
+TEST(Sphere, GrowsAroundBoxes)
+{
+    const tbBox box(tbVec3(-1, -2, -2), tbVec3(1, 2, 2));
+    tbSphere sphere;
+    sphere.extendAround(box);
+    EXPECT_EQ(sphere, tbSphere(ORIGIN, 3));
+    // A sphere that is not empty takes the corners in turn, x changing fastest.
+    tbSphere byBox(tbVec3(5, 0, 0), 1);
+    tbSphere byCorners(byBox);
+    byBox.extendAround(box);
+    for (const float z : {-2.0f, 2.0f})
+        for (const float y : {-2.0f, 2.0f})
+            for (const float x : {-1.0f, 1.0f})
+                byCorners.extendAround(tbVec3(x, y, z));
+    EXPECT_EQ(byBox, byCorners);
+}
+
+TEST(Sphere, BoundsGrowWithoutOverflow)
+{
+    tbSphere sphere(unit());
+    sphere.extendAround(tbRay(ORIGIN, tbVec3(1, 0, 0), -1));
+    EXPECT_EQ(sphere.contains(tbVec3(1e30f, 1e20f, 0)), tbVolume::INSIDE);
+    tbSphere endless(ORIGIN, std::numeric_limits<float>::infinity());
+    endless.extendAround(tbSphere(tbVec3(1, 2, 3), endless.getRadius()));
+    EXPECT_EQ(endless.contains(tbVec3(7, 8, 9)), tbVolume::INSIDE);
+}
+
+TEST(Sphere, ScalesByItsZAxisOnly)
+{
+    tbMatrix m;
+    m.makeScale(2, 2, 2);
+    tbSphere sphere(tbVec3(1, 0, 0), 1);
+    sphere.xform(m);
+    EXPECT_EQ(sphere, tbSphere(tbVec3(2, 0, 0), 2));
+    m.makeScale(1.00001f, 1.00001f, 1.00001f);
+    sphere.xform(unit(), m);
+    EXPECT_EQ(sphere.getRadius(), 1.0f);
+    m.makeScale(9, 9, 3);
+    sphere.xform(unit(), m);
+    EXPECT_EQ(sphere.getRadius(), 3.0f);
+    tbSphere empty;
+    empty.xform(m);
+    EXPECT_TRUE(empty.isEmpty());
+}
+
+TEST(Sphere, MovesWithRigidTransforms)
+{
+    tbtest::Random random(20);
+    for (int i = 0; i < 200; ++i)
+    {
+        const tbMatrix m = random.place(10);
+        tbSphere sphere(random.point(10), 2);
+        const tbVec3 edge = *sphere.getCenter() + random.direction() * 1.99f;
+        sphere.xform(m);
+        EXPECT_EQ(sphere.contains(edge * m), tbVolume::INSIDE);
+    }
+}
+
+TEST(Sphere, ComparesByRadius)
+{
+    EXPECT_TRUE(tbSphere(tbVec3(9, 9, 9), 1) <= tbSphere(ORIGIN, 1));
+    EXPECT_TRUE(tbSphere(ORIGIN, 2) >= tbSphere(ORIGIN, 1));
+    EXPECT_FALSE(tbSphere(ORIGIN, 2) <= tbSphere(ORIGIN, 1));
+}
+
+TEST(Sphere, GoesThroughAFile)
+{
+    tbSphere back;
+    EXPECT_EQ(tbtest::storeAndLoad(tbSphere(tbVec3(1, 2, 3), 4), back), 16);
+    EXPECT_EQ(back, tbSphere(tbVec3(1, 2, 3), 4));
+}
