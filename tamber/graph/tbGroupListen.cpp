@@ -5,13 +5,13 @@
 #include <tamber/kernel/tbStats.h>
 #include <tamber/trav/tbTravContext.h>
 
+#include "tbiChildren.h"
+
 void tbGroup::apply(tbListener* listener) const
 {
     const tbTravContext* context = listener->getTravContext();
     if (tbStats* stats = context->getStats())
         stats->incCount(this);
-    const unsigned mask = context->getTravMask();
-    for (const tbGroup* child : getChildren())
-        if (child->anyTravFlags(mask))
-            child->apply(listener);
+    tbiForEachChild(this, context->getTravMask(),
+                    [listener](const tbGroup* child) { child->apply(listener); });
 }

@@ -7,6 +7,8 @@
 #include <tamber/trav/tbTravContext.h>
 #include <tamber/trav/tbiScopes.h>
 
+#include "tbiChildren.h"
+
 namespace
 {
 
@@ -32,6 +34,8 @@ void tbGroup::update(tbTravContext* context)
     for (int i = 0; i < getNumChildren(); ++i)
     {
         tbGroup* child = getChild(i);
+        if (i + 1 < getNumChildren())
+            tbiPrefetch(getChild(i + 1));
         if (child->anyTravFlags(TF_ANY_UPDATE))
             child->update(context);
     }
@@ -81,10 +85,7 @@ void tbGroup::apply(tbCamera* camera) const
     const tbTravContext* context = camera->getTravContext();
     if (tbStats* stats = context->getStats())
         stats->incCount(this);
-    const unsigned mask = context->getTravMask();
-    for (const tbGroup* child : getChildren())
-        if (child->anyTravFlags(mask))
-            child->apply(camera);
+    tbiForEachChild(this, context->getTravMask(), [camera](const tbGroup* child) { child->apply(camera); });
 }
 
 void tbGroup::applyDirect(tbCollider*, bool) const {}

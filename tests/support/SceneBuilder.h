@@ -10,20 +10,24 @@
 namespace tbtest
 {
 
-/// Trees of transforms, eight below each, with one geometry at every leaf.
+/// A tree of transforms, eight below each, level by level, and a geometry below every transform that has no other
+/// below it.
 class SceneBuilder
 {
 public:
     static constexpr int WIDTH = 8;
 
-    /// Fills the graph below `root` with about `num` nodes, level by level.
+    /// Fills the graph below `root` with about `num` nodes.
     SceneBuilder(tbGroup* root, int num)
     {
-        std::vector<tbGroup*> level{root};
-        while (int(nodes.size()) < num * WIDTH / (2 * WIDTH - 1))
-            level = addLevel(level, num);
-        for (tbGroup* node : level)
-            add(node, new TestGeometry(tbSphere(tbVec3(0, 0, 0), 1)));
+        const int numTransforms = num * WIDTH / (2 * WIDTH - 1);
+        std::vector<tbGroup*> open{root};
+        for (std::size_t i = 0; int(transforms.size()) < numTransforms; ++i)
+            for (int k = 0; k < WIDTH && int(transforms.size()) < numTransforms; ++k)
+                open.push_back(addTransform(open[i], k));
+        for (tbTransform* transform : transforms)
+            if (transform->getNumChildren() == 0)
+                add(transform, new TestGeometry(tbSphere(tbVec3(0, 0, 0), 1)));
     }
 
     /// Parents before children.
@@ -31,21 +35,13 @@ public:
     const std::vector<tbTransform*>& getTransforms() const { return transforms; }
 
 private:
-    std::vector<tbGroup*> addLevel(const std::vector<tbGroup*>& above, int num)
+    tbTransform* addTransform(tbGroup* parent, int k)
     {
-        std::vector<tbGroup*> level;
-        for (tbGroup* parent : above)
-        {
-            for (int i = 0; i < WIDTH && int(nodes.size()) < num * WIDTH / (2 * WIDTH - 1); ++i)
-            {
-                auto* node = new tbTransform;
-                node->setXYZ(float(i) * 4.0f - 14.0f, float(level.size() % 16), 1.0f);
-                add(parent, node);
-                transforms.push_back(node);
-                level.push_back(node);
-            }
-        }
-        return level;
+        auto* node = new tbTransform;
+        node->setXYZ(float(k) * 4.0f - 14.0f, float(transforms.size() % 16), 1.0f);
+        add(parent, node);
+        transforms.push_back(node);
+        return node;
     }
     void add(tbGroup* parent, tbGroup* node)
     {
