@@ -22,6 +22,11 @@ namespace
 class RecordingListener : public tbListener
 {
 public:
+    RecordingListener()
+    {
+        tbAudioLevelScale::getClassType(); // a type has a default once it is set up
+        tbAudioPriorityScale::getClassType();
+    }
     void listen(tbGroup* root) override
     {
         heard.clear();

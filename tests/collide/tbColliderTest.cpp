@@ -272,7 +272,7 @@ TEST(Collider, FencesKeepRaysFromWhatLiesBelow)
     scene->addChild(style);
     scene.update();
     collider->intersect(scene);
-    EXPECT_EQ(aside->tested, 0); // geometry is still tested by its own bounds
+    EXPECT_EQ(aside->tested, 1); // no fence and no transform was asked
 }
 
 TEST(Collider, NestedWalksOnOneContextDoNothing)

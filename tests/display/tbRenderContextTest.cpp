@@ -27,7 +27,11 @@ class RenderContextTestShade : public tbVisualTrait
 public:
     RenderContextTestShade() { initInstance(); }
     bool isEqual(tbTrait* other) const override { return isSameKind(other); }
-    void apply(tbCamera* camera) const override { camera->setAppliedVisualTrait(this); }
+    void apply(tbCamera* camera) const override
+    {
+        if (camera) // tests of trait stacks have none
+            camera->setAppliedVisualTrait(this);
+    }
 
 protected:
     ~RenderContextTestShade() override { deleteInstance(); }
