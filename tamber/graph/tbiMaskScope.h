@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tamber/collide/tbColliderMask.h>
+#include <tamber/trav/tbTraitStack.h>
 #include <tamber/trav/tbiScopes.h>
 
 /// A model's collider mask on the trait stack; passed over on a context without one.

@@ -2,8 +2,6 @@
 // A walk that was stopped is to leave its state behind: the node calls leave() on its scopes then.
 #pragma once
 
-#include <tamber/containers/tbList.h>
-#include <tamber/trav/tbTraitStack.h>
 #include <tamber/trav/tbTravContext.h>
 
 class tbiScope
@@ -73,7 +71,6 @@ public:
         context->popInvertMatrix();
         context->popMatrix();
     }
-    bool isPushed() const { return context != nullptr; }
 };
 
 /// The volume that nodes below extend.
@@ -125,28 +122,4 @@ public:
         if (context)
             context->popGroup();
     }
-};
-
-/// Traits in list order, popped in reverse. Nothing happens on a context without a trait stack.
-template <class Trait>
-class tbiTraitScope : public tbiScope
-{
-public:
-    tbiTraitScope(tbTravContext* walk, const tbTList<Trait*>& list) : tbiScope(walk), traits(list)
-    {
-        if (tbTraitStack* stack = walk->getTraitStack())
-            for (Trait* trait : traits)
-                stack->pushTrait(trait, walk);
-    }
-    ~tbiTraitScope()
-    {
-        if (!context)
-            return;
-        if (tbTraitStack* stack = context->getTraitStack())
-            for (int i = traits.getNum() - 1; i >= 0; --i)
-                stack->popTrait(traits[i], context);
-    }
-
-private:
-    const tbTList<Trait*>& traits;
 };
