@@ -32,39 +32,33 @@ function(tamber_drop_tests_without_module list)
   set(${list} "${${list}}" PARENT_SCOPE)
 endfunction()
 
-# tamber_test_environment(<environment> <directory> <name>): a folder for the test's files, and the variables that
-# keep it off the user's settings.
-function(tamber_test_environment environment directory name)
+# tamber_test_folder(<properties> <name>): the properties of a test that keep it to a folder of its own and off the
+# user's settings.
+function(tamber_test_folder properties name)
   set(folder "${PROJECT_BINARY_DIR}/tests/${name}")
   file(MAKE_DIRECTORY "${folder}")
-  set(${directory} "${folder}" PARENT_SCOPE)
-  set(${environment} "TAMBER_SETTINGS=${folder}/settings.ini;TAMBER_TEST_DIR=${folder}" PARENT_SCOPE)
+  set(${properties} WORKING_DIRECTORY "${folder}" TIMEOUT 300
+                    ENVIRONMENT TAMBER_SETTINGS=settings.ini PARENT_SCOPE)
 endfunction()
 
-# tamber_add_test(<target> [NAME name] [SHARDS n] [ARGS ...]): runs a program, GoogleTest's split over n processes.
+# tamber_add_test(<target> [NAME name] [ARGS ...]): runs a program, which ends with 0.
 function(tamber_add_test target)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "NAME;SHARDS" "ARGS")
-  if(NOT TAMBER_RUN_TESTS)
-    return()
-  endif()
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "NAME" "ARGS")
   if(NOT arg_NAME)
     set(arg_NAME ${target})
   endif()
-  if(NOT arg_SHARDS)
-    set(arg_SHARDS 1)
+  if(TAMBER_RUN_TESTS)
+    tamber_test_folder(properties ${arg_NAME})
+    add_test(NAME ${arg_NAME} COMMAND ${target} ${arg_ARGS})
+    set_tests_properties(${arg_NAME} PROPERTIES ${properties})
   endif()
-  math(EXPR last "${arg_SHARDS} - 1")
-  foreach(shard RANGE ${last})
-    set(name ${arg_NAME})
-    if(arg_SHARDS GREATER 1)
-      math(EXPR number "${shard} + 1")
-      string(APPEND name ".${number}")
-    endif()
-    tamber_test_environment(environment directory ${name})
-    if(arg_SHARDS GREATER 1)
-      list(APPEND environment GTEST_TOTAL_SHARDS=${arg_SHARDS} GTEST_SHARD_INDEX=${shard})
-    endif()
-    add_test(NAME ${name} COMMAND ${target} ${arg_ARGS} WORKING_DIRECTORY "${directory}")
-    set_tests_properties(${name} PROPERTIES TIMEOUT 600 ENVIRONMENT "${environment}")
-  endforeach()
+endfunction()
+
+# tamber_add_cases(<target>): runs every case of a GoogleTest program in a process of its own, so that none sees the
+# classes, plug-ins and threads of another.
+function(tamber_add_cases target)
+  if(TAMBER_RUN_TESTS)
+    tamber_test_folder(properties ${target})
+    gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120 PROPERTIES ${properties})
+  endif()
 endfunction()
