@@ -72,5 +72,6 @@ TEST(tbStack, CopiesAreTheirOwn)
     EXPECT_EQ(copy.getTop(), entry(2));
     EXPECT_EQ(copy.getID(), 2);
     EXPECT_EQ(assigned.getNum(), 2);
+    EXPECT_EQ(assigned.getID(), 1);
     EXPECT_EQ(assigned.pop(), entry(2));
 }

@@ -93,8 +93,11 @@ TEST_F(Stats, CopiesCountOnTheirOwn)
     {
         EXPECT_EQ(other->getCount(TravA::type()), 1);
         EXPECT_EQ(other->getNumFrames(), 1);
+        other->reset();
         other->incCount(visual.get());
+        other->incCount(trav.get());
         EXPECT_EQ(other->getCount(VisualA::type()), 0);
+        EXPECT_EQ(other->getCount(TravA::type()), 1);
     }
 }
 } // namespace

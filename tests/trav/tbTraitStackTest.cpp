@@ -221,6 +221,9 @@ TEST_F(TraitStack, TheNextWalkStartsFromWhatTheCameraHas)
         drawn();
         stack->popTrait(trait.get(), context.get());
         stack->reset(true);
+        log.onDevice.clear();
+        stack->applyVisualTraitStacks(nullptr);
+        EXPECT_EQ(log.onDevice, Traits{});
         if (inside)
             stack->pushTrait(trait.get(), context.get());
         EXPECT_EQ(drawn(), inside ? Traits{} : Traits{defaultOf<VisualA>()});

@@ -103,6 +103,7 @@ TEST_F(TravPath, CopiesOutliveTheWalk)
         stack.push(groups[1].get());
         const tbTravPath path(stack);
         copy = path;
+        EXPECT_TRUE(copy == stack);
     }
     EXPECT_EQ(copy.getNum(), 2);
     EXPECT_EQ(copy.get(1), groups[1].get());
