@@ -10,6 +10,8 @@ class TB_API tbAction : public tbBase
     TB_CLASS(tbAction, tbBase)
 
 public:
+    tbAction& operator=(const tbAction& other);
+
     tbBase* createCopy() const override;
     tbEntry* read(tbFile* file, tbEntry* entry) override;
     tbEntry* write(tbFile* file, tbEntry* entry) const override;
@@ -21,6 +23,5 @@ public:
 protected:
     tbAction();
     tbAction(const tbAction& other);
-    tbAction& operator=(const tbAction& other);
     ~tbAction() override;
 };

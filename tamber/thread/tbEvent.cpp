@@ -4,6 +4,7 @@
 #include <tamber/action/tbActionNode.h>
 #include <tamber/io/tbEntry.h>
 #include <tamber/kernel/tbTime.h>
+#include <tamber/kernel/tbiLocks.h>
 #include <tamber/thread/tbiHeldList.h>
 #include <tamber/thread/tbiLockGuard.h>
 #include <tamber/thread/tbiWait.h>
@@ -111,6 +112,7 @@ tbEvent* tbEvent::findOrCreate(const char* name)
 {
     if (!name || !*name)
         return nullptr;
+    tbiLockGuard guard(tbiLocks::type); // two threads that ask for one name get one event
     if (tbEvent* event = find(name, nullptr, true))
         return event;
     auto* event = new tbEvent;

@@ -102,7 +102,7 @@ void tbThread::Tree::endPasses(tbThread* thread)
     struct Passes
     {
         Tree& tree;
-        tbThread* thread;
+        tbThread* from;
     } passes{*this, thread};
     thread->queue->takeOut(
         [](const void* item, void* context)
@@ -110,7 +110,7 @@ void tbThread::Tree::endPasses(tbThread* thread)
             const auto* record = static_cast<const Record*>(item);
             const auto* to = static_cast<Passes*>(context);
             if (record->isPass())
-                to->tree.pass(to->thread, record->object, record->kind == Record::DELETE_REFERENCE);
+                to->tree.pass(to->from, record->object, record->kind == Record::DELETE_REFERENCE);
             return record->isPass();
         },
         &passes);
