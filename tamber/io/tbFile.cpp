@@ -21,14 +21,14 @@ constexpr std::int64_t SMALLEST_BUDGET = std::int64_t{256} << 20;
 constexpr std::int64_t BUDGET_FACTOR = 160;
 constexpr int LARGEST_COUNT = int(tbListStorage::COUNT_MASK);
 
-// Names from files are printed so that they cannot be anything but text.
-std::string printable(const char* text)
+// Names are printed so that they cannot be anything but text. Those of classes are ASCII, those of files need not be.
+std::string printable(const char* text, bool ascii = true)
 {
     std::string out;
     for (; *text != 0; ++text)
     {
         const auto c = static_cast<unsigned char>(*text);
-        if (c >= 0x20 && c < 0x7F)
+        if (c >= 0x20 && c != 0x7F && (c < 0x7F || !ascii))
         {
             out += char(c);
             continue;
@@ -137,7 +137,7 @@ bool tbFile::open(const char* path, const char* mode)
 {
     close();
     lastError = FILE_OK;
-    state->open(path, path ? printable(path) : "(null)");
+    state->open(path, path ? printable(path, false) : "(null)");
     if (!path || !mode || mode[0] != 'r')
         return setError(FILE_CANNOT_OPEN, "no path, or an unknown mode");
     openMode = mode[1] == 'w' ? MODE_READ_WRITE : MODE_READ;
@@ -237,7 +237,7 @@ bool tbFile::create(const char* path)
 {
     close();
     lastError = FILE_OK;
-    state->open(path, path ? printable(path) : "(null)");
+    state->open(path, path ? printable(path, false) : "(null)");
     if (!state->writer.begin(path))
         return setError(FILE_CANNOT_OPEN, "the file cannot be made or replaced");
     descriptor = state->writer.getDescriptor();

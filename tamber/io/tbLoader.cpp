@@ -235,7 +235,8 @@ tbLoader* tbLoader::loadFor(const char* extension)
     const tbiLoaderDef* def = definitionFor(extension);
     if (!def)
         return nullptr;
-    load(def->path && *def->path ? def->path : def->moduleName);
+    if (!def->path || *def->path == 0 || !load(def->path))
+        load(def->moduleName);
     for (tbLoader* loader : *loaders)
         if (loader->definition == def)
             return loader;

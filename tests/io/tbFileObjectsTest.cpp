@@ -214,6 +214,18 @@ TEST_F(FileObjects, ClassesThatMustNotComeFromAFileDoNot)
     FileNode::getClassType()->setWritable(true);
 }
 
+TEST_F(FileObjects, ServicesOfTheKernelAreNeverMadeByAFile)
+{
+    tbtest::allowMessages("a class of which files make no objects");
+    for (const char* name : {"tbThread", "tbFlushThread", "tbLock", "tbQueue", "tbWindow", "tbCamera",
+                             "tbListener", "tbRenderContext"})
+    {
+        FileBuilder builder;
+        builder.add(name, nodeRecord(builder, {}));
+        EXPECT_FALSE(readBytes(builder.build())) << name;
+    }
+}
+
 TEST_F(FileObjects, CyclesAreCutWhereTheyClose)
 {
     tbtest::expectMessage("which would close a cycle", 2);
