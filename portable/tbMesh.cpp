@@ -223,6 +223,7 @@ void tbMesh::updateFences(tbTravContext* context)
 void tbMesh::share(const tbMesh& other)
 {
     primitive = other.primitive;
+    hitTolerance = other.hitTolerance;
     replaceVertices(other.vertexArray);
     if (other.indices)
         other.indices->ref();
@@ -233,6 +234,7 @@ void tbMesh::share(const tbMesh& other)
 
 void tbMesh::replaceVertices(tbVertexArray* vertices)
 {
+    dropTree();
     if (vertices)
         vertices->ref();
     if (tbVertexArray* old = std::exchange(vertexArray, vertices))
@@ -242,12 +244,14 @@ void tbMesh::replaceVertices(tbVertexArray* vertices)
 /// Takes over the caller's reference on `block`.
 void tbMesh::replaceIndices(tbiSharedBlock* block)
 {
+    dropTree();
     if (tbiSharedBlock* old = std::exchange(indices, block))
         old->unRef();
 }
 
 void tbMesh::updateBounds()
 {
+    dropTree();
     box.makeEmpty();
     sphere.makeEmpty();
     if (!vertexArray)

@@ -5,6 +5,9 @@
 #include <tamber/volume/tbBox.h>
 #include <tamber/volume/tbSphere.h>
 
+#include <atomic>
+
+class tbiMeshTree;
 class tbiSharedBlock;
 
 // Points, lines or triangles over a shared vertex array. With indices, every index names a vertex of the array;
@@ -45,6 +48,9 @@ public:
     /// Both are empty while no vertex is in use. In this node's coordinates.
     const tbSphere& getBoundingSphere() const { return sphere; }
     const tbBox& getBoundingBox() const { return box; }
+    /// How far from a ray lines and points are still hit, in this node's units; 0 at first.
+    void setHitTolerance(float distance);
+    float getHitTolerance() const { return hitTolerance; }
     /// Bytes of the indices; meshes that share them all report them.
     std::size_t getIndexSize() const;
     static constexpr int verticesOf(PRIMITIVE primitive) { return int(primitive) + 1; }
@@ -60,6 +66,10 @@ public:
     tbEntry* write(tbFile* file, tbEntry* entry) const override;
     /// Extends the volume on the top of the context's volume stack around this mesh.
     void updateFences(tbTravContext* context) override;
+    using tbGeometry::apply;
+    /// Tests the collider's rays against the primitives. The integers of a hit are the primitive's number and its
+    /// first vertex.
+    void apply(tbCollider* collider) const override;
 
 protected:
     ~tbMesh() override;
@@ -74,10 +84,17 @@ private:
     void replaceVertices(tbVertexArray* vertices);
     void replaceIndices(tbiSharedBlock* block);
     void updateBounds();
+    const tbiMeshTree& getTree() const;
+    void dropTree();
+    void getCorners(int i, tbVec3* corners) const;
+    void collideRay(tbCollider* collider, int i) const;
+    void report(tbCollider* collider, int ray, int hitPrimitive, const tbVec3& point, float distance) const;
 
     PRIMITIVE primitive = TRIANGLES;
     tbVertexArray* vertexArray = nullptr;
     tbiSharedBlock* indices = nullptr;
     tbSphere sphere;
     tbBox box;
+    float hitTolerance = 0.0f;
+    mutable std::atomic<const tbiMeshTree*> tree{nullptr}; // built by the first ray
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace CLI
 {
 class App;
@@ -14,4 +16,13 @@ public:
     virtual void define(CLI::App& app) = 0;
     /// Does the work once the options are filled in. Failures leave as CommandError.
     virtual void run() = 0;
+    /// True when the command line names this command.
+    bool isChosen() const;
+
+protected:
+    /// The command's own part of the command line, for its options.
+    CLI::App& addTo(CLI::App& app, const std::string& name, const std::string& help);
+
+private:
+    const CLI::App* entry = nullptr;
 };

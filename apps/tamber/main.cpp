@@ -3,6 +3,7 @@
 
 #include "CommandError.h"
 #include "Kernel.h"
+#include "PickCommand.h"
 #include "RunCommand.h"
 
 #include <tamber/kernel/tbVersion.h>
@@ -10,6 +11,7 @@
 #include <CLI/CLI.hpp>
 
 #include <exception>
+#include <initializer_list>
 #include <iostream>
 #include <string>
 
@@ -52,7 +54,10 @@ int main(int argc, char** argv)
     app.add_flag("-v,--verbose", options.verbose, "Show the library's messages on stderr");
 
     RunCommand run;
-    run.define(app);
+    PickCommand pick;
+    const std::initializer_list<Command*> commands = {&run, &pick};
+    for (Command* command : commands)
+        command->define(app);
 
     try
     {
@@ -62,5 +67,8 @@ int main(int argc, char** argv)
     {
         return app.exit(error) == 0 ? 0 : FAILURE;
     }
-    return runCommand(run, options);
+    for (Command* command : commands)
+        if (command->isChosen())
+            return runCommand(*command, options);
+    return FAILURE;
 }

@@ -1,0 +1,88 @@
+#include "PickCommand.h"
+
+#include "CommandError.h"
+#include "ModelFile.h"
+
+#include <tamber/collide/tbCollider.h>
+#include <tamber/graph/tbScene.h>
+#include <tamber/trav/tbTravPath.h>
+
+#include <CLI/CLI.hpp>
+
+#include <cmath>
+#include <iostream>
+
+namespace
+{
+tbVec3 pointOf(const std::vector<float>& numbers)
+{
+    return tbVec3(numbers[0], numbers[1], numbers[2]);
+}
+
+// A node's name, or its class where it has none.
+std::string labelOf(const tbGroup* node)
+{
+    return node->getName() && *node->getName() ? node->getName() : node->getType()->getName();
+}
+
+std::string pathOf(const tbHit& hit)
+{
+    std::string text;
+    // The root is the scene that the program puts the model under.
+    for (int i = 1; hit.path && i < hit.path->getNum(); ++i)
+        text += labelOf(hit.path->get(i)) + '/';
+    return text + labelOf(hit.node);
+}
+} // namespace
+
+void PickCommand::define(CLI::App& app)
+{
+    CLI::App& command =
+        addTo(app, "pick", "Print what of a model a ray from one point to another strikes first");
+    command.add_option("MODEL", model, "A model of any format that a loader reads, or a native file (.tb)")
+        ->required();
+    const auto addPoint = [&command](const char* name, std::vector<float>& numbers, const char* help)
+    {
+        command.add_option(name, numbers, help)
+            ->required()
+            ->delimiter(',')
+            ->expected(3)
+            ->allow_extra_args(false)
+            ->type_name("X,Y,Z");
+    };
+    addPoint("--from", from, "Where the ray starts");
+    addPoint("--to", to, "Where it ends");
+    command.footer(
+        "Coordinates are the model's, Z up. Prints the path of nodes, the point, the distance from the\n"
+        "start and the number of the primitive; 'nothing' when the ray strikes nothing.");
+}
+
+void PickCommand::run()
+{
+    const tbVec3 start = pointOf(from);
+    const tbVec3 end = pointOf(to);
+    const tbRay ray(start, end);
+    if (!(ray.getLength() > 0.0f) || !std::isfinite(ray.getLength()))
+        throw CommandError("--from, --to", "must be two points of finite coordinates that differ");
+    const tbRef<tbGroup> root = loadModel(model);
+    const tbRef<tbScene> scene(new tbScene);
+    scene->addChild(root.get());
+    scene->update();
+
+    const tbRef<tbCollider> collider(new tbCollider);
+    collider->setVolumeMode(tbCollider::VOLUME_NONE);
+    collider->setSaveMask(tbCollider::SAVE_PATH);
+    collider->addRay(ray);
+    scene->acquireForQuery();
+    const int hits = collider->intersect(scene.get());
+    scene->releaseFromQuery();
+    if (hits == 0)
+    {
+        std::cout << "nothing\n";
+        return;
+    }
+    const tbHit& hit = *collider->getRayHit(0);
+    std::cout << "node      " << pathOf(hit) << "\npoint     " << hit.point.x << ' ' << hit.point.y << ' '
+              << hit.point.z << "\ndistance  " << hit.distance << "\nprimitive " << hit.primitive
+              << "\nvertex    " << hit.index << '\n';
+}
