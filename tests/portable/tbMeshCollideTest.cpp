@@ -1,0 +1,190 @@
+// Rays of a collider against meshes, compared with testing every primitive.
+
+#include <portable/tbMesh.h>
+#include <tamber/collide/tbCollider.h>
+#include <tamber/render/tbVertexArray.h>
+#include <tests/support/Messages.h>
+#include <tests/support/Near.h>
+#include <tests/support/TestScene.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <vector>
+
+namespace
+{
+tbVertexArray* makeVertices(const std::vector<tbVec3>& points)
+{
+    auto* vertices = new tbVertexArray(int(points.size()), tbVertexArray::VT_POSITION);
+    std::memcpy(vertices->getData(), points.data(), points.size() * sizeof(tbVec3));
+    return vertices;
+}
+
+tbMesh* addMesh(tbGroup* parent, tbMesh::PRIMITIVE kind, const std::vector<tbVec3>& points)
+{
+    auto* mesh = new tbMesh;
+    EXPECT_TRUE(mesh->set(kind, makeVertices(points), nullptr, 0));
+    parent->addChild(mesh);
+    return mesh;
+}
+
+class Points
+{
+public:
+    tbVec3 next(float range)
+    {
+        std::uniform_real_distribution<float> spread(-range, range);
+        const float x = spread(engine), y = spread(engine);
+        return tbVec3(x, y, spread(engine));
+    }
+    std::vector<tbVec3> triangles(int n)
+    {
+        std::vector<tbVec3> points;
+        for (int i = 0; i < n; ++i)
+        {
+            const tbVec3 corner = next(10);
+            for (const tbVec3& point : {corner, corner + next(1), corner + next(1)})
+                points.push_back(point);
+        }
+        return points;
+    }
+
+private:
+    std::mt19937 engine{11};
+};
+
+tbRef<tbCollider> withRay(const tbRay& ray, tbCollider::RAY_HIT_MODE mode = tbCollider::RAY_HIT_NEAREST)
+{
+    tbRef<tbCollider> collider(new tbCollider);
+    collider->setVolumeMode(tbCollider::VOLUME_NONE);
+    collider->setRayHitMode(mode);
+    collider->addRay(ray);
+    return collider;
+}
+
+struct Nearest
+{
+    int primitive = -1;
+    float distance = std::numeric_limits<float>::max();
+};
+
+Nearest byHand(const tbRay& ray, const std::vector<tbVec3>& points, bool farthest)
+{
+    Nearest found;
+    for (std::size_t i = 0; i + 2 < points.size(); i += 3)
+    {
+        tbVec3 point;
+        const float distance = ray.intersects(points[i], points[i + 1], points[i + 2], point);
+        if (distance > 0 &&
+            (found.primitive < 0 || (farthest ? distance > found.distance : distance < found.distance)))
+            found = {int(i / 3), distance};
+    }
+    return found;
+}
+} // namespace
+
+TEST(MeshCollide, FindsWhatTestingEveryTriangleFinds)
+{
+    Points random;
+    tbtest::TestScene scene;
+    const std::vector<tbVec3> points = random.triangles(3000);
+    addMesh(scene, tbMesh::TRIANGLES, points);
+    scene.update();
+    int hits = 0;
+    for (int i = 0; i < 400; ++i)
+    {
+        const tbRay ray(random.next(20), random.next(5));
+        for (const bool farthest : {false, true})
+        {
+            const Nearest expected = byHand(ray, points, farthest);
+            const tbRef<tbCollider> collider =
+                withRay(ray, farthest ? tbCollider::RAY_HIT_FARTHEST : tbCollider::RAY_HIT_NEAREST);
+            ASSERT_EQ(collider->intersect(scene), expected.primitive >= 0 ? 1 : 0) << i;
+            if (expected.primitive < 0)
+                continue;
+            ++hits;
+            ASSERT_EQ(collider->getRayHit(0)->primitive, expected.primitive) << i;
+            ASSERT_EQ(collider->getRayHit(0)->index, expected.primitive * 3);
+            ASSERT_NEAR(collider->getRayHit(0)->distance, expected.distance, 1e-3f);
+        }
+    }
+    EXPECT_GT(hits, 300);
+}
+
+TEST(MeshCollide, AxisParallelRaysFindFlatGrids)
+{
+    tbtest::TestScene scene;
+    std::vector<tbVec3> ground;
+    for (int x = 0; x < 30; ++x)
+    {
+        for (int y = 0; y < 30; ++y)
+        {
+            const tbVec3 corner(float(x), float(y), 0);
+            for (const tbVec3& offset : {tbVec3(0, 0, 0), tbVec3(1, 0, 0), tbVec3(1, 1, 0), tbVec3(0, 0, 0),
+                                         tbVec3(1, 1, 0), tbVec3(0, 1, 0)})
+                ground.push_back(corner + offset);
+        }
+    }
+    addMesh(scene.addTransform(nullptr, 5, 0, 2), tbMesh::TRIANGLES, ground);
+    scene.update();
+    for (float x = 5.25f; x < 35; x += 1.0f)
+    {
+        const tbRef<tbCollider> collider = withRay(tbRay(tbVec3(x, 7.5f, 50), tbVec3(0, 0, -1), -1));
+        ASSERT_EQ(collider->intersect(scene), 1) << x;
+        EXPECT_TRUE(tbtest::near(collider->getRayHit(0)->point, tbVec3(x, 7.5f, 2)));
+        EXPECT_EQ(collider->getRayHit(0)->primitive / 2, int(x - 5) * 30 + 7);
+    }
+}
+
+TEST(MeshCollide, TheTreeFollowsTheVertices)
+{
+    tbtest::TestScene scene;
+    tbMesh* mesh = addMesh(scene, tbMesh::TRIANGLES, {tbVec3(-1, 5, -1), tbVec3(1, 5, -1), tbVec3(0, 5, 1)});
+    scene.update();
+    const tbRef<tbCollider> collider = withRay(tbRay(tbVec3(0, 0, 0), tbVec3(0, 1, 0), 20));
+    EXPECT_EQ(collider->intersect(scene), 1);
+    auto* points = static_cast<tbVec3*>(mesh->getVertexArray()->getData());
+    for (int i = 0; i < 3; ++i)
+        points[i] += tbVec3(0, 10, 0);
+    mesh->changed();
+    scene.update();
+    EXPECT_EQ(collider->intersect(scene), 1);
+    EXPECT_NEAR(collider->getRayHit(0)->distance, 15, 1e-4f);
+    mesh->setVertexArray(nullptr);
+    scene.update();
+    EXPECT_EQ(collider->intersect(scene), 0);
+}
+
+TEST(MeshCollide, LinesAndPointsAreHitWithinTheirTolerance)
+{
+    for (const tbMesh::PRIMITIVE kind : {tbMesh::LINES, tbMesh::POINTS})
+    {
+        tbtest::TestScene scene;
+        tbMesh* mesh = addMesh(scene, kind, {tbVec3(0.2f, 4, -3), tbVec3(0.2f, 4, 0.05f)});
+        scene.update();
+        const tbRef<tbCollider> collider = withRay(tbRay(tbVec3(0, 0, 0), tbVec3(0, 1, 0), 20));
+        EXPECT_EQ(collider->intersect(scene), 0);
+        mesh->setHitTolerance(0.25f);
+        EXPECT_EQ(collider->intersect(scene), 1);
+        EXPECT_NEAR(collider->getRayHit(0)->distance, 4, 1e-3f);
+        EXPECT_EQ(collider->getRayHit(0)->primitive, kind == tbMesh::LINES ? 0 : 1);
+    }
+}
+
+TEST(MeshCollide, WhatIsNoNumberIsHitByNothing)
+{
+    constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
+    tbtest::TestScene scene;
+    addMesh(scene, tbMesh::TRIANGLES,
+            {tbVec3(NOT_A_NUMBER, 5, -1), tbVec3(1, 5, -1), tbVec3(0, 5, NOT_A_NUMBER), tbVec3(-1, 8, -1),
+             tbVec3(1, 8, -1), tbVec3(0, 8, 1)});
+    scene.update();
+    const tbRef<tbCollider> collider = withRay(tbRay(tbVec3(0, 0, 0), tbVec3(0, 1, 0), 20));
+    EXPECT_EQ(collider->intersect(scene), 1);
+    EXPECT_EQ(collider->getRayHit(0)->primitive, 1);
+    EXPECT_EQ(withRay(tbRay(tbVec3(0, 0, 0), tbVec3(0, NOT_A_NUMBER, 0), 20))->intersect(scene), 0);
+}
