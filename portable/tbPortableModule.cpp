@@ -2,8 +2,10 @@
 
 #include <portable/tbBlend.h>
 #include <portable/tbFaceCull.h>
+#include <portable/tbKeyFrameAction.h>
 #include <portable/tbMaterial.h>
 #include <portable/tbMesh.h>
+#include <portable/tbPathAction.h>
 #include <portable/tbTexture.h>
 #include <tamber/io/tbPlugIn.h>
 
@@ -25,6 +27,9 @@ public:
         tbTexture::registerClass(this);
         tbBlend::registerClass(this);
         tbFaceCull::registerClass(this);
+        tbMotionAction::registerClass(this);
+        tbPathAction::registerClass(this);
+        tbKeyFrameAction::registerClass(this);
     }
 
     void ref() override

@@ -1,0 +1,146 @@
+#include "tbMotionAction.h"
+
+#include <tamber/graph/tbScene.h>
+#include <tamber/graph/tbTransform.h>
+#include <tamber/io/tbEntry.h>
+#include <tamber/kernel/tbTime.h>
+#include <tamber/trav/tbTravContext.h>
+
+TB_DEFINE_ABSTRACT_NODE_CLASS(tbMotionAction, tbActionNode)
+
+tbMotionAction::tbMotionAction()
+{
+    initInstance();
+}
+
+tbMotionAction::tbMotionAction(const tbMotionAction& other)
+    : tbActionNode(other),
+      target(other.target),
+      speed(other.speed),
+      offset(other.getTime()),
+      paused(other.paused)
+{
+    initInstance();
+}
+
+tbMotionAction& tbMotionAction::operator=(const tbMotionAction& other)
+{
+    if (this == &other)
+        return *this;
+    tbActionNode::operator=(other);
+    target = other.target;
+    speed = other.speed;
+    offset = other.getTime();
+    clockStart = -1.0;
+    paused = other.paused;
+    return *this;
+}
+
+tbMotionAction::~tbMotionAction()
+{
+    deleteInstance();
+}
+
+tbTransform* tbMotionAction::getTarget() const
+{
+    if (target)
+        return target;
+    for (tbGroup* parent : getParents())
+        if (parent->isOfType(tbTransform::getClassType()))
+            return static_cast<tbTransform*>(parent);
+    return nullptr;
+}
+
+float tbMotionAction::getTime() const
+{
+    if (paused || clockStart < 0.0)
+        return offset;
+    return offset + float(tbGetTime() - clockStart) * speed;
+}
+
+void tbMotionAction::setTime(float seconds)
+{
+    offset = seconds;
+    clockStart = clockStart < 0.0 ? clockStart : tbGetTime();
+}
+
+void tbMotionAction::setSpeed(float factor)
+{
+    setTime(getTime());
+    speed = factor;
+}
+
+void tbMotionAction::pause(bool on)
+{
+    setTime(getTime());
+    paused = on;
+}
+
+bool tbMotionAction::moveTo(float seconds)
+{
+    tbTransform* moved = getTarget();
+    tbMatrix placement;
+    placement.makeIdent();
+    if (!moved || !evaluate(seconds, placement))
+        return false;
+    moved->setMatrix(placement);
+    return true;
+}
+
+bool tbMotionAction::apply(tbBase*, tbEvent*)
+{
+    if (clockStart < 0.0)
+        clockStart = tbGetTime();
+    return moveTo(getTime());
+}
+
+void tbMotionAction::update(tbTravContext* context)
+{
+    if (tbScene* scene = context->getScene())
+        scene->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, this);
+    tbActionNode::update(context);
+}
+
+void tbMotionAction::updateDirect(tbScene* scene, bool)
+{
+    apply(scene, nullptr);
+}
+
+void tbMotionAction::resolveGroup(const tbGroup* prev, tbGroup* copy)
+{
+    if (target == prev)
+        target =
+            copy && copy->isOfType(tbTransform::getClassType()) ? static_cast<tbTransform*>(copy) : nullptr;
+}
+
+// A target above this node is being read when this node is: it comes back as the parent's place, which is what an
+// action below its target needs.
+tbEntry* tbMotionAction::read(tbFile* file, tbEntry* entry)
+{
+    entry = tbActionNode::read(file, entry);
+    if (!entry)
+        return nullptr;
+    speed = entry->readFloat();
+    offset = entry->readFloat();
+    paused = entry->readInt() != 0;
+    clockStart = -1.0;
+    tbBase* object = entry->readInt() != 0 ? readRef(file, entry) : nullptr;
+    target =
+        object && object->isOfType(tbTransform::getClassType()) ? static_cast<tbTransform*>(object) : nullptr;
+    return entry;
+}
+
+tbEntry* tbMotionAction::write(tbFile* file, tbEntry* entry) const
+{
+    entry = tbActionNode::write(file, entry);
+    if (!entry)
+        return nullptr;
+    entry->writeFloat(speed);
+    entry->writeFloat(getTime());
+    entry->writeInt(paused ? 1 : 0);
+    const bool named = target && !hasParent(target);
+    entry->writeInt(named ? 1 : 0);
+    if (named)
+        target->writeRef(file, entry);
+    return entry;
+}

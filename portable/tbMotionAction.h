@@ -1,0 +1,61 @@
+#pragma once
+
+#include <portable/tbPortableApi.h>
+#include <tamber/action/tbActionNode.h>
+
+class tbMatrix;
+class tbTransform;
+
+// An action node that drives a transform: the one that it is told, or else the first transform among its parents. It
+// moves when an event triggers it; below a scene it also moves by itself once per frame, before the tree is updated.
+//
+// Its clock runs from the first move on, in seconds times the speed.
+class TB_PORTABLE_API tbMotionAction : public tbActionNode
+{
+    TB_CLASS(tbMotionAction, tbActionNode)
+
+public:
+    /// Not referenced: the action lets a target go only when it is told. Null for the parent.
+    void setTarget(tbTransform* transform) { target = transform; }
+    /// What apply() moves, null when there is nothing.
+    tbTransform* getTarget() const;
+    /// Seconds of the motion per second of the clock.
+    void setSpeed(float factor);
+    float getSpeed() const { return speed; }
+    /// The motion's time stands still and goes on from there.
+    void pause(bool on);
+    bool isPaused() const { return paused; }
+    /// Where the motion is, in its own seconds.
+    float getTime() const;
+    void setTime(float seconds);
+
+    /// Moves the target to where the motion is now. False when there is nothing to move, or no motion.
+    bool apply(tbBase* initiator, tbEvent* event) override;
+    /// Moves the target to where the motion is at a time.
+    bool moveTo(float seconds);
+
+    using tbActionNode::apply;
+    tbEntry* read(tbFile* file, tbEntry* entry) override;
+    tbEntry* write(tbFile* file, tbEntry* entry) const override;
+    /// Puts this node on the scene's list of nodes to move.
+    void update(tbTravContext* context) override;
+    void updateDirect(tbScene* scene, bool before) override;
+
+protected:
+    tbMotionAction();
+    tbMotionAction(const tbMotionAction& other);
+    tbMotionAction& operator=(const tbMotionAction& other);
+    ~tbMotionAction() override;
+
+    void resolveGroup(const tbGroup* prev, tbGroup* copy) override;
+
+    /// The placement at a time of the motion; false when there is none.
+    virtual bool evaluate(float seconds, tbMatrix& placement) const = 0;
+
+private:
+    tbTransform* target = nullptr;
+    float speed = 1.0f;
+    float offset = 0.0f;      // the motion's time when the clock was read last
+    double clockStart = -1.0; // when that was, negative before the first move
+    bool paused = false;
+};
