@@ -36,7 +36,7 @@ public:
     using Func = std::function<bool(tbBase* initiator, tbEvent* event)>;
 
     FuncAction() = default;
-    explicit FuncAction(Func toDo) : func(std::move(toDo)) {}
+    explicit FuncAction(Func work) : func(std::move(work)) {}
 
     bool apply(tbBase* initiator, tbEvent* event) override
     {
