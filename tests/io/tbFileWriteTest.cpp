@@ -158,3 +158,22 @@ TEST_F(FileWrite, PartlyRewrittenEntryBeginsAnew)
     file.getEntry(0)->reset();
     EXPECT_EQ(file.getEntry(0)->readInt(), 7);
 }
+
+TEST_F(FileWrite, ReplacedFileKeepsItsRightsAndTheLinksToIt)
+{
+    namespace fs = std::filesystem;
+    tbtest::writeAll(path, "old");
+    fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+    const fs::perms rights = fs::status(path).permissions();
+    const std::string link = directory.path("link.tb");
+    std::error_code unsupported;
+    fs::create_symlink(path, link, unsupported);
+    if (unsupported)
+        GTEST_SKIP() << "no links here";
+    ASSERT_TRUE(file.create(link.c_str()));
+    addEntry("data");
+    ASSERT_TRUE(file.write());
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_TRUE(tbFile::isTamberFormat(path.c_str()));
+    EXPECT_EQ(fs::status(path).permissions(), rights);
+}
