@@ -74,6 +74,8 @@ void tbMotionAction::pause(bool on)
 {
     setTime(getTime());
     paused = on;
+    if (!on)
+        dirtyUp(TF_UPDATE); // the next update takes it up
 }
 
 bool tbMotionAction::moveTo(float seconds)
@@ -96,14 +98,16 @@ bool tbMotionAction::apply(tbBase*, tbEvent*)
 
 void tbMotionAction::update(tbTravContext* context)
 {
-    if (tbScene* scene = context->getScene())
+    tbScene* scene = context->getScene();
+    if (scene && !paused)
         scene->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, this);
     tbActionNode::update(context);
 }
 
 void tbMotionAction::updateDirect(tbScene* scene, bool)
 {
-    apply(scene, nullptr);
+    if (!paused)
+        apply(scene, nullptr);
 }
 
 void tbMotionAction::resolveGroup(const tbGroup* prev, tbGroup* copy)

@@ -22,7 +22,7 @@ public:
     /// Seconds of the motion per second of the clock.
     void setSpeed(float factor);
     float getSpeed() const { return speed; }
-    /// The motion's time stands still and goes on from there.
+    /// The motion's time stands still and goes on from there; the target may be moved by others meanwhile.
     void pause(bool on);
     bool isPaused() const { return paused; }
     /// Where the motion is, in its own seconds.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <portable/tbImageCarrier.h>
 #include <portable/tbPortableApi.h>
 #include <portable/tbTraitApply.h>
 #include <tamber/trav/tbVisualTrait.h>
@@ -10,7 +11,7 @@ class tbiSharedBlock;
 
 // An image on a surface: the name of an image file, or an image that the trait carries itself, either as pixels or
 // still in the form of an image file. Without any of these nothing is textured.
-class TB_PORTABLE_API tbTexture : public tbVisualTrait
+class TB_PORTABLE_API tbTexture : public tbVisualTrait, public tbImageCarrier
 {
     TB_CLASS(tbTexture, tbVisualTrait)
 
@@ -52,10 +53,9 @@ public:
 
     /// Null when there is none.
     const char* getFileName() const { return fileName; }
-    /// Pixels, or the bytes of an image file when getFormat() is not empty; null when no image is carried. Virtual,
-    /// so that programs can ask without a link to this module.
-    virtual const void* getImage() const;
-    virtual std::size_t getImageSize() const;
+    /// Pixels, or the bytes of an image file when getFormat() is not empty; null when no image is carried.
+    const void* getImage() const override;
+    std::size_t getImageSize() const override;
     const char* getFormat() const { return format; }
     /// 0 unless pixels are carried.
     int getWidth() const { return width; }

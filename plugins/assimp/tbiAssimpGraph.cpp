@@ -5,6 +5,7 @@
 #include <tamber/kernel/tbRef.h>
 #include <tamber/render/tbStyle.h>
 
+#include "tbiAssimpAnimation.h"
 #include "tbiAssimpAxes.h"
 #include "tbiAssimpMaterial.h"
 #include "tbiAssimpMesh.h"
@@ -52,6 +53,7 @@ public:
             throw tbiImportError("the nodes nest too deep");
         tbRef<tbTransform> node = new tbTransform(convertMatrix(source.mTransformation));
         setName(*node, source.mName);
+        nodes.emplace(source.mName.C_Str(), node.get());
         for (unsigned i = 0; i < source.mNumMeshes; ++i)
             if (source.mMeshes[i] < scene.mNumMeshes)
                 node->addChild(partOf(source.mMeshes[i]));
@@ -60,6 +62,8 @@ public:
                 node->addChild(convertNode(*source.mChildren[i], depth + 1).get());
         return node;
     }
+
+    const tbiNodesByName& getNodes() const { return nodes; }
 
 private:
     /// The style and geometry of a mesh, made on first use. Both stay shared when instances are split, so that an
@@ -82,6 +86,7 @@ private:
     const aiScene& scene;
     tbiAssimpMaterials materials;
     std::vector<tbRef<tbStyle>> parts;
+    tbiNodesByName nodes;
 };
 
 /// Turns Y-up into Z-up: +Y goes to +Z and +Z to -Y.
@@ -104,7 +109,9 @@ tbiNewModel tbiConvertScene(const aiScene& scene, std::string_view extension)
 {
     if (!scene.mRootNode || scene.mNumMeshes == 0)
         throw tbiImportError("the file holds nothing to draw");
-    tbRef<tbTransform> root = Converter(scene).convertNode(*scene.mRootNode, 1);
+    Converter converter(scene);
+    tbRef<tbTransform> root = converter.convertNode(*scene.mRootNode, 1);
+    tbiAddAnimations(scene, converter.getNodes());
     if (!tbiIsZUp(scene, extension))
     {
         const tbRef<tbTransform> turn = makeTurn();
