@@ -36,7 +36,7 @@ unsigned tbiGetProcessors() noexcept;
 /// From now on `ended` is called, on each thread that armed itself, with the thread's value when it ends. Nothing
 /// that must be destroyed by the thread is left behind, so that the library can be unloaded while threads live.
 bool tbiInstallThreadEnd(void (*ended)(void*)) noexcept;
-/// Sets the calling thread's value; null disarms it.
+/// Sets the calling thread's value. A thread may come to its end several times, and then with null.
 void tbiArmThreadEnd(void* value) noexcept;
 /// `ended` is not called any more.
 void tbiRemoveThreadEnd() noexcept;

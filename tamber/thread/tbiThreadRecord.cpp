@@ -48,12 +48,13 @@ void tbiThreadRecord::setControl(tbiThreadControl* newControl)
 void tbiThreadRecord::threadEnded(void* record)
 {
     auto* ending = static_cast<tbiThreadRecord*>(record);
+    if (!ending)
+        return;
     own = ending; // for locks that are taken on the way out
     if (ending->control)
         ending->control->systemThreadEnded();
     ending->abandonLocks();
     own = nullptr;
-    tbiArmThreadEnd(nullptr);
     delete ending;
 }
 
