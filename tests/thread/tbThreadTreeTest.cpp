@@ -3,6 +3,7 @@
 
 #include <tamber/kernel/tbInit.h>
 #include <tamber/kernel/tbRef.h>
+#include <tamber/thread/tbQueue.h>
 #include <tests/support/Threads.h>
 
 #include <gtest/gtest.h>
@@ -239,6 +240,7 @@ TEST_F(ThreadTree, DeadThreadsHoldNothingUp)
     EXPECT_EQ(object->getRefCount(), -2);
     first->kill();
     EXPECT_TRUE(comesTrue([&] { return object->getRefCount() == -1; }));
+    EXPECT_TRUE(comesTrue([&] { return below->getQueue()->getCount() == 1; }));
     below->processQueue(false);
     app->processQueue(false);
     EXPECT_EQ(alive, 0);
