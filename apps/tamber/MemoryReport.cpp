@@ -2,7 +2,7 @@
 
 #include "Table.h"
 
-#include <portable/tbTexture.h>
+#include <portable/tbImageCarrier.h>
 #include <tamber/render/tbGeometry.h>
 #include <tamber/render/tbVertexArray.h>
 #include <tamber/trav/tbTrait.h>
@@ -67,10 +67,11 @@ Kind measureIndices()
 Kind measureImages()
 {
     Blocks blocks;
-    const tbType* type = tbType::findType("tbTexture");
-    for (int i = 0; type && i < type->getNum(false); ++i)
-        if (const auto* texture = static_cast<const tbTexture*>(type->get(i, false)); texture->getImage())
-            blocks[texture->getImage()] = texture->getImageSize();
+    const tbType* traits = tbTrait::getClassType();
+    for (int i = 0; i < traits->getNum(true); ++i)
+        if (const tbImageCarrier* carrier = tbImageCarrier::of(traits->get(i, true));
+            carrier && carrier->getImage())
+            blocks[carrier->getImage()] = carrier->getImageSize();
     return sum("images", blocks);
 }
 

@@ -82,6 +82,19 @@ def short_reason(folder, path, reason):
     return text if len(text) <= 110 else text[:107] + "..."
 
 
+INTRODUCTION = """# Real models
+
+What `tamber run` made of the {number} model files below `{folder}`. Each model ran {frames} frames with the camera
+in orbit and was saved natively; the saved file ran the same way. A model counts as *ran* when both runs gave the same
+counts per frame (nodes visited and culled, meshes, triangles) and the same number of objects of every kind. *Refused*
+means a message and exit code 1, with the reason that the format's reader gave. Each run is a process of its own, ended
+after {seconds:g} seconds.
+
+This file is written by `tests/app/run_models.py PROGRAM {folder} --table docs/models.md`.
+
+"""
+
+
 def write_table(out, folder, results):
     by_format = collections.defaultdict(collections.Counter)
     for path, (outcome, _) in results.items():
@@ -115,6 +128,8 @@ def main():
         results = dict(zip(models, outcomes))
     if options.table:
         with open(options.table, "w", encoding="utf-8") as out:
+            out.write(INTRODUCTION.format(number=len(results), folder=options.models, frames=options.frames,
+                                          seconds=options.seconds))
             write_table(out, options.models, results)
     else:
         write_table(sys.stdout, options.models, results)
