@@ -109,8 +109,6 @@ void tbRay::xform(const tbRay& source, const tbMatrix& m)
 
 bool tbRay::intersects(const tbVolume& volume) const
 {
-    if (length == 0.0f || volume.isEmpty())
-        return false;
     switch (volume.getType())
     {
     case tbVolume::PLANE:
@@ -120,7 +118,7 @@ bool tbRay::intersects(const tbVolume& volume) const
     case tbVolume::SPHERE:
         return intersects(static_cast<const tbSphere&>(volume));
     default:
-        return true;
+        return length != 0.0f;
     }
 }
 

@@ -40,8 +40,8 @@ public:
     void xform(const tbMatrix& m) { xform(*this, m); }
     void xform(const tbRay& source, const tbMatrix& m);
 
-    /// A frustum, and any type but plane, box and sphere, is taken as met without a test, on purpose: colliders look
-    /// closer at what they find.
+    /// A frustum, and any type but plane, box and sphere, is taken as met without a test, even an empty one, on
+    /// purpose: colliders look closer at what they find.
     bool intersects(const tbVolume& volume) const;
     /// With the boundary of the half-space. A ray along the plane does not meet it, even when it lies in it.
     bool intersects(const tbPlane& plane) const;

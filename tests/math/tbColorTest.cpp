@@ -4,8 +4,6 @@
 #include <tamber/math/tbVec3.h>
 
 #include <tests/support/Near.h>
-#include <tests/support/RandomValues.h>
-#include <tests/support/StoredValue.h>
 
 #include <gtest/gtest.h>
 
@@ -124,14 +122,4 @@ TEST(UByteVec, ToleranceAboveADarkColorFails)
     EXPECT_FALSE(dark.almostEqual(dark, 5)); // the lower bound wraps
     EXPECT_TRUE(tbUByteVec4(100, 100, 100, 90).almostEqual(tbUByteVec4(100, 100, 100, 100), 10));
     EXPECT_FALSE(tbUByteVec4(100, 100, 100, 89).almostEqual(tbUByteVec4(100, 100, 100, 100), 10));
-}
-
-TEST(UByteVec, GoesThroughAFile)
-{
-    tbUByteVec4 back;
-    EXPECT_EQ(tbtest::storeAndLoad(tbUByteVec4(1, 2, 3, 255), back), 4);
-    EXPECT_EQ(back, tbUByteVec4(1, 2, 3, 255));
-    tbUByteVec3 three;
-    EXPECT_EQ(tbtest::storeAndLoad(tbUByteVec3(1, 2, 255), three), 3);
-    EXPECT_EQ(three, tbUByteVec3(1, 2, 255));
 }

@@ -184,18 +184,6 @@ TEST(Matrix, ReducedProductsEqualTheFullOne)
     }
 }
 
-TEST(Matrix, SquaresInPlace)
-{
-    tbtest::Random random(4);
-    for (const Type type : allTypes())
-    {
-        tbMatrix m = matrixOf(type, random);
-        const tbMatrix expected = productByDefinition(m, m);
-        m *= m;
-        EXPECT_TRUE(near(m, expected, 2e-4f)) << type;
-    }
-}
-
 TEST(Matrix, PreAndPostFormsAreProducts)
 {
     tbtest::Random random(5);
@@ -483,20 +471,4 @@ TEST(Matrix, QuaternionsReplaceTheRotationOnly)
     m.setQuat(tbQuat(1e-7f, 0, 0, 1));
     EXPECT_TRUE(near(m, translation(1, 2, 3), 0.0f));
     EXPECT_EQ(m.getType(), XLATE);
-}
-
-TEST(Matrix, RowsAndColumns)
-{
-    tbMatrix m = identity();
-    m.setRow(2, 1, 2, 3, 4, PROJ);
-    float a, b, c, d;
-    m.getRow(2, a, b, c, d);
-    EXPECT_EQ(tbVec4(a, b, c, d), tbVec4(1, 2, 3, 4));
-    m.getCol(2, a, b, c, d);
-    EXPECT_EQ(tbVec4(a, b, c, d), tbVec4(0, 0, 3, 0));
-    m.setCol(0, 5, 6, 7, 8, PROJ);
-    float all[4][4];
-    m.get(all);
-    EXPECT_EQ(all[3][0], 8.0f);
-    EXPECT_EQ(all[2][3], 4.0f);
 }

@@ -4,7 +4,6 @@
 #include <tests/support/Near.h>
 #include <tests/support/RandomValues.h>
 #include <tests/support/RootScope.h>
-#include <tests/support/StoredValue.h>
 
 #include <gtest/gtest.h>
 
@@ -228,13 +227,6 @@ TEST(Vec3, AlmostEqualIncludesItsBounds)
     EXPECT_TRUE(tbVec3(1.5f, 1, 1).almostEqual(tbVec3(1, 1, 1), 0.5f));
     EXPECT_FALSE(tbVec3(1, 1, 0.49f).almostEqual(tbVec3(1, 1, 1), 0.5f));
     EXPECT_FALSE(tbVec3(NOT_A_NUMBER, 1, 1).almostEqual(tbVec3(1, 1, 1), INF));
-}
-
-TEST(Vec3, GoesThroughAFile)
-{
-    tbVec3 back;
-    EXPECT_EQ(tbtest::storeAndLoad(tbVec3(1, -2, INF), back), 12);
-    EXPECT_EQ(back, tbVec3(1, -2, INF));
 }
 
 TEST(Vec2, NormalizeReturnsTinyLengths)

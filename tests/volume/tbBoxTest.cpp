@@ -3,7 +3,6 @@
 #include <tamber/volume/tbSphere.h>
 #include <tests/support/Near.h>
 #include <tests/support/RandomValues.h>
-#include <tests/support/StoredValue.h>
 
 #include <gtest/gtest.h>
 
@@ -106,11 +105,4 @@ TEST(Box, GrowsAroundWhatIsNotEmpty)
     tbVec3 center;
     box.getCenter(center);
     EXPECT_EQ(center, tbVec3(1, -2.5f, 4.5f));
-}
-
-TEST(Box, GoesThroughAFile)
-{
-    tbBox back;
-    EXPECT_EQ(tbtest::storeAndLoad(cube(), back), 24);
-    EXPECT_EQ(back, cube());
 }

@@ -203,18 +203,6 @@ TEST(Frustum, WhatStraddlesAFaceUnsettledCountsAsInside)
     EXPECT_EQ(wide().contains(point), tbVolume::INSIDE);
 }
 
-TEST(Frustum, EmptyUntilItIsMade)
-{
-    tbFrustum frustum;
-    EXPECT_TRUE(frustum.isEmpty());
-    EXPECT_EQ(frustum.contains(tbVec3(0, 0, 0)), tbVolume::OUTSIDE);
-    EXPECT_EQ(frustum.getCorners()[5], tbVec3(0, 0, 0));
-    frustum = wide();
-    frustum.makeEmpty();
-    EXPECT_TRUE(frustum.isEmpty());
-    EXPECT_EQ(frustum.contains(tbSphere(tbVec3(0, 50, 0), 1)), tbVolume::OUTSIDE);
-}
-
 TEST(Frustum, IdentityLeavesItAndTranslationMovesAll)
 {
     tbMatrix m;
@@ -229,29 +217,6 @@ TEST(Frustum, IdentityLeavesItAndTranslationMovesAll)
     EXPECT_EQ(frustum.getFacePlane(tbFrustum::FACE_FAR).getOffset(), 102.0f);
     EXPECT_EQ(frustum.getFar(), 100.0f);
     EXPECT_EQ(frustum.getLeft(), wide().getLeft());
-}
-
-TEST(Frustum, CutsRays)
-{
-    const tbFrustum frustum = wide();
-    EXPECT_EQ(frustum.contains(tbRay(tbVec3(0, 2, 0), tbVec3(0, 50, 0))), tbVolume::INSIDE);
-    EXPECT_EQ(frustum.contains(tbRay(tbVec3(0, 2, 0), tbVec3(0, 200, 0))), tbVolume::PARTIAL);
-    EXPECT_EQ(frustum.contains(tbRay(tbVec3(-20, 10, 0), tbVec3(20, 10, 0))), tbVolume::PARTIAL);
-    EXPECT_EQ(frustum.contains(tbRay(tbVec3(-20, 10, 0), tbVec3(1, 0, 0), -1)), tbVolume::PARTIAL);
-    EXPECT_EQ(frustum.contains(tbRay(tbVec3(-20, 10, 0), tbVec3(-1, 0, 0), -1)), tbVolume::OUTSIDE);
-    EXPECT_FALSE(frustum.intersects(tbRay(tbVec3(-20, 10, 0), tbVec3(1, 0, 0), 5)));
-    EXPECT_FALSE(frustum.intersects(tbRay(tbVec3(0, 0, 0), tbVec3(1, 0, 0), -1)));
-}
-
-TEST(Frustum, GrowsFromNothingAsABox)
-{
-    tbFrustum frustum;
-    frustum.extendAround(tbBox(tbVec3(-1, 2, -3), tbVec3(4, 5, 6)));
-    EXPECT_FALSE(frustum.isEmpty());
-    EXPECT_EQ(frustum.contains(tbVec3(3.9f, 2.1f, 5.9f)), tbVolume::INSIDE);
-    EXPECT_EQ(frustum.contains(tbVec3(4.1f, 2.1f, 5.9f)), tbVolume::OUTSIDE);
-    EXPECT_EQ(frustum.getNear(), 2.0f);
-    EXPECT_EQ(frustum.getTop(), 6.0f);
 }
 
 TEST(Frustum, GoesThroughAFileWithItsCorners)

@@ -6,7 +6,6 @@
 #include <tests/support/Near.h>
 #include <tests/support/RandomValues.h>
 #include <tests/support/RootScope.h>
-#include <tests/support/StoredValue.h>
 
 #include <gtest/gtest.h>
 
@@ -138,13 +137,4 @@ TEST(Plane, FindsWhereRaysMeetIt)
         EXPECT_FALSE(plane.intersects(ray));
         EXPECT_EQ(point, tbVec3(1, 3, 0));
     }
-}
-
-TEST(Plane, GoesThroughAFile)
-{
-    tbPlane back;
-    const tbPlane plane(tbVec3(-1, 2, -2), 7);
-    EXPECT_EQ(tbtest::storeAndLoad(plane, back), 20);
-    EXPECT_EQ(back, plane);
-    EXPECT_EQ(back.getPosOctant(), tbVec3::OCTANT_NPN);
 }

@@ -4,9 +4,6 @@
 #include <tamber/volume/tbPlane.h>
 #include <tamber/volume/tbRay.h>
 #include <tests/support/Near.h>
-#include <tests/support/RandomValues.h>
-#include <tests/support/RootScope.h>
-#include <tests/support/StoredValue.h>
 
 #include <gtest/gtest.h>
 
@@ -143,31 +140,4 @@ TEST(Sphere, ScalesByItsZAxisOnly)
     tbSphere empty;
     empty.xform(m);
     EXPECT_TRUE(empty.isEmpty());
-}
-
-TEST(Sphere, MovesWithRigidTransforms)
-{
-    tbtest::Random random(20);
-    for (int i = 0; i < 200; ++i)
-    {
-        const tbMatrix m = random.place(10);
-        tbSphere sphere(random.point(10), 2);
-        const tbVec3 edge = *sphere.getCenter() + random.direction() * 1.99f;
-        sphere.xform(m);
-        EXPECT_EQ(sphere.contains(edge * m), tbVolume::INSIDE);
-    }
-}
-
-TEST(Sphere, ComparesByRadius)
-{
-    EXPECT_TRUE(tbSphere(tbVec3(9, 9, 9), 1) <= tbSphere(ORIGIN, 1));
-    EXPECT_TRUE(tbSphere(ORIGIN, 2) >= tbSphere(ORIGIN, 1));
-    EXPECT_FALSE(tbSphere(ORIGIN, 2) <= tbSphere(ORIGIN, 1));
-}
-
-TEST(Sphere, GoesThroughAFile)
-{
-    tbSphere back;
-    EXPECT_EQ(tbtest::storeAndLoad(tbSphere(tbVec3(1, 2, 3), 4), back), 16);
-    EXPECT_EQ(back, tbSphere(tbVec3(1, 2, 3), 4));
 }

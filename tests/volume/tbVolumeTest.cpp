@@ -2,6 +2,8 @@
 #include <tamber/volume/tbVolume.h>
 
 #include <tamber/kernel/tbArena.h>
+#include <tamber/math/tbUByteVec3.h>
+#include <tamber/math/tbUByteVec4.h>
 #include <tamber/volume/tbBox.h>
 #include <tamber/volume/tbFrustum.h>
 #include <tamber/volume/tbPlane.h>
@@ -9,6 +11,7 @@
 #include <tamber/volume/tbSphere.h>
 #include <tests/support/RandomValues.h>
 #include <tests/support/RootScope.h>
+#include <tests/support/StoredValue.h>
 
 #include <gtest/gtest.h>
 
@@ -103,6 +106,14 @@ bool insideIsLoose(tbVolume::TYPE a, tbVolume::TYPE b)
 bool outsideIsLoose(tbVolume::TYPE a, tbVolume::TYPE b)
 {
     return a == tbVolume::BOX && b == tbVolume::SPHERE;
+}
+
+template <class Value>
+void expectStored(const Value& value, int size)
+{
+    Value back;
+    EXPECT_EQ(tbtest::storeAndLoad(value, back), size);
+    EXPECT_TRUE(back == value);
 }
 
 constexpr tbVolume::TYPE TYPES[] = {tbVolume::PLANE, tbVolume::BOX, tbVolume::SPHERE, tbVolume::FRUSTUM};
@@ -268,6 +279,18 @@ TEST(Volume, CopiesAreEqualAndOfTheirType)
         }
         EXPECT_TRUE(*copy == *volume);
     }
+}
+
+TEST(Volume, ValuesGoThroughFilesPacked)
+{
+    expectStored(tbUByteVec3(1, 2, 255), 3);
+    expectStored(tbUByteVec4(1, 2, 3, 255), 4);
+    expectStored(tbVec3(1, -2, 1e30f), 12);
+    expectStored(tbVec4(1, -2, 1e30f, 4), 16);
+    expectStored(tbSphere(tbVec3(1, 2, 3), 4), 16);
+    expectStored(tbBox(tbVec3(1, 2, 3), tbVec3(4, 5, 6)), 24);
+    expectStored(tbPlane(tbVec3(-1, 2, -2), 7), 20);
+    expectStored(tbRay(tbVec3(1, 2, 3), tbVec3(0, 0, 1), -1), 28);
 }
 
 // Nothing is asked of the answers but that they come.
