@@ -73,14 +73,19 @@ void tbThread::Tree::addThread(tbThread* thread)
 
 void tbThread::Tree::removeThread(tbThread* thread, tbTList<tbThread*>& children)
 {
-    const Restart restart(*this);
-    children = thread->downstreamThreads;
-    while (thread->downstreamThreads.getNum() > 0)
-        unlinkChild(thread, thread->downstreamThreads.getNum() - 1);
-    // Nothing above references this thread any more, or it would live.
-    while (thread->upstreamThreads.getNum() > 0)
-        unlinkChild(thread->upstreamThreads[0],
-                    thread->upstreamThreads[0]->downstreamThreads.getIndex(thread));
+    if (thread->downstreamThreads.getNum() + thread->upstreamThreads.getNum() + thread->queue->getCount() > 0)
+    {
+        const Restart restart(*this);
+        children = thread->downstreamThreads;
+        while (thread->downstreamThreads.getNum() > 0)
+            unlinkChild(thread, thread->downstreamThreads.getNum() - 1);
+        // Nothing above references this thread any more, or it would live.
+        while (thread->upstreamThreads.getNum() > 0)
+        {
+            tbThread* parent = thread->upstreamThreads[0];
+            unlinkChild(parent, parent->downstreamThreads.getIndex(thread));
+        }
+    }
     (thread->previousThread ? thread->previousThread->nextThread : firstThread) = thread->nextThread;
     if (thread->nextThread)
         thread->nextThread->previousThread = thread->previousThread;
