@@ -39,6 +39,8 @@ void reachCamera(const Trait* trait, tbCamera* camera)
 {
     applied += trait->getName() ? trait->getName() : "default";
     applied += ' ';
+    if (!camera)
+        return; // tests of trait stacks have none
     camera->setAppliedVisualTrait(trait);
     camera->getTravContext()->getTraitStack()->setAppliedTrait(trait);
 }
