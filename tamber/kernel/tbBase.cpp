@@ -3,6 +3,7 @@
 #include <tamber/kernel/tbArena.h>
 #include <tamber/kernel/tbInit.h>
 #include <tamber/kernel/tbiLocks.h>
+#include <tamber/kernel/tbiText.h>
 #include <tamber/thread/tbThread.h>
 #include <tamber/thread/tbiLockGuard.h>
 
@@ -67,8 +68,7 @@ tbBase::~tbBase()
     {
         for (int i = attributes->getNum() - 1; i >= 0; --i)
             (*attributes)[i]->unRef();
-        attributes->~tbTList();
-        tbMemory::free(attributes);
+        delete attributes;
     }
     tbMemory::free(name);
 }
@@ -94,18 +94,13 @@ void tbBase::unRef()
     if (count >= 1)
         return;
     assert(count >= -1 && "released more often than referenced");
-    if (tbThread::getTotalDownstreamThreads() > 0)
+    if (tbThread::getTotalDownstreamThreads() > 0 && tbGetAppThread())
     {
-        tbiLockGuard guard(tbiLocks::base);
-        const int threads = tbThread::getTotalDownstreamThreads();
-        tbThread* appThread = tbGetAppThread();
-        if (threads > 0 && appThread)
-        {
-            setRefCount(-1 - threads);
-            numRemainingDels.fetch_add(1, std::memory_order_relaxed);
-            appThread->postDeleteReference(this);
-            return;
-        }
+        // The tree of threads is locked while the deletion starts. No other lock is held here: what has nobody to wait
+        // for any more is destroyed on the way out.
+        numRemainingDels.fetch_add(1, std::memory_order_relaxed);
+        tbThread::postDeleteReference(this);
+        return;
     }
     destroy(this);
 }
@@ -153,20 +148,7 @@ void tbBase::initRenderContext(tbRenderContext*) const {}
 
 void tbBase::setName(const char* text)
 {
-    if (text == name)
-        return;
-    if (!text)
-    {
-        tbMemory::free(name);
-        name = nullptr;
-        return;
-    }
-    const std::size_t bytes = std::strlen(text) + 1;
-    if (char* block = static_cast<char*>(tbMemory::realloc(name, bytes)))
-    {
-        name = block;
-        std::memmove(name, text, bytes);
-    }
+    tbiSetText(name, text);
 }
 
 void tbBase::addAttribute(tbBase* attribute)
@@ -175,10 +157,9 @@ void tbBase::addAttribute(tbBase* attribute)
         return;
     if (!attributes)
     {
-        void* block = tbMemory::malloc(sizeof(tbTList<tbBase*>));
-        if (!block)
+        attributes = new tbTList<tbBase*>;
+        if (!attributes)
             return;
-        attributes = ::new (block) tbTList<tbBase*>;
     }
     if (attributes->add(attribute) >= 0)
         attribute->ref();
