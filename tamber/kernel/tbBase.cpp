@@ -94,15 +94,19 @@ void tbBase::unRef()
     if (count >= 1)
         return;
     assert(count >= -1 && "released more often than referenced");
-    if (tbThread::getTotalDownstreamThreads() > 0 && tbGetAppThread())
-    {
-        // The tree of threads is locked while the deletion starts. No other lock is held here: what has nobody to wait
-        // for any more is destroyed on the way out.
-        numRemainingDels.fetch_add(1, std::memory_order_relaxed);
-        tbThread::postDeleteReference(this);
-        return;
-    }
-    destroy(this);
+    if (tbThread::getTotalDownstreamThreads() == 0 || !defer())
+        destroy(this);
+}
+
+// Decides under the lock; what is deleted at once is deleted after it.
+bool tbBase::defer()
+{
+    tbiLockGuard guard(tbiLocks::base);
+    numRemainingDels.fetch_add(1, std::memory_order_relaxed);
+    if (tbThread::postDeleteReference(this))
+        return true;
+    numRemainingDels.fetch_sub(1, std::memory_order_relaxed);
+    return false;
 }
 
 void tbBase::destroy(tbBase* object)

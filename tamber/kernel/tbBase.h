@@ -105,6 +105,8 @@ private:
     void initInstance();
     void refNoCheck() { refCount.fetch_add(1, std::memory_order_relaxed); }
     void setRefCount(int count) { refCount.store(count, std::memory_order_relaxed); }
+    /// Sends this object, which has no holder any more, round the threads; false when there are none to wait for.
+    bool defer();
     /// Counts one thread's pass of the deferred deletion; true for the one call that brings the count to 0.
     bool passDeletion() { return refCount.fetch_add(1, std::memory_order_acq_rel) == -1; }
     /// Deletes an object whose deferred deletion has gone round. Runs on the application thread.

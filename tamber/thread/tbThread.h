@@ -104,8 +104,8 @@ public:
     /// once.
     static int getTotalDownstreamThreads() { return numDownstreamThreads.load(std::memory_order_acquire); }
     /// Sends an object whose last reference was dropped round the threads: sets its count for their number and posts
-    /// the record to the application thread.
-    static void postDeleteReference(tbBase* object);
+    /// the record to the application thread. False, and nothing done, when there is nobody to wait for.
+    static bool postDeleteReference(tbBase* object);
     /// Ends every thread that the library made and waits for it, a few seconds at most; done when the library is
     /// unloaded. Never waits for the calling thread.
     static void stopAll();

@@ -20,10 +20,10 @@ constexpr int FLUSH_LOOK_MILLISECONDS = 2;
 
 } // namespace
 
-void tbThread::postDeleteReference(tbBase* object)
+bool tbThread::postDeleteReference(tbBase* object)
 {
     Tree tree;
-    tree.startDeletion(object);
+    return tree.startDeletion(object);
 }
 
 bool tbThread::post(std::uint32_t kind, tbBase* carried)

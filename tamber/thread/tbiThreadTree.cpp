@@ -32,8 +32,8 @@ public:
         tbBase* previous = nullptr;
         for (tbBase* object : objects)
         {
-            if (object != previous)
-                tree.startDeletion(object);
+            if (object != previous && !tree.startDeletion(object))
+                tree.deleteNow(object);
             previous = object;
         }
     }
@@ -178,19 +178,17 @@ bool tbThread::Tree::isAbove(tbThread* above, tbThread* thread) const
     return above != thread && ancestry.contains(above);
 }
 
-void tbThread::Tree::startDeletion(tbBase* object)
+bool tbThread::Tree::startDeletion(tbBase* object)
 {
     const int passes = numDownstreamThreads.load(std::memory_order_relaxed);
     tbThread* root = tbGetAppThread();
     if (!root || passes == 0)
-    {
-        deleteNow(object);
-        return;
-    }
+        return false;
     object->setRefCount(-1 - passes);
     const Record record = {Record::DELETE_REFERENCE, object};
     if (!root->queue->put(&record))
         pass(root, object, true);
+    return true;
 }
 
 void tbThread::Tree::passFirst(tbThread* thread)

@@ -54,7 +54,8 @@ public:
     /// `thread` and all threads above it, without duplicates.
     static void findAncestry(tbThread* thread, tbTList<tbThread*>& found);
 
-    void startDeletion(tbBase* object);
+    /// False, and nothing done, when there is nobody to wait for.
+    bool startDeletion(tbBase* object);
     /// Takes the delete-reference record at the head of the thread's queue and passes it. Does nothing when another
     /// record stands there.
     void passFirst(tbThread* thread);
