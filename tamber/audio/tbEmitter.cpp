@@ -5,6 +5,7 @@
 #include <tamber/graph/tbScene.h>
 #include <tamber/io/tbEntry.h>
 #include <tamber/kernel/tbArena.h>
+#include <tamber/kernel/tbiText.h>
 #include <tamber/math/tbMatrix.h>
 #include <tamber/trav/tbTraitStack.h>
 #include <tamber/trav/tbTravContext.h>
@@ -172,20 +173,7 @@ void tbEmitter::xform(const tbMatrix& m)
 
 void tbEmitter::setWaveName(const char* wave)
 {
-    if (wave == waveName)
-        return;
-    if (!wave)
-    {
-        tbMemory::free(waveName);
-        waveName = nullptr;
-        return;
-    }
-    const std::size_t bytes = std::strlen(wave) + 1;
-    if (char* block = static_cast<char*>(tbMemory::realloc(waveName, bytes)))
-    {
-        waveName = block;
-        std::memcpy(waveName, wave, bytes);
-    }
+    tbiSetText(waveName, wave);
 }
 
 void tbEmitter::enableLooping(bool on)
@@ -300,8 +288,12 @@ tbEntry* tbEmitter::read(tbFile* file, tbEntry* entry)
     if (length > 0)
     {
         waveName = static_cast<char*>(tbMemory::malloc(std::size_t(length)));
-        if (waveName)
-            entry->readString(waveName, length);
+        if (!waveName)
+        {
+            entry->fail("memory is out");
+            return nullptr;
+        }
+        entry->readString(waveName, length);
     }
     minDistance = entry->readFloat();
     maxDistance = entry->readFloat();

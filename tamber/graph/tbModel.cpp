@@ -1,6 +1,7 @@
 #include "tbModel.h"
 
 #include <tamber/io/tbEntry.h>
+#include <tamber/kernel/tbiText.h>
 #include <tamber/trav/tbTravContext.h>
 
 #include "tbiMaskScope.h"
@@ -88,20 +89,7 @@ tbGroup* tbModel::cloneGroup() const
 
 void tbModel::setFileName(const char* path)
 {
-    if (path == fileName)
-        return;
-    if (!path)
-    {
-        tbMemory::free(fileName);
-        fileName = nullptr;
-        return;
-    }
-    const std::size_t bytes = std::strlen(path) + 1;
-    if (char* block = static_cast<char*>(tbMemory::realloc(fileName, bytes)))
-    {
-        fileName = block;
-        std::memmove(fileName, path, bytes);
-    }
+    tbiSetText(fileName, path);
 }
 
 unsigned tbModel::getColliderMask() const

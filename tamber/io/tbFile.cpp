@@ -3,6 +3,7 @@
 #include <tamber/io/tbiFileState.h>
 #include <tamber/kernel/tbMessage.h>
 #include <tamber/kernel/tbVersion.h>
+#include <tamber/kernel/tbiText.h>
 #include <tamber/platform/tbiFile.h>
 
 #include <algorithm>
@@ -142,10 +143,7 @@ bool tbFile::open(const char* path, const char* mode)
         return setError(FILE_CANNOT_OPEN, "no path, or an unknown mode");
     openMode = mode[1] == 'w' ? MODE_READ_WRITE : MODE_READ;
     descriptor = openMode == MODE_READ ? tbiOpenFile(path) : tbiOpenFileForUpdate(path);
-    const std::size_t bytes = std::strlen(path) + 1;
-    fileName = static_cast<char*>(tbMemory::malloc(bytes));
-    if (fileName)
-        std::memcpy(fileName, path, bytes);
+    tbiSetText(fileName, path);
     if (descriptor < 1)
         setError(FILE_CANNOT_OPEN, "not a regular file that can be opened");
     else if (readTables())

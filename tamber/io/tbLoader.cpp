@@ -6,10 +6,10 @@
 #include <tamber/io/tbImport.h>
 #include <tamber/io/tbiPlugInLists.h>
 #include <tamber/io/tbiPlugInSearch.h>
-#include <tamber/io/tbiText.h>
 #include <tamber/kernel/tbFilePath.h>
 #include <tamber/kernel/tbString.h>
 #include <tamber/kernel/tbiLocks.h>
+#include <tamber/kernel/tbiText.h>
 #include <tamber/platform/tbiModule.h>
 #include <tamber/platform/tbiModuleName.h>
 #include <tamber/thread/tbiLockGuard.h>

@@ -3,10 +3,10 @@
 #include <tamber/containers/tbiStatic.h>
 #include <tamber/io/tbiPlugInLists.h>
 #include <tamber/io/tbiPlugInSearch.h>
-#include <tamber/io/tbiText.h>
 #include <tamber/kernel/tbMessage.h>
 #include <tamber/kernel/tbType.h>
 #include <tamber/kernel/tbiLocks.h>
+#include <tamber/kernel/tbiText.h>
 #include <tamber/platform/tbiModule.h>
 #include <tamber/platform/tbiModuleName.h>
 #include <tamber/thread/tbiLockGuard.h>

@@ -2,7 +2,7 @@
 
 #include <tamber/containers/tbList.h>
 #include <tamber/containers/tbiStatic.h>
-#include <tamber/kernel/tbMemory.h>
+#include <tamber/kernel/tbiText.h>
 #include <tamber/platform/tbiPath.h>
 
 #include <algorithm>
@@ -28,11 +28,9 @@ void addPath(std::string dir)
     for (const char* path : *paths)
         if (dir == path)
             return;
-    char* copy = static_cast<char*>(tbMemory::malloc(dir.size() + 1));
-    if (!copy)
-        return;
-    std::memcpy(copy, dir.c_str(), dir.size() + 1);
-    paths->add(copy);
+    char* copy = tbiCopyText(dir.c_str());
+    if (copy && paths->add(copy) < 0)
+        tbMemory::free(copy);
 }
 
 // Returns the candidate's length plus one when it is a file that opens; `found` gets its path, else nothing.
@@ -92,15 +90,16 @@ int tbFindFile(const char* name, int size, char* found)
 {
     if (!name)
         return 0;
-    const int length = probe(name, size, found);
-    if (length > 0 || *name == 0)
+    const std::string wanted = name; // `found` may be the same buffer
+    const int length = probe(wanted, size, found);
+    if (length > 0 || wanted.empty())
         return length;
     for (const char* path : *paths)
     {
         std::string candidate = path;
-        if (candidate.back() != '\\' && name[0] != '\\')
+        if (candidate.back() != '\\' && wanted.front() != '\\')
             candidate += '\\';
-        if (const int n = probe(candidate + name, size, found))
+        if (const int n = probe(candidate + wanted, size, found))
             return n;
     }
     return 0;

@@ -7,10 +7,10 @@
 #include <tamber/kernel/tbVersion.h>
 #include <tamber/kernel/tbiKernelLists.h>
 #include <tamber/kernel/tbiLocks.h>
+#include <tamber/kernel/tbiText.h>
 #include <tamber/thread/tbiLockGuard.h>
 
 #include <cctype>
-#include <cstring>
 
 namespace
 {
@@ -23,15 +23,6 @@ constinit tbiStatic<tbTList<tbType::InitClassFunc>> initClassFuncs;
 constinit tbiStatic<tbTList<tbPlugIn*>> classPlugIns;
 
 constexpr int LIST_CAPACITY = 64;
-
-char* copyText(const char* text)
-{
-    const std::size_t bytes = std::strlen(text) + 1;
-    char* copy = static_cast<char*>(tbMemory::malloc(bytes));
-    if (copy)
-        std::memcpy(copy, text, bytes);
-    return copy;
-}
 
 bool sameName(const char* a, const char* b)
 {
@@ -116,7 +107,7 @@ tbType::tbType(tbType* parentType, const char* className, CreateFunc createFunct
         }
     }
     if (!name)
-        name = copyText(className);
+        name = tbiCopyText(className);
     index = typeList->add(this);
 }
 
@@ -214,8 +205,10 @@ bool tbType::deleteType()
 
 void tbType::registerClass(const char* className, InitClassFunc initClassFunc, tbPlugIn* supplier)
 {
+    if (!className || !initClassFunc)
+        return;
     tbiLockGuard guard(tbiLocks::type);
-    registeredTypes->add(copyText(className));
+    registeredTypes->add(tbiCopyText(className));
     initClassFuncs->add(initClassFunc);
     classPlugIns->add(supplier);
 }

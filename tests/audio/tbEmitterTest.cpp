@@ -142,6 +142,16 @@ TEST(Emitter, IdentityMarkedMatricesLeaveThePosition)
     EXPECT_EQ(*emitter->getXYZ(), tbVec3(11, 2, 3));
 }
 
+TEST(Emitter, WaveNameMayComeFromItsOwnEnd)
+{
+    const tbRef<tbEmitter> emitter(new tbEmitter);
+    emitter->setWaveName("sounds/wind-over-the-hills.wav");
+    emitter->setWaveName(emitter->getWaveName() + 7);
+    EXPECT_STREQ(emitter->getWaveName(), "wind-over-the-hills.wav");
+    emitter->setWaveName(nullptr);
+    EXPECT_EQ(emitter->getWaveName(), nullptr);
+}
+
 TEST(Emitter, ComesBackFromAFileSilent)
 {
     const tbRef<tbEmitter> emitter(new tbEmitter);
