@@ -26,7 +26,7 @@ public:
 // with the arena's index: at most 4,194,303 entries. Nothing is locked; bounds are the caller's duty except in the
 // check... forms. Searches run from the last entry to the first, so the last match wins.
 template <class T>
-class tbTList
+class tbTList : public tbAllocated<tbTList<T>>
 {
     static_assert(sizeof(T) == sizeof(void*) && std::is_trivially_copyable_v<T>, "lists hold pointers");
 
@@ -38,7 +38,7 @@ public:
         if (capacity > 0)
             reserve(capacity);
     }
-    tbTList(const tbTList& other) { *this = other; }
+    tbTList(const tbTList& other) : tbAllocated<tbTList>() { *this = other; }
     /// Copies entries and count; the target keeps its own kind of storage.
     tbTList& operator=(const tbTList& other)
     {
@@ -108,8 +108,10 @@ public:
     void insert(int i, T p)
     {
         const int n = getNum();
+        if (i < 0 || i >= MAX_NUM || n >= MAX_NUM)
+            return;
         const int wanted = (i > n ? i : n) + 1;
-        if (i < 0 || (slots < wanted && !growTo(wanted)))
+        if (slots < wanted && !growTo(wanted))
             return;
         for (int j = n; j > i; --j)
             data[j] = data[j - 1];
@@ -119,7 +121,7 @@ public:
     /// Stores `p` at i; the count is at least i + 1 afterwards.
     void set(int i, T p)
     {
-        if (i < 0 || (i >= slots && !growTo(i + 1)))
+        if (i < 0 || i >= MAX_NUM || (i >= slots && !growTo(i + 1)))
             return;
         data[i] = p;
         if (getNum() < i + 1)
@@ -180,8 +182,8 @@ public:
         return n > 0 ? data[n - 1] : T{};
     }
 
-    /// The last occurrence of `old` becomes `p`. It must exist.
-    void replace(const T& old, T p) { data[getIndex(old)] = p; }
+    /// The last occurrence of `old` becomes `p`. It must exist; without one nothing changes.
+    void replace(const T& old, T p) { checkReplace(old, p); }
     bool checkReplace(const T& old, T p)
     {
         const int i = getIndex(old);
@@ -215,13 +217,15 @@ public:
     }
 
 private:
+    static constexpr int MAX_NUM = int(tbListStorage::COUNT_MASK);
+
     void setCount(int n)
     {
         countWord = (countWord & ~tbListStorage::COUNT_MASK) | (unsigned(n) & tbListStorage::COUNT_MASK);
     }
     bool growTo(int n)
     {
-        if (n > int(tbListStorage::COUNT_MASK))
+        if (n > MAX_NUM)
             return false;
         int wanted = slots == 0 ? (n > 2 ? n : 2) : slots;
         while (wanted < n)

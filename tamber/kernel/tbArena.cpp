@@ -46,7 +46,8 @@ tbArena::~tbArena()
 {
     {
         tbiLockGuard guard(tbiLocks::memory);
-        (*arenasByIndex)[int(index)] = nullptr;
+        if (arenasByIndex->indexInRange(int(index)))
+            (*arenasByIndex)[int(index)] = nullptr;
         livingArenas->checkRemove(this);
     }
     for (void* block : *blocks)
@@ -88,7 +89,13 @@ bool tbArena::advance(std::size_t size) noexcept
     char* block = static_cast<char*>(tbMemory::malloc(bytes));
     if (!block)
         return false;
-    enter((blockEnds.add(block + bytes), blocks->add(block)));
+    if (blocks->add(block) < 0 || blockEnds.add(block + bytes) < 0)
+    {
+        blocks->checkRemove(block);
+        tbMemory::free(block);
+        return false;
+    }
+    enter(blocks->getNum() - 1);
     return true;
 }
 

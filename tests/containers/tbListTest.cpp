@@ -102,6 +102,39 @@ TEST(List, InsertBeyondTheEndLeavesAGap)
     EXPECT_EQ(list.getNum(), 6);
 }
 
+TEST(List, CountNeverRunsIntoTheArenasBits)
+{
+    constexpr int MOST = (1 << 22) - 1;
+    tbTList<int*> list(MOST + 1);
+    list.set(MOST - 1, item(1));
+    ASSERT_EQ(list.getNum(), MOST);
+    list.set(MOST, item(2));
+    list.insert(MOST, item(2));
+    EXPECT_EQ(list.add(item(2)), -1);
+    EXPECT_EQ(list.getNum(), MOST);
+    EXPECT_FALSE(list.isArenaList());
+}
+
+TEST(List, ReplacingWhatIsAbsentWritesNowhere)
+{
+    tbTList<int*> list;
+    list.add(item(1));
+    list.replace(item(5), item(2));
+    EXPECT_EQ(list[0], item(1));
+    tbTList<int*> empty;
+    empty.replace(item(5), item(2));
+    EXPECT_EQ(empty.getNum(), 0);
+}
+
+TEST(List, OnTheHeapCountsAsMemoryOfTheLibrary)
+{
+    const std::size_t before = tbMemory::getSize();
+    auto* list = new tbList;
+    EXPECT_GT(tbMemory::getSize(), before);
+    delete list;
+    EXPECT_EQ(tbMemory::getSize(), before);
+}
+
 TEST(List, SetSizeCutsTheCountAndGivesStorageBack)
 {
     tbTList<int*> list(16);
