@@ -4,6 +4,7 @@
 #include <tamber/kernel/tbTime.h>
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstring>
 
@@ -12,6 +13,8 @@ bool tbIterator::ItemArray<T>::grow(int n)
 {
     if (n <= capacity)
         return true;
+    if (std::size_t(n) > SIZE_MAX / sizeof(T))
+        return false;
     T* block = static_cast<T*>(tbMemory::realloc(values, std::size_t(n) * sizeof(T)));
     if (!block)
         return false;
@@ -82,9 +85,20 @@ void tbIterator::setNumItems(int n)
 {
     numItems = n;
     if (mode == MODE_FRAMES)
-        itemFrameCounts.fill(n, totalFrames >= 1 && n >= 1 ? totalFrames / n : itemFrames);
+        itemFrameCounts.fill(n, shareOfFrames());
     else
-        itemTimes.fill(n, totalTime > 0.0f && n >= 1 ? totalTime / float(n) : itemTime);
+        itemTimes.fill(n, shareOfTime());
+}
+
+// What each item gets: its part of the total when there is one.
+float tbIterator::shareOfTime() const
+{
+    return totalTime > 0.0f && numItems >= 1 ? totalTime / float(numItems) : itemTime;
+}
+
+int tbIterator::shareOfFrames() const
+{
+    return totalFrames >= 1 && numItems >= 1 ? totalFrames / numItems : itemFrames;
 }
 
 void tbIterator::setTime(float seconds)
@@ -104,7 +118,7 @@ void tbIterator::setItemTime(float seconds)
 
 void tbIterator::setItemTime(int i, float seconds)
 {
-    if (i >= 0 && itemTimes.grow(i + 1))
+    if (i >= 0 && i < INT_MAX && itemTimes.grow(i + 1))
         itemTimes.values[i] = seconds;
 }
 
@@ -130,7 +144,7 @@ void tbIterator::setItemFrameCount(int frames)
 
 void tbIterator::setItemFrameCount(int i, int frames)
 {
-    if (i >= 0 && itemFrameCounts.grow(i + 1))
+    if (i >= 0 && i < INT_MAX && itemFrameCounts.grow(i + 1))
         itemFrameCounts.values[i] = frames;
 }
 
@@ -193,15 +207,16 @@ bool tbIterator::stepByTime()
 bool tbIterator::stepByFrames()
 {
     frameCounter += 1;
+    const int mostSteps = stepsPerRound() + 1; // out of the current item and once round
     int steps = 0;
-    for (; steps < stepsPerRound() && frameCounter > getItemFrameCount(currentItem); ++steps)
+    for (; steps < mostSteps && frameCounter > getItemFrameCount(currentItem); ++steps)
     {
         frameCounter -= getItemFrameCount(currentItem);
         currentItem += step;
         if (!applyCycle())
             return false;
     }
-    if (steps == stepsPerRound())
+    if (steps == mostSteps)
         frameCounter = 1;
     return true;
 }
@@ -212,7 +227,8 @@ int tbIterator::stepsPerRound() const
     return cycle == CYCLE_REVERSE ? 2 * numItems : numItems;
 }
 
-// What is left of a time when the rounds that it covers are taken out: they end where they began.
+// What is left of a time when the rounds that it covers are taken out: they end where they began. A time of whole
+// rounds leaves one, which ends with the item before: an item is not left before its time is over.
 float tbIterator::withoutWholeRounds(float time) const
 {
     if (cycle != CYCLE_WRAP && cycle != CYCLE_REVERSE)
@@ -222,7 +238,10 @@ float tbIterator::withoutWholeRounds(float time) const
         round += double(getItemTime(i));
     if (cycle == CYCLE_REVERSE && numItems > 1)
         round += round - double(getItemTime(0)) - double(getItemTime(numItems - 1));
-    return round > 0 && double(time) > round ? float(std::fmod(double(time), round)) : time;
+    if (!(round > 0 && double(time) > round))
+        return time;
+    const double rest = std::fmod(double(time), round);
+    return float(rest > 0 ? rest : round);
 }
 
 bool tbIterator::applyCycle()
@@ -313,7 +332,7 @@ void tbIterator::takeItems(int n)
     const int frames = itemFrameCounts.capacity;
     numItems = n;
     if (mode == MODE_FRAMES && itemFrameCounts.grow(n))
-        std::fill(itemFrameCounts.values + std::min(frames, n), itemFrameCounts.values + n, itemFrames);
+        std::fill(itemFrameCounts.values + std::min(frames, n), itemFrameCounts.values + n, shareOfFrames());
     if (mode != MODE_FRAMES && itemTimes.grow(n))
-        std::fill(itemTimes.values + std::min(times, n), itemTimes.values + n, itemTime);
+        std::fill(itemTimes.values + std::min(times, n), itemTimes.values + n, shareOfTime());
 }

@@ -95,6 +95,8 @@ private:
     bool stepByFrames();
     bool applyCycle();
     void takeItems(int n);
+    float shareOfTime() const;
+    int shareOfFrames() const;
     int stepsPerRound() const;
     float withoutWholeRounds(float time) const;
 

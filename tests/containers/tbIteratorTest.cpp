@@ -59,6 +59,13 @@ TEST(Iterator, ShowsEachItemForItsFramesInEitherDirection)
     EXPECT_EQ(frames(iterator, 6), (std::vector<int>{2, 1, 1, 1, 0, 2}));
 }
 
+TEST(Iterator, ItemsWithoutFramesArePassedOver)
+{
+    tbIterator iterator = byFrames(2, 1, tbIterator::CYCLE_WRAP);
+    iterator.setItemFrameCount(0, 0);
+    EXPECT_EQ(frames(iterator, 4), (std::vector<int>{0, 1, 1, 1}));
+}
+
 TEST(Iterator, TotalsAreSharedAndKeptWhenTheNumberChanges)
 {
     tbIterator iterator = byFrames(3, 1, tbIterator::CYCLE_WRAP);
