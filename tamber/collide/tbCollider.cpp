@@ -18,6 +18,7 @@
 #include <tamber/volume/tbBox.h>
 #include <tamber/volume/tbSphere.h>
 
+#include <atomic>
 #include <mutex>
 
 TB_DEFINE_CLASS(tbCollider, tbBase)
@@ -25,7 +26,8 @@ TB_DEFINE_CLASS(tbCollider, tbBase)
 namespace
 {
 
-constinit tbTravContext* sharedTravCon = nullptr; // the class holds one reference, each user another
+constinit std::atomic<tbTravContext*> sharedTravCon{
+    nullptr}; // the class holds one reference, each user another
 
 // Contexts that a walk is using. A walk that an event starts on one of them would ruin it.
 class BusyContext
@@ -79,14 +81,19 @@ constinit const tbTravContext* BusyContext::busy[MAX_WALKS] = {};
 
 tbTravContext* shareContext()
 {
-    if (!sharedTravCon)
+    tbTravContext* shared = sharedTravCon.load(std::memory_order_acquire);
+    if (!shared)
     {
-        sharedTravCon = new tbTravContext;
-        sharedTravCon->ref();
-        sharedTravCon->setTraitStack(new tbTraitStack(tbTraitStack::TRAV_STACK, true));
+        auto* made = new tbTravContext;
+        made->ref();
+        made->setTraitStack(new tbTraitStack(tbTraitStack::TRAV_STACK, true));
+        if (sharedTravCon.compare_exchange_strong(shared, made))
+            shared = made;
+        else
+            made->unRef(); // another thread was first
     }
-    sharedTravCon->ref();
-    return sharedTravCon;
+    shared->ref();
+    return shared;
 }
 
 tbEvent* makeEvent()
@@ -108,9 +115,8 @@ void savePath(tbTravPath*& path, const tbTravStack& stack)
 
 void tbiReleaseColliderContext()
 {
-    if (sharedTravCon)
-        sharedTravCon->unRef();
-    sharedTravCon = nullptr;
+    if (tbTravContext* shared = sharedTravCon.exchange(nullptr))
+        shared->unRef();
 }
 
 tbCollider::tbCollider()
@@ -326,7 +332,7 @@ void tbCollider::removeTrait(tbTravTrait* trait)
 
 void tbCollider::applyTraits()
 {
-    if (tbTraitStack* stack = travContext->getTraitStack())
+    if (tbTraitStack* stack = travContext ? travContext->getTraitStack() : nullptr)
         for (tbTravTrait* trait : traits)
             stack->pushTrait(trait, travContext);
 }

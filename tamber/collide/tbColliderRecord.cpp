@@ -36,9 +36,8 @@ tbEntry* tbCollider::read(tbFile* file, tbEntry* entry)
     colliderMask = unsigned(entry->readInt());
     saveMask = std::uint8_t(entry->readInt() & 0xF);
     rayHitMode = RAY_HIT_MODE(entry->readInt());
-    // A user's volume is not in the file.
-    const int mode = entry->readInt();
-    setVolumeMode(mode == VOLUME_SPHERE || mode == VOLUME_BOX ? VOLUME_MODE(mode) : VOLUME_NONE);
+    // A user's volume is not in the file: there is none until setVolume() gives it back.
+    setVolumeMode(VOLUME_MODE(entry->readInt()));
     volumeHitMode = VOLUME_HIT_MODE(entry->readInt());
     const int numRays = entry->readCount(RAY_SIZE);
     removeAllRays();

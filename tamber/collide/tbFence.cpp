@@ -6,6 +6,7 @@
 #include <tamber/graph/tbGroupType.h>
 #include <tamber/io/tbEntry.h>
 #include <tamber/trav/tbTravContext.h>
+#include <tamber/trav/tbiScopes.h>
 #include <tamber/volume/tbFrustum.h>
 
 #include <memory>
@@ -107,11 +108,9 @@ void tbFence::rebuild(tbTravContext* context)
     if (!target)
         return;
     target->makeEmpty();
-    context->pushVolume(target);
-    context->pushIdentMatrix();
+    const tbiVolumeScope extended(context, target);
+    const tbiIdentScope ownFrame(context);
     tbGroup::updateFences(context);
-    context->popMatrix();
-    context->popVolume();
 }
 
 void tbFence::apply(tbCollider* collider) const
@@ -133,15 +132,8 @@ void tbFence::apply(tbCollider* collider) const
         break;
     }
     // Rays that fail below are tried again beside this fence.
-    context->pushFailedRayMask();
-    const tbVolume::CONTAINMENT found = collider->intersects(this);
-    if (found == tbVolume::INSIDE)
-        context->pushCullResult(tbVolume::INSIDE);
-    if (found != tbVolume::OUTSIDE)
-        tbGroup::apply(collider);
-    if (found == tbVolume::INSIDE)
-        context->popCullResult();
-    context->popFailedRayMask();
+    const tbiFailedRayScope ownRays(context);
+    descend(collider, context, collider->intersects(this));
 }
 
 void tbFence::apply(tbCamera* camera) const
@@ -152,16 +144,32 @@ void tbFence::apply(tbCamera* camera) const
         tbGroup::apply(camera);
         return;
     }
-    const tbVolume::CONTAINMENT above = context->getCullResult();
-    const tbVolume::CONTAINMENT found = above == tbVolume::PARTIAL ? seenBy(camera) : above;
+    switch (context->getCullResult())
+    {
+    case tbVolume::OUTSIDE:
+        return;
+    case tbVolume::INSIDE:
+        tbGroup::apply(camera);
+        return;
+    default:
+        break;
+    }
+    descend(camera, context, seenBy(camera));
+}
+
+// Walks on below the fence as its test tells: not at all, or with what is now known of the subtree.
+template <class Walker>
+void tbFence::descend(Walker* walker, tbTravContext* context, tbVolume::CONTAINMENT found) const
+{
     if (found == tbVolume::OUTSIDE)
         return;
-    const bool newlyInside = found == tbVolume::INSIDE && above != tbVolume::INSIDE;
-    if (newlyInside)
-        context->pushCullResult(tbVolume::INSIDE);
-    tbGroup::apply(camera);
-    if (newlyInside)
-        context->popCullResult();
+    if (found != tbVolume::INSIDE)
+    {
+        tbGroup::apply(walker);
+        return;
+    }
+    const tbiCullScope inside(context, tbVolume::INSIDE);
+    tbGroup::apply(walker);
 }
 
 tbVolume::CONTAINMENT tbFence::seenBy(const tbCamera* camera) const

@@ -50,6 +50,8 @@ protected:
 private:
     void rebuild(tbTravContext* context);
     tbVolume::CONTAINMENT seenBy(const tbCamera* camera) const;
+    template <class Walker>
+    void descend(Walker* walker, tbTravContext* context, tbVolume::CONTAINMENT found) const;
 
     MODE mode = AUTO;
 };

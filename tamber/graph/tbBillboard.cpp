@@ -2,10 +2,12 @@
 
 #include <tamber/audio/tbListener.h>
 #include <tamber/collide/tbCollider.h>
+#include <tamber/collide/tbiColliderFrame.h>
 #include <tamber/display/tbCamera.h>
 #include <tamber/io/tbEntry.h>
 #include <tamber/kernel/tbArena.h>
 #include <tamber/trav/tbTravContext.h>
+#include <tamber/trav/tbiScopes.h>
 
 TB_DEFINE_NODE_CLASS(tbBillboard, tbGroup)
 
@@ -207,7 +209,7 @@ void tbBillboard::rememberFacing(const tbMatrix& model, const tbMatrix& full) co
     tbMatrix local;
     local.mult(full, toModel);
     for (int i = 0; i < 16; ++i)
-        facing[i].store(local.getData()[i], std::memory_order_relaxed);
+        facing[i].store(local.getData()[i], std::memory_order_release); // not before the odd version
     facingVersion.store(version + 2 == 0 ? 2 : version + 2, std::memory_order_release);
 }
 
@@ -219,8 +221,7 @@ tbMatrix tbBillboard::lastFacing() const
     {
         float elements[16];
         for (int i = 0; i < 16; ++i)
-            elements[i] = facing[i].load(std::memory_order_relaxed);
-        std::atomic_thread_fence(std::memory_order_acquire);
+            elements[i] = facing[i].load(std::memory_order_acquire);
         if (facingVersion.load(std::memory_order_relaxed) == version)
         {
             matrix.set(elements, 0);
@@ -248,25 +249,14 @@ void tbBillboard::apply(tbCamera* camera) const
 
 void tbBillboard::apply(tbListener* listener) const
 {
-    tbTravContext* context = listener->getTravContext();
-    context->pushMultMatrix(lastFacing());
+    const tbiMatrixScope placed(listener->getTravContext(), lastFacing());
     tbGroup::apply(listener);
-    context->popMatrix();
 }
 
 void tbBillboard::apply(tbCollider* collider) const
 {
-    tbTravContext* context = collider->getTravContext();
-    context->pushMultMatrix(lastFacing());
-    tbMatrix inverse;
-    inverse.makeIdent();
-    inverse.invert(context->getMatrix());
-    context->pushInvertMatrix(inverse);
-    collider->applyMatrix(inverse, context->getFailedRayMask());
+    const tbiColliderFrame frame(collider, lastFacing());
     tbGroup::apply(collider);
-    context->popMatrix();
-    context->popInvertMatrix();
-    collider->applyMatrix(context->getInvertMatrix(), context->getFailedRayMask());
 }
 
 tbTraverser::TRAV_STATE tbBillboard::apply(tbTraverser* traverser, bool noPreApply)
@@ -277,27 +267,19 @@ tbTraverser::TRAV_STATE tbBillboard::apply(tbTraverser* traverser, bool noPreApp
         if (before != tbTraverser::TRAV_CONTINUE)
             return before;
     }
-    tbTravContext* context = traverser->getTravContext();
-    context->pushMultMatrix(lastFacing());
-    tbMatrix inverse;
-    inverse.makeIdent();
-    inverse.invert(context->getMatrix());
-    context->pushInvertMatrix(inverse);
-    // A stopped walk leaves its matrices for inspection.
-    if (tbGroup::apply(traverser, true) == tbTraverser::TRAV_STOP)
-        return tbTraverser::TRAV_STOP;
-    context->popMatrix();
-    context->popInvertMatrix();
-    return tbTraverser::TRAV_CONTINUE;
+    tbiFrameScope frame(traverser->getTravContext(), lastFacing());
+    const tbTraverser::TRAV_STATE state = tbGroup::apply(traverser, true);
+    if (state == tbTraverser::TRAV_STOP)
+        frame.leave(); // a stopped walk leaves its matrices for inspection
+    return state;
 }
 
 void tbBillboard::update(tbTravContext* context)
 {
     tbMatrix place;
     place.makeXYZ(position[0], position[1], position[2]);
-    context->pushMultMatrix(place);
+    const tbiMatrixScope placed(context, place);
     tbGroup::update(context);
-    context->popMatrix();
 }
 
 // The facing turns the subtree about its origin, so a sphere around the origin that reaches as far as the subtree
@@ -307,11 +289,11 @@ void tbBillboard::updateFences(tbTravContext* context)
     if (anyTravFlags(TF_FENCE))
     {
         volume.makeEmpty();
-        context->pushVolume(&volume);
-        context->pushIdentMatrix();
-        tbGroup::updateFences(context);
-        context->popMatrix();
-        context->popVolume();
+        {
+            const tbiVolumeScope extended(context, &volume);
+            const tbiIdentScope ownFrame(context);
+            tbGroup::updateFences(context);
+        }
         if (!volume.isEmpty())
         {
             volume.setRadius(volume.getCenter()->length() + volume.getRadius());

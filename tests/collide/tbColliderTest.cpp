@@ -9,6 +9,7 @@
 #include <tamber/thread/tbEvent.h>
 #include <tamber/trav/tbTravPath.h>
 #include <tamber/volume/tbBox.h>
+#include <tamber/volume/tbSphere.h>
 #include <tests/support/Messages.h>
 #include <tests/support/Near.h>
 #include <tests/support/SavedCopy.h>
@@ -323,6 +324,8 @@ TEST(Collider, ComesBackFromAFile)
     collider->setColliderMask(0x77);
     collider->setSaveMask(5);
     collider->addTrait(new tbColliderMask);
+    tbSphere volume;
+    collider->setVolume(&volume);
     const tbRef<tbCollider> read = tbtest::savedCopy(collider.get());
     ASSERT_TRUE(read);
     EXPECT_EQ(read->getNumRays(), 1);
@@ -331,6 +334,9 @@ TEST(Collider, ComesBackFromAFile)
     EXPECT_EQ(read->getColliderMask(), 0x77u);
     EXPECT_EQ(read->getSaveMask(), 5u);
     EXPECT_EQ(read->getNumTraits(), 1);
+    EXPECT_EQ(read->getVolumeMode(), tbCollider::VOLUME_USER);
+    EXPECT_EQ(read->getLocalVolume(), nullptr);
+    EXPECT_EQ(read->intersect(new tbGroup), 0);
     const tbRef<tbBase> copy(collider->createCopy());
     EXPECT_EQ(static_cast<tbCollider*>(copy.get())->getNumTraits(), 1);
 }
