@@ -69,9 +69,11 @@ void tbGroup::detach()
 }
 
 // One parent's step of the operations that put `node` in this node's place. When `node` cannot stand there, being
-// the parent or its child already, the place is dropped.
+// the parent or its child already, the place is dropped, as by any removal: switches drop what they keep for it.
 void tbGroup::yieldTo(tbGroup* node, tbGroup* parent, bool keepOrder)
 {
+    if ((node == parent || parent->hasChild(node)) && parent->removeChild(this))
+        return;
     const bool placed = tbiNodeLinks::replace(parent, this, node, keepOrder);
     if (placed)
         node->ref();

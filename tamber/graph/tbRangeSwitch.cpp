@@ -7,6 +7,7 @@
 #include <tamber/kernel/tbArena.h>
 #include <tamber/kernel/tbStats.h>
 #include <tamber/trav/tbTravContext.h>
+#include <tamber/trav/tbiScopes.h>
 #include <tamber/volume/tbSphere.h>
 
 #include <algorithm>
@@ -332,10 +333,9 @@ void tbRangeSwitch::apply(tbCollider* collider) const
     tbTravContext* context = collider->getTravContext();
     if (tbStats* stats = context->getStats())
         stats->incCount(this);
-    context->pushGroup(this);
+    const tbiGroupScope onPath(context, this);
     if (const tbGroup* child = selected(context))
         child->apply(collider);
-    context->popGroup();
 }
 
 tbTraverser::TRAV_STATE tbRangeSwitch::apply(tbTraverser* traverser, bool noPreApply)
@@ -349,16 +349,15 @@ tbTraverser::TRAV_STATE tbRangeSwitch::apply(tbTraverser* traverser, bool noPreA
     tbTravContext* context = traverser->getTravContext();
     if (tbStats* stats = context->getStats())
         stats->incCount(this);
-    context->pushGroup(this);
-    const tbTraverser::TRAV_STATE here = traverser->apply(this);
-    if (here == tbTraverser::TRAV_STOP)
-        return here;
-    if (here == tbTraverser::TRAV_CONTINUE)
+    tbiGroupScope onPath(context, this);
+    tbTraverser::TRAV_STATE state = traverser->apply(this);
+    if (state == tbTraverser::TRAV_CONTINUE)
         if (tbGroup* child = selected(context))
-            if (child->apply(traverser, false) == tbTraverser::TRAV_STOP)
-                return tbTraverser::TRAV_STOP;
-    context->popGroup();
-    return tbTraverser::TRAV_CONTINUE;
+            state = child->apply(traverser, false);
+    if (state != tbTraverser::TRAV_STOP)
+        return tbTraverser::TRAV_CONTINUE;
+    onPath.leave();
+    return tbTraverser::TRAV_STOP;
 }
 
 void tbRangeSwitch::updateFences(tbTravContext* context)
@@ -370,11 +369,11 @@ void tbRangeSwitch::updateFences(tbTravContext* context)
     }
     tbVolume* enclosing = context->getVolume();
     tbSphere bounds;
-    context->pushVolume(&bounds);
-    context->pushIdentMatrix();
-    tbGroup::updateFences(context);
-    context->popMatrix();
-    context->popVolume();
+    {
+        const tbiVolumeScope extended(context, &bounds);
+        const tbiIdentScope ownFrame(context);
+        tbGroup::updateFences(context);
+    }
     if (bounds.isEmpty())
         return;
     center = *bounds.getCenter();

@@ -9,6 +9,7 @@
 #include <tamber/kernel/tbStats.h>
 #include <tamber/kernel/tbTime.h>
 #include <tamber/trav/tbTravContext.h>
+#include <tamber/trav/tbiScopes.h>
 
 #include <algorithm>
 #include <cstring>
@@ -360,9 +361,8 @@ void tbSwitch::apply(tbCollider* collider) const
     tbTravContext* context = collider->getTravContext();
     if (tbStats* stats = context->getStats())
         stats->incCount(this);
-    context->pushGroup(this);
+    const tbiGroupScope onPath(context, this);
     walkChildren(collider, STATE_ON);
-    context->popGroup();
 }
 
 tbEntry* tbSwitch::read(tbFile* file, tbEntry* entry)

@@ -83,6 +83,20 @@ TEST(Switch, InsertionDropsTheLastStateAndRemovalClosesTheGap)
     EXPECT_FALSE(node->isActive(0));
 }
 
+TEST(Switch, StatesAndRangesFollowWhenAPlaceIsDropped)
+{
+    const tbRef<tbSwitch> node = makeSwitch<tbSwitch>(3);
+    node->selectChild(1);
+    const tbRef<tbGroup> first(node->getChild(0));
+    EXPECT_TRUE(first->replaceGraph(node->getChild(2))); // stands there already
+    EXPECT_EQ(states(node.get()), "Ao");
+    const tbRef<tbRangeSwitch> levels = makeSwitch<tbRangeSwitch>(3);
+    const tbRef<tbGroup> near(levels->getChild(0));
+    near->replaceGraph(levels->getChild(2));
+    EXPECT_EQ(levels->getRange(0), 2000.0f);
+    EXPECT_EQ(levels->getRange(2), 0.0f);
+}
+
 TEST(Switch, TransitionFadesOverItsTime)
 {
     tbtest::TestScene scene;
