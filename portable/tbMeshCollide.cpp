@@ -14,7 +14,7 @@
 
 namespace
 {
-constinit std::mutex treeMutex; // two queries may want the tree of a mesh at once
+std::mutex treeMutex; // two queries may want the tree of a mesh at once
 
 // Where a ray comes nearest to the segment from `a` to `b`: along the ray, or nothing when it stays farther away than
 // `tolerance`. A point is a segment of no length.
