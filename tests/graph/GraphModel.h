@@ -184,21 +184,19 @@ struct ModelNode
     }
     void yieldTo(ModelNode* node, ModelNode* parent, bool keepOrder)
     {
-        const bool placed = node != parent && !parent->hasChild(node);
-        if (placed)
+        if (node == parent || parent->hasChild(node))
         {
-            parent->children[std::size_t(indexOf(parent->children, this))] = node;
-            node->parents.push_back(parent);
+            parent->removeChild(this);
+            return;
         }
-        else
-            erase(parent->children, this);
+        parent->children[std::size_t(indexOf(parent->children, this))] = node;
+        node->parents.push_back(parent);
         if (keepOrder)
             erase(parents, parent);
         else
             eraseUnordered(parents, parent);
         removedFrom(parent);
-        if (placed)
-            node->notifyAdded();
+        node->notifyAdded();
     }
     void remove()
     {
