@@ -32,12 +32,17 @@ std::string readAll(const char* path)
     return text.str();
 }
 
+/// The exit code in what std::system() gives: the value itself, or its second byte.
+int exitCode(int status)
+{
+    return status > 255 ? status >> 8 : status;
+}
+
 Result run(const std::string& arguments)
 {
-    const std::string command =
-        std::string("\"") + TAMBER_PROGRAM + "\" " + arguments + " >out.txt 2>err.txt";
-    const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readAll("out.txt"), readAll("err.txt")};
+    const std::string program = std::filesystem::path(TAMBER_PROGRAM).make_preferred().string();
+    const int status = std::system(("\"" + program + "\" " + arguments + " >out.txt 2>err.txt").c_str());
+    return {exitCode(status), readAll("out.txt"), readAll("err.txt")};
 }
 
 bool holds(const std::string& text, const std::string& part)
