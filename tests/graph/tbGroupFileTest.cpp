@@ -3,10 +3,9 @@
 #include <tamber/io/tbFile.h>
 #include <tests/graph/GraphModel.h>
 #include <tests/support/Near.h>
+#include <tests/support/TempFile.h>
 
 #include <gtest/gtest.h>
-
-#include <filesystem>
 
 namespace
 {
@@ -14,15 +13,6 @@ namespace
 class GraphFile : public testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        path = (std::filesystem::temp_directory_path() /
-                (std::string("tbGroupFileTest.") +
-                 testing::UnitTest::GetInstance()->current_test_info()->name()))
-                   .string();
-    }
-    void TearDown() override { std::filesystem::remove(path); }
-
     void save(const tbGroup* root)
     {
         tbFile file;
@@ -37,7 +27,8 @@ protected:
         return tbRef<tbGroup>(static_cast<tbGroup*>(file.readObject(0)));
     }
 
-    std::string path;
+    tbtest::TempDirectory directory;
+    const std::string path = directory.path("graph.tb");
 };
 
 } // namespace

@@ -2,8 +2,11 @@
 
 #include <tamber/graph/tbTransform.h>
 #include <tamber/kernel/tbArena.h>
+#include <tamber/kernel/tbStats.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tests/graph/GraphModel.h>
+#include <tests/support/TestGeometry.h>
+#include <tests/support/WalkCamera.h>
 
 #include <gtest/gtest.h>
 
@@ -201,6 +204,27 @@ TEST(Group, AStoppedWalkLeavesItsPathAndAPrunedOnePassesOverTheChildren)
     prune->traverse(root.get());
     EXPECT_EQ(prune->visited, "rad");
     EXPECT_EQ(prune->getTravContext()->getGroup(), nullptr);
+}
+
+TEST(Group, CamerasEnterOnlyChildrenThatSayTheyHoldGeometry)
+{
+    const tbRef<tbGroup> root(new tbGroup);
+    tbtest::TestGeometry* drawn[2];
+    for (tbtest::TestGeometry*& geometry : drawn)
+    {
+        geometry = new tbtest::TestGeometry;
+        named("g", root.get())->addChild(geometry);
+    }
+    root->addChild(new ContentNode(0x7C00));
+    const tbRef<tbStats> stats(new tbStats);
+    tbtest::WalkCamera camera;
+    camera->getTravContext()->setStats(stats.get());
+    camera.walk(root.get());
+    EXPECT_EQ(drawn[0]->numDrawn + drawn[1]->numDrawn, 2);
+    EXPECT_EQ(stats->getCount(tbGroup::getClassType()), 3);
+    root->getChild(0)->removeChild(drawn[0]);
+    camera.walk(root.get());
+    EXPECT_EQ(stats->getCount(tbGroup::getClassType()), 5);
 }
 
 TEST(Group, UpdateDescendsOnlyWhereSomethingChanged)

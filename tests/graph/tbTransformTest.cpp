@@ -6,6 +6,7 @@
 #include <tests/graph/GraphModel.h>
 #include <tests/support/Near.h>
 #include <tests/support/TestGeometry.h>
+#include <tests/support/WalkCamera.h>
 
 #include <gtest/gtest.h>
 
@@ -156,6 +157,50 @@ TEST(Transform, WalksPushNothingForTheIdentity)
     EXPECT_EQ(look->x, 4);
     EXPECT_EQ(look->inverseX, -4);
     EXPECT_TRUE(tbtest::near(look->getTravContext()->getMatrix(), tbTravContext::ident));
+}
+
+TEST(Transform, AStoppedWalkLeavesItsFramesPushed)
+{
+    const tbRef<tbTransform> root(new tbTransform);
+    auto* node = new tbTransform;
+    root->addChild(node);
+    root->setXYZ(1, 0, 0);
+    node->setXYZ(0, 2, 0);
+    const tbRef<tbTraverser> traverser(new tbTraverser);
+    traverser->setTravContext(new tbTravContext);
+    traverser->setGroupBreakPoint(node);
+    traverser->traverse(root.get());
+    float x, y, z;
+    traverser->getTravContext()->getMatrix().getXYZ(x, y, z);
+    EXPECT_TRUE(tbtest::near(tbVec3(x, y, z), tbVec3(1, 2, 0)));
+    EXPECT_EQ(traverser->getTravContext()->getGroup(), node);
+}
+
+TEST(Transform, CamerasPassOverSubtreesOutOfView)
+{
+    const tbRef<tbGroup> root(new tbGroup);
+    TestGeometry* drawn[2];
+    for (int i = 0; i < 2; ++i)
+    {
+        auto* node = new tbTransform;
+        node->setXYZ(0, float(10 * i), 0);
+        root->addChild(node);
+        drawn[i] = new TestGeometry(sphereAt(0, 0, 0, 1));
+        node->addChild(drawn[i]);
+    }
+    boundsOf(root.get());
+    tbtest::WalkCamera camera;
+    camera.frustum().makeOrtho(-5, 5, -5, 5, -5, 5);
+    camera.walk(root.get(), true);
+    EXPECT_EQ(drawn[0]->numDrawn, 1);
+    EXPECT_EQ(drawn[1]->numDrawn, 0);
+    camera.walk(root.get(), false);
+    EXPECT_EQ(drawn[0]->numDrawn, 2);
+    EXPECT_EQ(drawn[1]->numDrawn, 1);
+    camera->getTravContext()->reset();
+    camera->getTravContext()->pushCullResult(tbVolume::OUTSIDE);
+    root->apply(camera.get());
+    EXPECT_EQ(drawn[0]->numDrawn, 2);
 }
 
 TEST(Transform, CopiesTakeMatrixAndBounds)
