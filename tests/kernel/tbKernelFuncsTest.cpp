@@ -21,6 +21,19 @@
 
 namespace fs = std::filesystem;
 
+namespace
+{
+
+void useSettings(const std::string& file)
+{
+    static std::string variable; // the environment keeps its text
+    std::string next = "TAMBER_SETTINGS=" + file;
+    putenv(next.data());
+    variable.swap(next);
+}
+
+} // namespace
+
 TEST(Version, WordHoldsThreeNumbersAndMasksNone)
 {
     EXPECT_EQ(tbGetVersion(), 0x01020000u);
@@ -152,6 +165,8 @@ TEST(FilePath, FindsRegularFilesInTheOrderOfThePaths)
     char cut[4] = "???";
     EXPECT_EQ(tbFindFile("models\\thing", sizeof cut, cut), length);
     EXPECT_EQ(std::strlen(cut), 3u);
+    std::strcpy(found, "models/thing");
+    EXPECT_EQ(tbFindFile(found, sizeof found, found), length); // the name may stand where the path goes
     EXPECT_EQ(tbFindFile("models\\nothing", sizeof found, found), 0);
     EXPECT_STREQ(found, "");
     EXPECT_EQ(tbFindFile("", sizeof found, found), 0);
@@ -192,6 +207,31 @@ TEST(Settings, OnlyTheFloatReaderReportsAFailure)
     EXPECT_STREQ(text, "kept");
     tbtest::expectMessage("Cannot write key <> to the registry.");
     EXPECT_FALSE(tbWriteRegistry(nullptr, 1));
+}
+
+TEST(Settings, WritingKeepsALinkToTheFileAndRefusesWhatIsNoFile)
+{
+    const char* const former = std::getenv("TAMBER_SETTINGS");
+    const std::string kept = former ? former : "";
+    const fs::path root = fs::temp_directory_path() / "tamber-settings-test";
+    fs::remove_all(root);
+    fs::create_directories(root / "dir");
+    std::ofstream(root / "real.ini") << "Old=0x00000003\n";
+    useSettings((root / "real.ini").string());
+    int old = 0;
+    if (!tbReadRegistry("Old", old))
+        GTEST_SKIP() << "the settings of this platform are in no file";
+    fs::create_symlink(root / "real.ini", root / "link.ini");
+    useSettings((root / "link.ini").string());
+    EXPECT_TRUE(tbWriteRegistry("New", 4));
+    EXPECT_TRUE(fs::is_symlink(root / "link.ini"));
+    EXPECT_TRUE(tbReadRegistry("Old", old));
+    EXPECT_EQ(old, 3);
+    useSettings((root / "dir").string());
+    tbtest::expectMessage("Cannot write key <New> to the registry.");
+    EXPECT_FALSE(tbWriteRegistry("New", 5));
+    useSettings(kept);
+    fs::remove_all(root);
 }
 
 TEST(Init, ApplicationThreadIsTheOneThatLoadedTheLibrary)

@@ -31,16 +31,17 @@ fs::path settingsFile()
     return {};
 }
 
-std::vector<std::string> readLines(const fs::path& file)
+// False when there is a file that cannot be read whole, which must then not be replaced.
+bool readLines(const fs::path& file, std::vector<std::string>& lines)
 {
-    std::vector<std::string> lines;
     std::error_code error;
-    if (file.empty() || !fs::is_regular_file(file, error))
-        return lines;
+    const fs::file_status status = fs::status(file, error);
+    if (!fs::is_regular_file(status))
+        return status.type() == fs::file_type::not_found;
     std::ifstream in(file);
     for (std::string line; std::getline(in, line);)
         lines.push_back(line);
-    return lines;
+    return in.eof() && !in.bad();
 }
 
 bool isLineOf(const std::string& line, const char* name)
@@ -92,6 +93,9 @@ bool replaceFile(const fs::path& file, const std::vector<std::string>& lines)
     const int descriptor = mkstemp(temporary.data());
     if (descriptor < 0)
         return false;
+    std::error_code error;
+    if (const fs::file_status former = fs::status(file, error); fs::exists(former))
+        fs::permissions(temporary, former.permissions(), error);
     const char* rest = content.data();
     std::size_t left = content.size();
     while (left > 0)
@@ -112,13 +116,17 @@ bool replaceFile(const fs::path& file, const std::vector<std::string>& lines)
 
 bool writeValue(const char* name, const std::string& value)
 {
-    const fs::path file = settingsFile();
+    fs::path file = settingsFile();
+    std::error_code error;
+    if (fs::is_symlink(file, error))
+        file = fs::canonical(file, error); // the link stays, what it leads to is replaced
     if (file.empty() || !isWritableName(name))
         return false;
-    std::error_code error;
     if (file.has_parent_path())
         fs::create_directories(file.parent_path(), error);
-    std::vector<std::string> lines = readLines(file);
+    std::vector<std::string> lines;
+    if (!readLines(file, lines))
+        return false;
     const std::string line = std::string(name) + '=' + value;
     bool found = false;
     for (std::string& old : lines)
@@ -140,7 +148,9 @@ int tbiReadSetting(const char* name, void* bytes, std::size_t size)
 {
     if (!name)
         return -1;
-    for (const std::string& line : readLines(settingsFile()))
+    std::vector<std::string> lines;
+    readLines(settingsFile(), lines);
+    for (const std::string& line : lines)
     {
         if (!isLineOf(line, name))
             continue;
