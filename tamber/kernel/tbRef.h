@@ -30,11 +30,10 @@ public:
     tbRef& operator=(const tbRef& other) { return *this = other.held; }
     tbRef& operator=(tbRef&& other) noexcept
     {
-        if (this != &other)
-        {
-            reset();
-            held = std::exchange(other.held, nullptr);
-        }
+        // Taken first: the object that is let go may be the one that `other` is a part of.
+        T* taken = std::exchange(other.held, nullptr);
+        if (T* old = std::exchange(held, taken))
+            old->unRef();
         return *this;
     }
 

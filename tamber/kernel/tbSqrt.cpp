@@ -78,7 +78,7 @@ float tbSqrt(float x)
 
 void tbGetSinCos(float degrees, float& sine, float& cosine)
 {
-    const double radians = double(degrees * 0.017453292f);
+    const double radians = double(degrees) * double(0.017453292f);
     sine = float(std::sin(radians));
     cosine = float(std::cos(radians));
 }

@@ -15,6 +15,6 @@ struct tbiLocks
     static std::atomic<tbLock*> group;  // deep copies and splitting of shared instances
 
     static void create();
-    /// Releases the locks in the order that they are taken.
+    /// Releases the locks: group, plug-in, type, base, memory.
     static void release();
 };

@@ -41,6 +41,27 @@ TB_DEFINE_CLASS(BaseTestNamed, tbBase)
 
 } // namespace
 
+TEST(Ref, MovesFromAPartOfWhatItLetsGo)
+{
+    struct Link
+    {
+        int count = 0;
+        tbRef<Link> next;
+        void ref() { ++count; }
+        void unRef()
+        {
+            if (--count == 0)
+                delete this;
+        }
+    };
+    tbRef<Link> head(new Link);
+    head->next = new Link;
+    Link* second = head->next.get();
+    head = std::move(head->next);
+    EXPECT_EQ(head.get(), second);
+    EXPECT_EQ(second->count, 1);
+}
+
 TEST(Base, LastReleaseDestroysAndOneReleaseIsEnoughForAnUnreferenced)
 {
     const int before = BaseTestNamed::getNum(false);
