@@ -1,6 +1,6 @@
 #include <tamber/display/tbKeyboard.h>
 
-TB_DEFINE_CLASS(tbKeyboard, tbQueue)
+TB_DEFINE_SERVICE_CLASS(tbKeyboard, tbQueue)
 
 namespace
 {

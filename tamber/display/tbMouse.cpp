@@ -3,7 +3,7 @@
 #include <tamber/display/tbCamera.h>
 #include <tamber/display/tbWindow.h>
 
-TB_DEFINE_CLASS(tbMouse, tbQueue)
+TB_DEFINE_SERVICE_CLASS(tbMouse, tbQueue)
 
 namespace
 {

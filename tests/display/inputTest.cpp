@@ -69,6 +69,15 @@ TEST(Keyboard, TestCountsKeyboardsAndNotEvents)
     EXPECT_EQ(keyboard->test(), living + 1);
 }
 
+TEST(Keyboard, QueuesOfEventsComeFromNoFile)
+{
+    for (const char* name : {"tbKeyboard", "tbMouse"})
+    {
+        EXPECT_EQ(tbType::createInstance(name), nullptr) << name;
+        EXPECT_FALSE(tbType::findType(name)->isWritable()) << name;
+    }
+}
+
 TEST(Mouse, NormalisesPixelsAcrossTheWindow)
 {
     const tbRef<SizedWindow> window(new SizedWindow);
