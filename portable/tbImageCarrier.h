@@ -12,7 +12,10 @@ public:
     virtual std::size_t getImageSize() const = 0;
 
     /// Null for an object of a class that carries no images.
-    static const tbImageCarrier* of(const tbBase* object) { return dynamic_cast<const tbImageCarrier*>(object); }
+    static const tbImageCarrier* of(const tbBase* object)
+    {
+        return dynamic_cast<const tbImageCarrier*>(object);
+    }
 
 protected:
     ~tbImageCarrier() = default;
