@@ -2,7 +2,15 @@
 
 #include <tamber/io/tbEntry.h>
 
+#include <atomic>
+
 TB_DEFINE_ABSTRACT_CLASS(tbTrait, tbBase)
+
+std::uint32_t tbTrait::makeSerial()
+{
+    static constinit std::atomic<std::uint32_t> next{0};
+    return next.fetch_add(1, std::memory_order_relaxed);
+}
 
 tbTrait::tbTrait()
 {

@@ -3,6 +3,8 @@
 #include <tamber/kernel/tbBase.h>
 
 class tbTravContext;
+template <class Trait>
+class tbiTraitFamily;
 
 // A piece of state that a node hands down to its subtree. Styles, cameras, listeners and colliders carry traits; a
 // walk pushes them on its context's tbTraitStack on entry and pops them on exit. There are three families: visual,
@@ -48,6 +50,12 @@ protected:
     bool isSameKind(const tbTrait* other) const;
 
 private:
+    template <class Trait>
+    friend class tbiTraitFamily;
+
+    static std::uint32_t makeSerial();
+
     MODE mode = ON;
     std::int16_t shareable = 1;
+    const std::uint32_t serial = makeSerial(); // tells this trait from those that lived at its address before
 };

@@ -115,7 +115,7 @@ void tbTraitStack::pushTrait(tbTravTrait* trait, tbTravContext* context)
         family.push(type, slot.defaultTrait);
     trait->apply(context);
     family.push(type, trait);
-    slot.applied = trait;
+    slot.setApplied(trait);
 }
 
 void tbTraitStack::pushTrait(tbAudioTrait* trait, tbTravContext*)
@@ -152,7 +152,7 @@ void tbTraitStack::popTrait(tbTravTrait* trait, tbTravContext* context)
     if (const tbTravTrait* below = slot->getTop())
     {
         below->apply(context);
-        slot->applied = below;
+        slot->setApplied(below);
     }
 }
 
@@ -180,7 +180,7 @@ void tbTraitStack::popTrait(tbVisualTrait* trait, tbTravContext* context)
 void tbTraitStack::setAppliedTrait(const tbAudioTrait* trait)
 {
     if (auto* slot = families->audio.find(trait))
-        slot->applied = trait;
+        slot->setApplied(trait);
 }
 
 void tbTraitStack::setAppliedTrait(const tbVisualTrait* trait)
@@ -188,7 +188,7 @@ void tbTraitStack::setAppliedTrait(const tbVisualTrait* trait)
     const int type = families->visual.indexOf(trait);
     if (type < 0)
         return;
-    families->visual[type].applied = trait;
+    families->visual[type].setApplied(trait);
     families->nonDefaultVisual.add(type);
 }
 
@@ -204,7 +204,7 @@ void tbTraitStack::applyTraits(tbCamera* camera, int num, const tbVisualTrait** 
         if (type < 0 || !nonDefault.contains(type))
             continue;
         nonDefault.remove(type);
-        if (visual[type].applied == traits[i])
+        if (visual[type].hasApplied(traits[i]))
             kept.add(type);
     }
     // Defaults first, so that the geometry's own traits have the last word.
@@ -218,7 +218,7 @@ void tbTraitStack::applyTraits(tbCamera* camera, int num, const tbVisualTrait** 
     for (int i = 0; i < num; ++i)
     {
         const auto* slot = visual.find(traits[i]);
-        if (slot && slot->applied != traits[i])
+        if (slot && !slot->hasApplied(traits[i]))
             applyCounted(traits[i], camera);
     }
 }
@@ -231,7 +231,7 @@ void tbTraitStack::applyVisualTraitStacks(tbCamera* camera)
         const int type = changed[i];
         const auto& slot = families->visual[type];
         const tbVisualTrait* effective = slot.getEffective();
-        if (effective && effective != slot.applied)
+        if (effective && !slot.hasApplied(effective))
             applyCounted(effective, camera);
         // What is in effect now comes from the stack: no geometry's own trait is left to undo.
         families->nonDefaultVisual.remove(type);
@@ -264,10 +264,10 @@ void tbTraitStack::applyAudioTraits(tbListener* listener)
     {
         auto& slot = families->audio[changed[i]];
         const tbAudioTrait* effective = slot.getEffective();
-        if (effective && effective != slot.applied)
+        if (effective && !slot.hasApplied(effective))
         {
             applyCounted(effective, listener);
-            slot.applied = effective;
+            slot.setApplied(effective);
         }
     }
     changed.clear();
@@ -278,10 +278,10 @@ void tbTraitStack::applyDefaultAudioTraits(tbListener* listener, bool force)
     for (int type = 0; type < families->audio.getNum(); ++type)
     {
         auto& slot = families->audio[type];
-        if (slot.defaultTrait && (force || slot.defaultTrait != slot.applied))
+        if (slot.defaultTrait && (force || !slot.hasApplied(slot.defaultTrait)))
         {
             static_cast<const tbAudioTrait*>(slot.defaultTrait)->apply(listener);
-            slot.applied = slot.defaultTrait;
+            slot.setApplied(slot.defaultTrait);
         }
     }
 }
@@ -294,7 +294,7 @@ void tbTraitStack::applyDefaultTravTraits(tbTravContext* context)
         if (slot.defaultTrait)
         {
             slot.defaultTrait->apply(context);
-            slot.applied = slot.defaultTrait;
+            slot.setApplied(slot.defaultTrait);
         }
     }
 }
@@ -355,6 +355,12 @@ tbTravTrait* tbTraitStack::getTop(const tbTravTraitType* type) const
 const tbVisualTrait* tbTraitStack::getAppliedTrait(const tbVisualTraitType* type) const
 {
     const auto* slot = families->visual.find(type);
+    return slot ? slot->applied : nullptr;
+}
+
+const tbAudioTrait* tbTraitStack::getAppliedTrait(const tbAudioTraitType* type) const
+{
+    const auto* slot = families->audio.find(type);
     return slot ? slot->applied : nullptr;
 }
 

@@ -85,7 +85,10 @@ public:
     tbVisualTrait* getTop(const tbVisualTraitType* type) const;
     tbAudioTrait* getTop(const tbAudioTraitType* type) const;
     tbTravTrait* getTop(const tbTravTraitType* type) const;
+    /// The trait that the device was given last, which may be gone by now: to be compared, not followed. Null when
+    /// there was none.
     const tbVisualTrait* getAppliedTrait(const tbVisualTraitType* type) const;
+    const tbAudioTrait* getAppliedTrait(const tbAudioTraitType* type) const;
 
     /// A new array with room for one trait of each type; `count` says how many stand in it. It comes from `arena`
     /// or, when that is null, from the heap: then the caller gives it to tbMemory::free(). With an arena and

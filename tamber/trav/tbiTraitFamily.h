@@ -27,10 +27,22 @@ public:
         Trait* getEffective() const { return traits.isEmpty() ? defaultTrait : getTop(); }
         /// Whether the modes let `trait` onto the stack.
         bool accepts(const Trait* trait) const;
+        bool hasApplied(const Trait* trait) const
+        {
+            return trait == applied && trait->serial == appliedSerial;
+        }
+        void setApplied(const Trait* trait)
+        {
+            applied = trait;
+            appliedSerial = trait->serial;
+        }
 
         tbStack traits;
-        const Trait* applied = nullptr; // last given to camera, listener or context; compared, never followed
-        Trait* defaultTrait = nullptr;  // counted
+        Trait* defaultTrait = nullptr; // counted
+        // Last given to camera, listener or context. It may be gone by now: it is never followed, and its serial
+        // tells it from another trait at its address.
+        const Trait* applied = nullptr;
+        std::uint32_t appliedSerial = 0;
     };
 
     tbiTraitFamily() = default;

@@ -20,7 +20,7 @@ void tbiTypeSet::resize(int numTypes)
 // What is removed was mostly added last.
 void tbiTypeSet::remove(int type)
 {
-    if (type < 0 || type >= capacity || !contains(type))
+    if (!contains(type))
         return;
     words[type / BITS] &= ~bit(type);
     int i = num - 1;

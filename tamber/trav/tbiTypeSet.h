@@ -16,13 +16,13 @@ public:
     /// Each number stands in the set once.
     void add(int type)
     {
-        if (type < 0 || type >= capacity || contains(type))
+        if (!inRange(type) || contains(type))
             return;
         words[type / BITS] |= bit(type);
         order[num++] = type;
     }
     void remove(int type);
-    bool contains(int type) const { return (words[type / BITS] & bit(type)) != 0; }
+    bool contains(int type) const { return inRange(type) && (words[type / BITS] & bit(type)) != 0; }
     void clear();
 
     int getNum() const { return num; }
@@ -33,6 +33,7 @@ public:
 private:
     static constexpr int BITS = 32;
     static std::uint32_t bit(int type) { return 1u << (type % BITS); }
+    bool inRange(int type) const { return type >= 0 && type < capacity; }
 
     int* order = nullptr;
     std::uint32_t* words = nullptr; // one bit for each type, behind the order in the same block

@@ -73,15 +73,6 @@ protected:
     tbRef<tbTraitStack> stack;
 };
 
-TEST_F(TraitStack, OffIsNeitherAppliedNorPushed)
-{
-    tbRef<TravA> trait(new TravA(tbTrait::OFF));
-    stack->pushTrait(trait.get(), context.get());
-    stack->popTrait(trait.get(), context.get());
-    EXPECT_EQ(stack->getTop(TravA::type()), nullptr);
-    EXPECT_EQ(log.onContext, Traits{});
-}
-
 TEST_F(TraitStack, DefaultLiesBelowTheFirstTraversalTrait)
 {
     tbRef<TravA> trait(new TravA);
@@ -94,26 +85,19 @@ TEST_F(TraitStack, DefaultLiesBelowTheFirstTraversalTrait)
     EXPECT_EQ(stack->getTop(TravB::type()), nullptr);
 }
 
-TEST_F(TraitStack, OverrideKeepsTraitsBelowItOut)
+TEST_F(TraitStack, OnlyForceGetsPastOverride)
 {
     tbRef<TravA> parent(new TravA(tbTrait::OVERRIDE));
-    tbRef<TravA> child(new TravA);
+    tbRef<TravA> on(new TravA);
+    tbRef<TravA> force(new TravA(tbTrait::FORCE));
     stack->pushTrait(parent.get(), context.get());
-    stack->pushTrait(child.get(), context.get());
-    stack->popTrait(child.get(), context.get());
-    EXPECT_EQ(log.onContext, Traits{parent.get()});
+    for (TravA* child : {on.get(), force.get()})
+    {
+        stack->pushTrait(child, context.get());
+        stack->popTrait(child, context.get());
+    }
+    EXPECT_EQ(log.onContext, (Traits{parent.get(), force.get(), parent.get()}));
     EXPECT_EQ(stack->getTop(TravA::type()), parent.get());
-}
-
-TEST_F(TraitStack, ForceGetsPastOverride)
-{
-    tbRef<TravA> parent(new TravA(tbTrait::OVERRIDE));
-    tbRef<TravA> child(new TravA(tbTrait::FORCE));
-    stack->pushTrait(parent.get(), context.get());
-    stack->pushTrait(child.get(), context.get());
-    EXPECT_EQ(stack->getTop(TravA::type()), child.get());
-    stack->popTrait(child.get(), context.get());
-    EXPECT_EQ(log.onContext, (Traits{parent.get(), child.get(), parent.get()}));
 }
 
 TEST_F(TraitStack, WithoutDefaultsTheStackEndsEmpty)
@@ -231,6 +215,29 @@ TEST_F(TraitStack, TheNextWalkStartsFromWhatTheCameraHas)
     }
 }
 
+// A trait of which each new one lies where the last one lay.
+class Successor : public VisualA
+{
+public:
+    static void* operator new(std::size_t)
+    {
+        alignas(VisualA) static unsigned char place[sizeof(VisualA)];
+        return place;
+    }
+    static void operator delete(void*) {}
+};
+
+TEST_F(TraitStack, ATraitAtTheAddressOfADeadOneIsSet)
+{
+    for (int i = 0; i < 2; ++i)
+    {
+        tbRef<Successor> trait(new Successor);
+        stack->pushTrait(trait.get(), context.get());
+        EXPECT_EQ(drawn(), Traits{trait.get()});
+        stack->popTrait(trait.get(), context.get());
+    }
+}
+
 TEST_F(TraitStack, AudioTraitsReachTheListenerWhenTheyChange)
 {
     tbRef<AudioA> outer(new AudioA);
@@ -243,6 +250,7 @@ TEST_F(TraitStack, AudioTraitsReachTheListenerWhenTheyChange)
     stack->pushTrait(outer.get(), context.get());
     stack->pushTrait(inner.get(), context.get());
     EXPECT_EQ(heard(), Traits{inner.get()});
+    EXPECT_EQ(stack->getAppliedTrait(AudioA::type()), inner.get());
     stack->popTrait(inner.get(), context.get());
     EXPECT_EQ(heard(), Traits{outer.get()});
     EXPECT_EQ(heard(), Traits{});
