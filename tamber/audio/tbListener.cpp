@@ -3,10 +3,9 @@
 #include <tamber/audio/tbEmitter.h>
 #include <tamber/trav/tbAudioTrait.h>
 #include <tamber/trav/tbAudioTraitType.h>
-#include <tamber/trav/tbTraitStack.h>
-#include <tamber/trav/tbTravContext.h>
 #include <tamber/trav/tbTravTrait.h>
 #include <tamber/trav/tbTravTraitType.h>
+#include <tamber/trav/tbiTraitList.h>
 
 TB_DEFINE_ABSTRACT_CLASS(tbListener, tbBase)
 
@@ -20,35 +19,6 @@ tbTravContext* makeContext()
     constexpr auto kinds = tbTraitStack::AUDIO_STACK | tbTraitStack::TRAV_STACK;
     context->setTraitStack(new tbTraitStack(kinds, true));
     return context;
-}
-
-template <class Trait>
-void hold(tbTList<Trait*>& traits, Trait* trait)
-{
-    if (trait && trait->getType() && traits.add(trait) >= 0)
-        trait->ref();
-}
-
-template <class Trait>
-void letGo(tbTList<Trait*>& traits, Trait* trait)
-{
-    if (traits.checkRemove(trait))
-        trait->unRef();
-}
-
-template <class Trait>
-void letAllGo(tbTList<Trait*>& traits)
-{
-    for (Trait* trait : traits)
-        trait->unRef();
-    traits.reset();
-}
-
-template <class Trait>
-void holdAll(tbTList<Trait*>& traits, const tbTList<Trait*>& source)
-{
-    for (Trait* trait : source)
-        hold(traits, trait);
 }
 
 } // namespace
@@ -67,8 +37,8 @@ tbListener::tbListener(const tbListener& other)
       travContext(makeContext())
 {
     initInstance();
-    holdAll(audioTraits, other.audioTraits);
-    holdAll(travTraits, other.travTraits);
+    tbiHoldTraits(audioTraits, other.audioTraits);
+    tbiHoldTraits(travTraits, other.travTraits);
 }
 
 tbListener& tbListener::operator=(const tbListener& other)
@@ -79,18 +49,18 @@ tbListener& tbListener::operator=(const tbListener& other)
     matrix = other.matrix;
     position = other.position;
     orientation = other.orientation;
-    letAllGo(audioTraits);
-    letAllGo(travTraits);
-    holdAll(audioTraits, other.audioTraits);
-    holdAll(travTraits, other.travTraits);
+    tbiDropTraits(audioTraits);
+    tbiDropTraits(travTraits);
+    tbiHoldTraits(audioTraits, other.audioTraits);
+    tbiHoldTraits(travTraits, other.travTraits);
     return *this;
 }
 
 tbListener::~tbListener()
 {
     deleteInstance();
-    letAllGo(audioTraits);
-    letAllGo(travTraits);
+    tbiDropTraits(audioTraits);
+    tbiDropTraits(travTraits);
     if (travContext)
         travContext->unRef();
 }
@@ -99,22 +69,22 @@ void tbListener::loadSounds() {}
 
 void tbListener::addTrait(tbTravTrait* trait)
 {
-    hold(travTraits, trait);
+    tbiHoldTrait(travTraits, trait);
 }
 
 void tbListener::addTrait(tbAudioTrait* trait)
 {
-    hold(audioTraits, trait);
+    tbiHoldTrait(audioTraits, trait);
 }
 
 void tbListener::removeTrait(tbTravTrait* trait)
 {
-    letGo(travTraits, trait);
+    tbiDropTrait(travTraits, trait);
 }
 
 void tbListener::removeTrait(tbAudioTrait* trait)
 {
-    letGo(audioTraits, trait);
+    tbiDropTrait(audioTraits, trait);
 }
 
 void tbListener::setTravContext(tbTravContext* context)
@@ -128,15 +98,11 @@ void tbListener::setTravContext(tbTravContext* context)
 
 void tbListener::applyTraits()
 {
-    tbTraitStack* stack = travContext ? travContext->getTraitStack() : nullptr;
-    if (!stack)
+    if (!travContext)
         return;
-    for (tbTravTrait* trait : travTraits)
-        stack->pushTrait(trait, travContext);
-    if (travContext->anyFlags(tbTravContext::PRUNE))
-        return;
-    for (tbAudioTrait* trait : audioTraits)
-        stack->pushTrait(trait, travContext);
+    tbiPushTraits(travTraits, travContext);
+    if (!travContext->anyFlags(tbTravContext::PRUNE))
+        tbiPushTraits(audioTraits, travContext);
 }
 
 void tbListener::setXYZ(const tbVec3& where)

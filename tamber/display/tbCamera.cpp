@@ -3,10 +3,9 @@
 #include <tamber/display/tbRenderContext.h>
 #include <tamber/display/tbWindow.h>
 #include <tamber/graph/tbGroup.h>
-#include <tamber/trav/tbTraitStack.h>
-#include <tamber/trav/tbTravContext.h>
 #include <tamber/trav/tbTravTrait.h>
 #include <tamber/trav/tbVisualTrait.h>
+#include <tamber/trav/tbiTraitList.h>
 
 #include <algorithm>
 #include <cmath>
@@ -37,33 +36,6 @@ FrameMatrices& frameMatrices()
 {
     static FrameMatrices matrices;
     return matrices;
-}
-
-template <class Trait>
-void addToList(tbTList<Trait*>& traits, Trait* trait)
-{
-    if (!trait || !trait->getType())
-        return;
-    trait->ref();
-    if (traits.add(trait) < 0)
-        trait->unRef();
-}
-
-template <class Trait>
-void removeFromList(tbTList<Trait*>& traits, Trait* trait)
-{
-    if (traits.checkRemove(trait))
-        trait->unRef();
-}
-
-template <class Trait>
-void replaceList(tbTList<Trait*>& traits, const tbTList<Trait*>& others)
-{
-    for (Trait* trait : others)
-        trait->ref();
-    for (Trait* trait : traits)
-        trait->unRef();
-    traits = others;
 }
 
 // What is no number counts as 0.
@@ -132,10 +104,8 @@ tbCamera& tbCamera::operator=(const tbCamera& other)
 tbCamera::~tbCamera()
 {
     deleteInstance();
-    for (tbVisualTrait* trait : visualTraits)
-        trait->unRef();
-    for (tbTravTrait* trait : travTraits)
-        trait->unRef();
+    tbiDropTraits(visualTraits);
+    tbiDropTraits(travTraits);
     if (!context)
         return;
     if (context->getCamera() == this)
@@ -164,8 +134,10 @@ void tbCamera::assign(const tbCamera& other)
     orientation = other.orientation;
     worldToCamera = other.worldToCamera;
     cameraMatrix = other.cameraMatrix;
-    replaceList(visualTraits, other.visualTraits);
-    replaceList(travTraits, other.travTraits);
+    tbiDropTraits(visualTraits);
+    tbiDropTraits(travTraits);
+    tbiHoldTraits(visualTraits, other.visualTraits);
+    tbiHoldTraits(travTraits, other.travTraits);
     clearMode = other.clearMode;
     clearColor = other.clearColor;
     clearDepth = other.clearDepth;
@@ -430,35 +402,31 @@ void tbCamera::setTravContext(tbTravContext* newContext)
 
 void tbCamera::applyTraits()
 {
-    tbTraitStack* stack = context ? context->getTraitStack() : nullptr;
-    if (!stack)
+    if (!context)
         return;
-    for (tbTravTrait* trait : travTraits)
-        stack->pushTrait(trait, context);
-    if (context->anyFlags(tbTravContext::PRUNE))
-        return;
-    for (tbVisualTrait* trait : visualTraits)
-        stack->pushTrait(trait, context);
+    tbiPushTraits(travTraits, context);
+    if (!context->anyFlags(tbTravContext::PRUNE))
+        tbiPushTraits(visualTraits, context);
 }
 
 void tbCamera::addTrait(tbTravTrait* trait)
 {
-    addToList(travTraits, trait);
+    tbiHoldTrait(travTraits, trait);
 }
 
 void tbCamera::addTrait(tbVisualTrait* trait)
 {
-    addToList(visualTraits, trait);
+    tbiHoldTrait(visualTraits, trait);
 }
 
 void tbCamera::removeTrait(tbTravTrait* trait)
 {
-    removeFromList(travTraits, trait);
+    tbiDropTrait(travTraits, trait);
 }
 
 void tbCamera::removeTrait(tbVisualTrait* trait)
 {
-    removeFromList(visualTraits, trait);
+    tbiDropTrait(visualTraits, trait);
 }
 
 bool tbCamera::getPixelViewport(tbVec3& lowerLeft, tbVec3& size) const

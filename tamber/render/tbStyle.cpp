@@ -5,63 +5,28 @@
 #include <tamber/display/tbCamera.h>
 #include <tamber/io/tbFile.h>
 #include <tamber/trav/tbAudioTrait.h>
-#include <tamber/trav/tbTraitStack.h>
-#include <tamber/trav/tbTravContext.h>
 #include <tamber/trav/tbTravTrait.h>
 #include <tamber/trav/tbTraverser.h>
 #include <tamber/trav/tbVisualTrait.h>
+#include <tamber/trav/tbiTraitList.h>
 
 TB_DEFINE_NODE_CLASS(tbStyle, tbGroup)
 
 namespace
 {
 
-template <class Trait>
-void pushTraits(const tbTList<Trait*>& traits, tbTravContext* context)
-{
-    if (tbTraitStack* stack = context->getTraitStack())
-        for (Trait* trait : traits)
-            stack->pushTrait(trait, context);
-}
-
-template <class Trait>
-void popTraits(const tbTList<Trait*>& traits, tbTravContext* context)
-{
-    if (tbTraitStack* stack = context->getTraitStack())
-        for (int i = traits.getNum() - 1; i >= 0; --i)
-            stack->popTrait(traits[i], context);
-}
-
 // Removing the older trait of the type moves the new one, appended last, into its place.
 template <class Trait>
 void replaceTrait(tbStyle* style, tbTList<Trait*>& traits, Trait* trait)
 {
-    if (!trait || !trait->getType())
+    if (!tbiHoldTrait(traits, trait))
         return;
-    Trait* older = nullptr;
-    for (int i = traits.getNum() - 1; i >= 0 && !older; --i)
+    for (int i = traits.getNum() - 2; i >= 0; --i)
         if (traits[i]->getType() == trait->getType())
-            older = traits[i];
-    trait->ref();
-    if (traits.add(trait) < 0)
-        trait->unRef();
-    else if (older)
-        style->removeTrait(older);
-}
-
-template <class Trait>
-void dropTrait(tbTList<Trait*>& traits, Trait* trait)
-{
-    if (traits.checkRemove(trait))
-        trait->unRef();
-}
-
-template <class Trait>
-void releaseTraits(tbTList<Trait*>& traits)
-{
-    for (Trait* trait : traits)
-        trait->unRef();
-    traits.reset();
+        {
+            style->removeTrait(traits[i]);
+            return;
+        }
 }
 
 template <class Trait>
@@ -124,24 +89,24 @@ void tbStyle::addTrait(tbVisualTrait* trait)
 
 void tbStyle::removeTrait(tbTravTrait* trait)
 {
-    dropTrait(travTraits, trait);
+    tbiDropTrait(travTraits, trait);
 }
 
 void tbStyle::removeTrait(tbAudioTrait* trait)
 {
-    dropTrait(audioTraits, trait);
+    tbiDropTrait(audioTraits, trait);
 }
 
 void tbStyle::removeTrait(tbVisualTrait* trait)
 {
-    dropTrait(visualTraits, trait);
+    tbiDropTrait(visualTraits, trait);
 }
 
 void tbStyle::unRefAllTraits()
 {
-    releaseTraits(visualTraits);
-    releaseTraits(travTraits);
-    releaseTraits(audioTraits);
+    tbiDropTraits(visualTraits);
+    tbiDropTraits(travTraits);
+    tbiDropTraits(audioTraits);
 }
 
 void tbStyle::assign(const tbStyle& other, bool share)
@@ -191,9 +156,9 @@ tbGroup* tbStyle::cloneGroup() const
 
 void tbStyle::update(tbTravContext* context)
 {
-    pushTraits(travTraits, context);
+    tbiPushTraits(travTraits, context);
     tbGroup::update(context);
-    popTraits(travTraits, context);
+    tbiPopTraits(travTraits, context);
 }
 
 // While the context is pruned neither the other traits nor the children are visited; the traversal traits are
@@ -201,37 +166,37 @@ void tbStyle::update(tbTravContext* context)
 void tbStyle::apply(tbCamera* camera) const
 {
     tbTravContext* context = camera->getTravContext();
-    pushTraits(travTraits, context);
+    tbiPushTraits(travTraits, context);
     if (!context->anyFlags(tbTravContext::PRUNE))
     {
-        pushTraits(visualTraits, context);
+        tbiPushTraits(visualTraits, context);
         tbGroup::apply(camera);
-        popTraits(visualTraits, context);
+        tbiPopTraits(visualTraits, context);
     }
-    popTraits(travTraits, context);
+    tbiPopTraits(travTraits, context);
 }
 
 void tbStyle::apply(tbListener* listener) const
 {
     tbTravContext* context = listener->getTravContext();
-    pushTraits(travTraits, context);
+    tbiPushTraits(travTraits, context);
     if (!context->anyFlags(tbTravContext::PRUNE))
     {
-        pushTraits(audioTraits, context);
+        tbiPushTraits(audioTraits, context);
         tbGroup::apply(listener);
-        popTraits(audioTraits, context);
+        tbiPopTraits(audioTraits, context);
     }
-    popTraits(travTraits, context);
+    tbiPopTraits(travTraits, context);
 }
 
 void tbStyle::apply(tbCollider* collider) const
 {
     tbTravContext* context = collider->getTravContext();
-    pushTraits(travTraits, context);
+    tbiPushTraits(travTraits, context);
     if ((context->getColliderMask() & collider->getColliderMask()) != 0 &&
         !context->anyFlags(tbTravContext::PRUNE))
         tbGroup::apply(collider);
-    popTraits(travTraits, context);
+    tbiPopTraits(travTraits, context);
 }
 
 // A stopped walk leaves everything pushed, as the group leaves its path.
@@ -244,17 +209,17 @@ tbTraverser::TRAV_STATE tbStyle::apply(tbTraverser* traverser, bool noPreApply)
             return state;
     }
     tbTravContext* context = traverser->getTravContext();
-    pushTraits(travTraits, context);
+    tbiPushTraits(travTraits, context);
     if (!context->getTraitStack() || !context->anyFlags(tbTravContext::PRUNE))
     {
-        pushTraits(visualTraits, context);
-        pushTraits(audioTraits, context);
+        tbiPushTraits(visualTraits, context);
+        tbiPushTraits(audioTraits, context);
         if (tbGroup::apply(traverser, true) == tbTraverser::TRAV_STOP)
             return tbTraverser::TRAV_STOP;
-        popTraits(audioTraits, context);
-        popTraits(visualTraits, context);
+        tbiPopTraits(audioTraits, context);
+        tbiPopTraits(visualTraits, context);
     }
-    popTraits(travTraits, context);
+    tbiPopTraits(travTraits, context);
     return tbTraverser::TRAV_CONTINUE;
 }
 
