@@ -136,17 +136,21 @@ int tbStats::getTotal(int i) const
     return i >= 0 && i < NUM_TOTALS ? totals.further[i] : 0;
 }
 
+bool tbStats::Counters::covers(const tbType* type) const
+{
+    const int index = type ? type->getIndex() : -1;
+    return index >= 0 && index < length;
+}
+
 void tbStats::Counters::inc(const tbType* type)
 {
-    const int index = type->getIndex();
-    if (index >= 0 && index < length)
-        ++values[index];
+    if (covers(type))
+        ++values[type->getIndex()];
 }
 
 int tbStats::Counters::get(const tbType* type) const
 {
-    const int index = type->getIndex();
-    return index >= 0 && index < length ? values[index] : 0;
+    return covers(type) ? values[type->getIndex()] : 0;
 }
 
 void tbStats::Counters::resize(int numTypes)

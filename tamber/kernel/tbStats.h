@@ -32,7 +32,7 @@ public:
     /// Takes in new types and sets everything to 0.
     void reset();
 
-    /// 0 for kinds that are not counted and for types made since the last reset().
+    /// 0 for null, for kinds that are not counted and for types made since the last reset().
     int getCount(const tbVisualTraitType* type) const;
     int getCount(const tbAudioTraitType* type) const;
     int getCount(const tbTravTraitType* type) const;
@@ -63,6 +63,7 @@ private:
         std::int32_t* values = nullptr;
         std::int16_t length = 0;
 
+        bool covers(const tbType* type) const;
         void inc(const tbType* type);
         int get(const tbType* type) const;
         void resize(int numTypes);
