@@ -15,6 +15,7 @@
 #include <tamber/trav/tbTravContext.h>
 #include <tamber/trav/tbTravPath.h>
 #include <tamber/trav/tbTravTrait.h>
+#include <tamber/trav/tbiTraitList.h>
 #include <tamber/volume/tbBox.h>
 #include <tamber/volume/tbSphere.h>
 
@@ -154,8 +155,7 @@ tbCollider::~tbCollider()
     deleteInstance();
     tbCollider::removeAllRays();
     dropVolumes();
-    for (tbTravTrait* trait : traits)
-        trait->unRef();
+    tbiDropTraits(traits);
     rayHitEvent->unRef();
     volumeHitEvent->unRef();
     if (travContext)
@@ -182,11 +182,8 @@ void tbCollider::assign(const tbCollider& other)
     tbCollider::removeAllRays();
     for (const tbRay* ray : other.localRays)
         tbCollider::addRay(*ray);
-    for (tbTravTrait* trait : traits)
-        trait->unRef();
-    traits.reset();
-    for (tbTravTrait* trait : other.traits)
-        tbCollider::addTrait(trait);
+    tbiDropTraits(traits);
+    tbiHoldTraits(traits, other.traits);
 }
 
 // Bits once set stay, so that every user of a collider gets at least what it asked for.
@@ -320,21 +317,18 @@ void tbCollider::setTravContext(tbTravContext* context)
 
 void tbCollider::addTrait(tbTravTrait* trait)
 {
-    if (trait && trait->getType() && traits.add(trait) >= 0)
-        trait->ref();
+    tbiHoldTrait(traits, trait);
 }
 
 void tbCollider::removeTrait(tbTravTrait* trait)
 {
-    if (traits.checkRemove(trait))
-        trait->unRef();
+    tbiDropTrait(traits, trait);
 }
 
 void tbCollider::applyTraits()
 {
-    if (tbTraitStack* stack = travContext ? travContext->getTraitStack() : nullptr)
-        for (tbTravTrait* trait : traits)
-            stack->pushTrait(trait, travContext);
+    if (travContext)
+        tbiPushTraits(traits, travContext);
 }
 
 void tbCollider::setColliderMask(unsigned int mask)

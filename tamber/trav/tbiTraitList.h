@@ -1,5 +1,5 @@
-// Lists of traits as nodes, cameras and listeners keep them: with a reference on each, in the order in which a walk
-// pushes them.
+// Lists of traits as nodes, cameras, listeners and colliders keep them: with a reference on each, in the order in
+// which a walk pushes them.
 #pragma once
 
 #include <tamber/containers/tbList.h>
