@@ -265,6 +265,8 @@ void tbGroup::cleanUp(unsigned bits)
 
 void tbGroup::dirtyDown(tbGroup* node, unsigned mask, unsigned bits)
 {
+    if (node->getNumChildren() == 0)
+        return;
     tbiLocalStack<tbGroup*> waiting;
     std::uint32_t stamp = 0;
     waiting.push(node);
