@@ -9,25 +9,25 @@
 #include <utility>
 #include <vector>
 
-namespace
+class ActionTestFollower : public tbActionNode
 {
-
-class Follower : public tbActionNode
-{
-    TB_CLASS(Follower, tbActionNode)
+    TB_CLASS(ActionTestFollower, tbActionNode)
 
 public:
-    Follower() { initInstance(); }
-    Follower(const Follower& other) : tbActionNode(other), target(other.target) { initInstance(); }
+    ActionTestFollower() { initInstance(); }
+    ActionTestFollower(const ActionTestFollower& other) : tbActionNode(other), target(other.target)
+    {
+        initInstance();
+    }
 
     using tbActionNode::apply;
     bool apply(tbBase*, tbEvent*) override { return target != nullptr; }
-    tbGroup* copyGroup() const override { return new Follower(*this); }
+    tbGroup* copyGroup() const override { return new ActionTestFollower(*this); }
 
     tbGroup* target = nullptr;
 
 protected:
-    ~Follower() override { deleteInstance(); }
+    ~ActionTestFollower() override { deleteInstance(); }
     void resolveGroup(const tbGroup* prev, tbGroup* copy) override
     {
         if (target == prev)
@@ -35,7 +35,10 @@ protected:
     }
 };
 
-TB_DEFINE_ABSTRACT_NODE_CLASS(Follower, tbActionNode)
+TB_DEFINE_ABSTRACT_NODE_CLASS(ActionTestFollower, tbActionNode)
+
+namespace
+{
 
 class Uncopied : public tbActionNode
 {
@@ -60,13 +63,13 @@ TEST(ActionNode, CopyOfAGraphRefersToTheNewNodes)
 {
     const tbRef<tbGroup> root = new tbGroup;
     auto* target = new tbGroup;
-    auto* follower = new Follower;
+    auto* follower = new ActionTestFollower;
     follower->target = target;
     root->addChild(follower);
     root->addChild(target);
     const tbRef<tbGroup> copy = root->makeCopy();
     ASSERT_EQ(copy->getNumChildren(), 2);
-    EXPECT_EQ(static_cast<Follower*>(copy->getChild(0))->target, copy->getChild(1));
+    EXPECT_EQ(static_cast<ActionTestFollower*>(copy->getChild(0))->target, copy->getChild(1));
     EXPECT_EQ(follower->target, target);
 }
 
