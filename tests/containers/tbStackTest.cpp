@@ -53,7 +53,7 @@ TEST(tbStack, RefusesWhatItsIndexCannotCount)
     tbStack stack;
     for (std::uintptr_t i = 1; i <= 40'000; ++i)
         stack.push(entry(i));
-    EXPECT_EQ(stack.getNum(), tbStack::MAX_ENTRIES);
+    EXPECT_EQ(stack.getNum(), int(tbStack::MAX_ENTRIES));
     EXPECT_EQ(stack.getTop(), entry(tbStack::MAX_ENTRIES));
     const int id = stack.getID();
     stack.push(entry(1));
