@@ -1,13 +1,12 @@
 #include <tamber/action/tbAction.h>
 
 #include <tamber/action/tbActionNode.h>
+#include <tamber/io/tbFile.h>
 #include <tamber/kernel/tbRef.h>
+#include <tests/support/TempFile.h>
 #include <tests/support/Threads.h>
 
 #include <gtest/gtest.h>
-
-#include <utility>
-#include <vector>
 
 class ActionTestFollower : public tbActionNode
 {
@@ -35,7 +34,7 @@ protected:
     }
 };
 
-TB_DEFINE_ABSTRACT_NODE_CLASS(ActionTestFollower, tbActionNode)
+TB_DEFINE_NODE_CLASS(ActionTestFollower, tbActionNode)
 
 namespace
 {
@@ -80,4 +79,25 @@ TEST(ActionNode, WithoutACopyOfItsOwnIsLeftOut)
     root->addChild(new tbGroup);
     const tbRef<tbGroup> copy = root->makeCopy();
     EXPECT_EQ(copy->getNumChildren(), 1);
+}
+
+TEST(ActionNode, IsSavedWithoutItsChildren)
+{
+    const tbtest::TempDirectory directory;
+    const std::string path = directory.path("node.tb");
+    const tbRef<ActionTestFollower> node = new ActionTestFollower;
+    node->setName("follower");
+    node->addChild(new tbGroup);
+    {
+        tbFile file;
+        ASSERT_TRUE(file.create(path.c_str()));
+        ASSERT_NE(file.writeObject(node.get()), nullptr);
+        ASSERT_TRUE(file.write());
+    }
+    tbFile file;
+    ASSERT_TRUE(file.open(path.c_str(), "r"));
+    const tbRef<tbBase> read = file.readObject(0);
+    ASSERT_TRUE(read && read->isOfExactType(ActionTestFollower::getClassType()));
+    EXPECT_STREQ(read->getName(), "follower");
+    EXPECT_EQ(static_cast<tbGroup*>(read.get())->getNumChildren(), 0);
 }
