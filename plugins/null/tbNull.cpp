@@ -1,5 +1,6 @@
 // The module's record: what happens when it is loaded and unloaded.
 #include "tbNullCamera.h"
+#include "tbNullListener.h"
 #include "tbNullRenderContext.h"
 #include "tbNullWindow.h"
 
@@ -27,6 +28,7 @@ public:
         plugIn.enableSaveWithFile(false);
         tbNullWindow::registerClass(&plugIn);
         tbNullCamera::registerClass(&plugIn);
+        tbNullListener::registerClass(&plugIn);
         tbNullWindow::getClassType()->setWritable(false);
         tbNullRenderContext::install();
         tbiGeometryDrawFunc = &drawGeometry;
