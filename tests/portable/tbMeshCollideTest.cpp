@@ -188,3 +188,28 @@ TEST(MeshCollide, WhatIsNoNumberIsHitByNothing)
     EXPECT_EQ(collider->getRayHit(0)->primitive, 1);
     EXPECT_EQ(withRay(tbRay(tbVec3(0, 0, 0), tbVec3(0, NOT_A_NUMBER, 0), 20))->intersect(scene), 0);
 }
+
+TEST(MeshCollide, NothingIsAllocatedOnceWarm)
+{
+    Points random;
+    tbtest::TestScene scene;
+    addMesh(scene.addTransform(nullptr, 1, 2, 3), tbMesh::TRIANGLES, random.triangles(2000));
+    scene.update();
+    const tbRef<tbCollider> collider(new tbCollider);
+    collider->setSaveMask(tbCollider::SAVE_PATH | tbCollider::SAVE_MATRIX);
+    collider->setVolumeMode(tbCollider::VOLUME_BOX);
+    collider->setVolumeHitMode(tbCollider::VOLUME_HIT_ALL);
+    for (int i = 0; i < tbCollider::MAX_RAYS; ++i)
+        collider->addRay(tbRay(tbVec3(0, 0, 0), random.next(1), 20));
+    std::size_t warm = 0;
+    for (int round = 0; round < 2; ++round) // the first one makes the paths of every ray that hits
+    {
+        for (int i = 0; i < 20; ++i)
+        {
+            collider->setHPR(0.0f, 0.0f, 3.0f * float(i));
+            EXPECT_GT(collider->intersect(scene), 0);
+            EXPECT_TRUE(round == 0 || tbMemory::getSize() == warm);
+        }
+        warm = tbMemory::getSize();
+    }
+}
