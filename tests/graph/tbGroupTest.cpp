@@ -113,14 +113,16 @@ TEST(Group, NodesThatWouldStandTwiceOrInThemselvesLoseThePlace)
 
 TEST(Group, OperationsLeaveNodesThatNobodyHoldsToTheCaller)
 {
+    const int before = tbGroup::getNum(false);
     auto* loose = new tbGroup;
-    auto* other = new tbGroup;
     loose->detach();
-    EXPECT_TRUE(loose->replaceGraph(other) || true);
-    other->insertBelow(new tbGroup);
-    EXPECT_EQ(other->getRefCount(), 0);
-    EXPECT_EQ(other->getNumChildren(), 1);
-    other->unRef();
+    loose->insertBelow(new tbGroup);
+    loose->removeChildren();
+    loose->insertAbove(loose);
+    EXPECT_EQ(loose->getRefCount(), 0);
+    EXPECT_EQ(tbGroup::getNum(false), before + 1);
+    loose->remove();
+    EXPECT_EQ(tbGroup::getNum(false), before);
 }
 
 TEST(Group, SharedNodesRaiseTheFlagInAllAncestors)
