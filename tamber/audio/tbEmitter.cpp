@@ -309,7 +309,9 @@ tbEntry* tbEmitter::read(tbFile* file, tbEntry* entry)
 
 tbEntry* tbEmitter::write(tbFile* file, tbEntry* entry) const
 {
-    entry = tbGroup::write(file, entry);
+    tbEntry* created = tbGroup::write(file, entry);
+    if (!entry)
+        entry = created;
     if (!entry)
         return nullptr;
     entry->writeInt(int(emitterFlags & ~(UPDATED | PLAYING)));
@@ -324,5 +326,5 @@ tbEntry* tbEmitter::write(tbFile* file, tbEntry* entry) const
     entry->writeFloat(pitch);
     entry->writeFloat(pan);
     entry->writeInt(looping ? 1 : 0);
-    return entry;
+    return created;
 }

@@ -191,8 +191,10 @@ tbEntry* tbFence::read(tbFile* file, tbEntry* entry)
 
 tbEntry* tbFence::write(tbFile* file, tbEntry* entry) const
 {
-    entry = tbGroup::write(file, entry);
+    tbEntry* created = tbGroup::write(file, entry);
+    if (!entry)
+        entry = created;
     if (entry)
         entry->writeInt(mode);
-    return entry;
+    return created;
 }

@@ -103,8 +103,10 @@ tbEntry* tbSphereFence::read(tbFile* file, tbEntry* entry)
 
 tbEntry* tbSphereFence::write(tbFile* file, tbEntry* entry) const
 {
-    entry = tbFence::write(file, entry);
+    tbEntry* created = tbFence::write(file, entry);
+    if (!entry)
+        entry = created;
     if (entry)
         volume.write(entry);
-    return entry;
+    return created;
 }

@@ -224,10 +224,12 @@ tbEntry* tbAutoSwitch::read(tbFile* file, tbEntry* entry)
 
 tbEntry* tbAutoSwitch::write(tbFile* file, tbEntry* entry) const
 {
-    entry = tbSwitch::write(file, entry);
+    tbEntry* created = tbSwitch::write(file, entry);
+    if (!entry)
+        entry = created;
     if (!entry)
         return nullptr;
     entry->writeInt(enabled ? 1 : 0);
     iterator.write(entry);
-    return entry;
+    return created;
 }

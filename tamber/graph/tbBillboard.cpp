@@ -322,11 +322,13 @@ tbEntry* tbBillboard::read(tbFile* file, tbEntry* entry)
 
 tbEntry* tbBillboard::write(tbFile* file, tbEntry* entry) const
 {
-    entry = tbGroup::write(file, entry);
+    tbEntry* created = tbGroup::write(file, entry);
+    if (!entry)
+        entry = created;
     if (!entry)
         return nullptr;
     entry->writeInt(mode);
     axis.write(entry);
     position.write(entry);
-    return entry;
+    return created;
 }

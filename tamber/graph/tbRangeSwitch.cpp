@@ -409,7 +409,9 @@ tbEntry* tbRangeSwitch::read(tbFile* file, tbEntry* entry)
 
 tbEntry* tbRangeSwitch::write(tbFile* file, tbEntry* entry) const
 {
-    entry = tbSwitch::write(file, entry);
+    tbEntry* created = tbSwitch::write(file, entry);
+    if (!entry)
+        entry = created;
     if (!entry)
         return nullptr;
     entry->writeInt(ranges.getNum());
@@ -422,5 +424,5 @@ tbEntry* tbRangeSwitch::write(tbFile* file, tbEntry* entry) const
     entry->writeInt(centerFixed ? 1 : 0);
     center.write(entry);
     entry->writeInt(transitionEnabled ? 1 : 0);
-    return entry;
+    return created;
 }

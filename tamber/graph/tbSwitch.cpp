@@ -390,7 +390,9 @@ tbEntry* tbSwitch::read(tbFile* file, tbEntry* entry)
 
 tbEntry* tbSwitch::write(tbFile* file, tbEntry* entry) const
 {
-    entry = tbGroup::write(file, entry);
+    tbEntry* created = tbGroup::write(file, entry);
+    if (!entry)
+        entry = created;
     if (!entry)
         return nullptr;
     const int n = std::min(getNumChildren(), activeCapacity);
@@ -401,5 +403,5 @@ tbEntry* tbSwitch::write(tbFile* file, tbEntry* entry) const
     entry->writeFloat(transitionFraction);
     entry->writeFloat(transitionStart);
     entry->writeFloat(transitionTime);
-    return entry;
+    return created;
 }
