@@ -4,6 +4,7 @@
 #include "ModelFile.h"
 
 #include <tamber/collide/tbCollider.h>
+#include <tamber/graph/tbModel.h>
 #include <tamber/graph/tbScene.h>
 #include <tamber/trav/tbTravPath.h>
 
@@ -14,6 +15,8 @@
 
 namespace
 {
+constexpr unsigned ANY_MASK = 0xFFFFFFFF;
+
 tbVec3 pointOf(const std::vector<float>& numbers)
 {
     return tbVec3(numbers[0], numbers[1], numbers[2]);
@@ -67,6 +70,9 @@ void PickCommand::run()
     const tbRef<tbGroup> root = loadModel(model);
     const tbRef<tbScene> scene(new tbScene);
     scene->addChild(root.get());
+    // A model answers no collider until it is given a mask.
+    for (int i = 0; i < tbModel::getNum(true); ++i)
+        tbModel::get(i, true)->setColliderMask(ANY_MASK);
     scene->update();
 
     const tbRef<tbCollider> collider(new tbCollider);

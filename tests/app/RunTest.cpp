@@ -195,3 +195,17 @@ TEST(Run, NothingIsWrittenWhereNothingCanBe)
     EXPECT_TRUE(holds(isFolder.err, "folder.tb: "));
     EXPECT_TRUE(std::filesystem::is_empty("folder.tb"));
 }
+
+TEST(Pick, NamesWhatARayStrikesFirst)
+{
+    writeRow("picked.tb");
+    const Result hit = run("pick picked.tb --from 3.2,-5,0.2 --to 3.2,5,0.2");
+    EXPECT_EQ(hit.code, 0) << hit.err;
+    EXPECT_TRUE(holds(hit.out, "tbModel/tbTransform/tbMesh")) << hit.out;
+    EXPECT_TRUE(holds(hit.out, "distance  5")) << hit.out;
+    EXPECT_TRUE(holds(hit.out, "primitive 0")) << hit.out;
+    EXPECT_EQ(run("pick picked.tb --from 2,-5,0.2 --to 2,5,0.2").out, "nothing\n");
+    EXPECT_EQ(run("pick picked.tb --from 1,2,3 --to 1,2,3").code, 1);
+    EXPECT_EQ(run("pick picked.tb --from 1,2 --to 1,2,3").code, 1);
+    EXPECT_EQ(run("pick nowhere.tb --from 1,2,3 --to 1,2,4").code, 1);
+}
