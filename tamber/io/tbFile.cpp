@@ -6,7 +6,6 @@
 #include <tamber/kernel/tbiText.h>
 #include <tamber/platform/tbiFile.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -18,8 +17,6 @@ using namespace tbiFileLayout;
 constexpr int DEFAULT_DEPTH = 1024;
 constexpr unsigned DEFAULT_OBJECTS = 1u << 24;
 constexpr int MOST_MESSAGES = 20;
-constexpr std::int64_t SMALLEST_BUDGET = std::int64_t{256} << 20;
-constexpr std::int64_t BUDGET_FACTOR = 160;
 constexpr int LARGEST_COUNT = int(tbListStorage::COUNT_MASK);
 
 // Names are printed so that they cannot be anything but text. Those of classes are ASCII, those of files need not be.
@@ -178,7 +175,7 @@ bool tbFile::readTables()
     if (state->dataStart > length || header->numEntries > unsigned(LARGEST_COUNT) ||
         header->numTags > unsigned(LARGEST_COUNT))
         return setError(FILE_READ_ERROR, "more tags and entries than the file can hold");
-    state->dataBudget = std::max(SMALLEST_BUDGET, BUDGET_FACTOR * length);
+    state->setBudget(length);
 
     const std::size_t tableBytes = std::size_t(tagBytes + recordBytes);
     auto* tables = static_cast<unsigned char*>(tbMemory::malloc(tableBytes));

@@ -270,6 +270,7 @@ bool tbFile::finishWrite()
         return false;
     descriptor = tbiOpenFileForUpdate(state->target.c_str());
     state->window.attach(descriptor, length);
+    state->setBudget(length);
     state->dataStart =
         HEADER_SIZE + std::int64_t{TAG_SIZE} * tags.getNum() + std::int64_t{RECORD_SIZE} * entries.getNum();
     byteSwapped = false;

@@ -6,6 +6,7 @@
 #include <tamber/io/tbiFileWriter.h>
 #include <tamber/io/tbiHashTable.h>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -33,6 +34,9 @@ struct tbiFileState : tbAllocated<tbiFileState>
     std::int64_t dataBudget = 0; // what all entries together may hold
     std::int64_t dataSpent = 0;
 
+    static constexpr std::int64_t SMALLEST_BUDGET = std::int64_t{256} << 20;
+    static constexpr std::int64_t BUDGET_FACTOR = 160;
+
     int readDepth = 0; // objects that are reading themselves
     unsigned int paths = 0;
     bool depthReported = false;
@@ -43,6 +47,8 @@ struct tbiFileState : tbAllocated<tbiFileState>
     const char* writeRule = nullptr; // why the file must not be written
     tbiFileWriter writer;
 
+    /// Sets what the entries of a file of `length` bytes may hold.
+    void setBudget(std::int64_t length) { dataBudget = std::max(SMALLEST_BUDGET, BUDGET_FACTOR * length); }
     /// Forgets the file that was open; the last error stays to be asked for.
     void close()
     {

@@ -159,6 +159,17 @@ TEST_F(FileWrite, PartlyRewrittenEntryBeginsAnew)
     EXPECT_EQ(file.getEntry(0)->readInt(), 7);
 }
 
+TEST_F(FileWrite, NewFileIsReadOnceItIsWritten)
+{
+    ASSERT_TRUE(file.create(path.c_str()));
+    tbEntry* entry = addEntry("data");
+    ASSERT_TRUE(file.write());
+    entry->reset();
+    entry->writeInt(7);
+    ASSERT_TRUE(file.readEntry(entry)) << file.getErrorText();
+    EXPECT_EQ(std::string(static_cast<char*>(entry->getData()), 4), "data");
+}
+
 TEST_F(FileWrite, ReplacedFileKeepsItsRightsAndTheLinksToIt)
 {
     namespace fs = std::filesystem;
