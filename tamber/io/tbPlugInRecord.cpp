@@ -3,7 +3,9 @@
 
 #include <tamber/io/tbFile.h>
 #include <tamber/io/tbiPlugInSearch.h>
+#include <tamber/kernel/tbiLocks.h>
 #include <tamber/platform/tbiModuleName.h>
+#include <tamber/thread/tbiLockGuard.h>
 
 #include <algorithm>
 #include <cstring>
@@ -52,6 +54,7 @@ void tbPlugIn::savePlugIns(tbFile* file)
     entry->reset();
     entry->setVersion(tbGetVersion());
 
+    tbiLockGuard guard(tbiLocks::plugIn); // the number and the records belong together
     int number = 0;
     for (int i = 0; i < getNum(); ++i)
         number += get(i)->isSaveWithFileEnabled() ? 1 : 0;
