@@ -59,6 +59,7 @@ endfunction()
 function(tamber_add_cases target)
   if(TAMBER_RUN_TESTS)
     tamber_test_folder(properties ${target})
-    gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120 PROPERTIES ${properties})
+    gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120 NO_PRETTY_VALUES
+                         PROPERTIES ${properties})
   endif()
 endfunction()
