@@ -12,6 +12,7 @@
 #include <tamber/kernel/tbiText.h>
 #include <tamber/platform/tbiModule.h>
 #include <tamber/platform/tbiModuleName.h>
+#include <tamber/platform/tbiPath.h>
 #include <tamber/thread/tbiLockGuard.h>
 
 // What is known of a loader module, loaded or not.
@@ -289,6 +290,7 @@ bool tbLoader::exportFile(const tbBase* object, const char* name)
         const char last = saveDir[std::strlen(saveDir) - 1];
         path = std::string(saveDir) + (last == '/' || last == '\\' ? "" : "\\") + name;
     }
+    tbiToNativePath(path.data()); // loaders hand it to the system as it is
     const char* extension = extensionOf(path.c_str());
     if (tbLoader* loader = extension ? loadFor(extension) : nullptr)
     {

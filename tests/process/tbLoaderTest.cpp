@@ -162,6 +162,10 @@ TEST_F(Loader, GroupsAreExportedNativelyWithTheirPlugIns)
 
     EXPECT_TRUE(tbLoader::exportFile(model.get(), directory.path("foreign.tst").c_str()));
     EXPECT_EQ(tbtest::readAll(directory.path("foreign.tst")), "town");
+    tbLoader::setSaveDirectory(std::filesystem::path(directory.path("x")).parent_path().string().c_str());
+    EXPECT_TRUE(tbLoader::exportFile(model.get(), "below.tst"));
+    tbLoader::setSaveDirectory(nullptr);
+    EXPECT_EQ(tbtest::readAll(directory.path("below.tst")), "town");
     EXPECT_FALSE(tbLoader::exportFile(model.get(), directory.path("absent/scene.tb").c_str()));
     EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_FILE_NOT_FOUND);
     EXPECT_FALSE(tbLoader::exportFile(nullptr, "scene"));
