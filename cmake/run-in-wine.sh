@@ -16,4 +16,8 @@ if [ ! -f "$WINEPREFIX/made" ]; then
         [ -f "$WINEPREFIX/made" ] || { "$wine" wineboot.exe --init >/dev/null 2>&1 && touch "$WINEPREFIX/made"; }
     ) 9>"$WINEPREFIX/lock"
 fi
+# Its server stays between programs: one that is about to end would turn the next program away.
+server=$(dirname "$wine")/wineserver64
+[ -x "$server" ] || server=wineserver
+"$server" -p30 2>/dev/null || true
 exec "$wine" "$@"
