@@ -61,7 +61,7 @@ public:
     /// Waits for the last query and the current edit, and keeps others out until releaseFromMods().
     virtual void acquireForMods();
     virtual void releaseFromMods();
-    /// Whether the graph could be taken for an edit (a query) now. Nothing is taken.
+    /// Both: whether the access lock is free now. Open queries do not hold it, and nothing is taken.
     virtual bool availableForMods();
     /// Waits for the current edit; further queries may come in, edits wait.
     virtual void acquireForQuery();
