@@ -21,7 +21,8 @@ public:
     virtual void syncApply(tbBase* initiator);
     /// Done when the poster may go on already; nothing here.
     virtual void postSyncApply(tbBase* initiator);
-    /// Waits until the request has been applied; one wait for each time that it was posted.
+    /// Waits until the request has been applied, or dropped with the thread that it was posted to; one wait for each
+    /// time that it was posted.
     void waitForSyncToFinish();
 
     tbBase* createCopy() const override;

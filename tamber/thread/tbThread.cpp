@@ -111,6 +111,8 @@ void tbThread::dropRecords()
     Record record;
     while (queue->get(&record))
     {
+        if (record.kind == Record::FLUSH)
+            static_cast<tbFlushThread*>(record.object)->finished->inc(); // who waits for it goes on
         if (record.kind == Record::DELETE_NOW)
             tbBase::markDeleted(record.object);
         else if (!record.isPass())

@@ -45,7 +45,8 @@ void tbThread::addActionToQueue(tbAction* action)
 
 void tbThread::addActionToQueue(tbFlushThread* request)
 {
-    post(Record::FLUSH, request);
+    if (!post(Record::FLUSH, request) && request)
+        request->finished->inc(); // nobody will apply it, so nobody waits for that
 }
 
 void tbThread::processQueue(bool untilEmpty)

@@ -296,6 +296,20 @@ TEST(Thread, PostedFlushRequestCanBeWaitedFor)
     EXPECT_EQ(action->getTimes(), 1);
 }
 
+TEST(Thread, DroppedFlushRequestHoldsNobodyUp)
+{
+    tbRef<tbThread> thread = new tbThread;
+    const tbRef<tbFlushThread> request = new tbFlushThread;
+    thread->addActionToQueue(request.get());
+    thread.reset();
+    request->waitForSyncToFinish();
+    thread = new tbThread;
+    thread->kill();
+    thread->addActionToQueue(request.get());
+    request->waitForSyncToFinish();
+    EXPECT_EQ(request->getRefCount(), 1);
+}
+
 TEST(Thread, MayBeDeletedByItsOwnAction)
 {
     std::atomic<bool> started{false}, deleted{false};
