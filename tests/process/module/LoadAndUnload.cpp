@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <initializer_list>
+#include <vector>
 
 namespace
 {
@@ -34,6 +35,9 @@ Function* find(void* module, const char* name, int round)
     return reinterpret_cast<Function*>(address);
 }
 
+// Objects that outlive their kernel; kept in sight, so that they are left over and not lost.
+std::vector<void*> leftOver;
+
 void use(void* kernel, Use how, int round)
 {
     check(find<unsigned()>(kernel, "_Z12tbGetVersionv", round)() == 0x01020000u, "wrong version", round);
@@ -44,8 +48,8 @@ void use(void* kernel, Use how, int round)
     {
         auto* createInstance = find<void*(const char*)>(kernel, "_ZN6tbType14createInstanceEPKc", round);
         for (const char* name : {"tbGroup", "tbTransform", "tbScene", "tbModel", "tbThread"})
-            createInstance(name);
-        check(createInstance("tbGroup") != nullptr, "no group was made", round);
+            leftOver.push_back(createInstance(name));
+        check(leftOver.front() != nullptr, "no group was made", round);
     }
     if (how == Use::START_AND_SHUT_DOWN)
         find<void()>(kernel, "_Z10tbShutdownv", round)();
