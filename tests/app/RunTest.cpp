@@ -28,7 +28,7 @@ struct Result
 std::string readAll(const char* path)
 {
     std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
+    text << std::ifstream(path).rdbuf();
     return text.str();
 }
 

@@ -336,7 +336,8 @@ TEST(Collider, ComesBackFromAFile)
     EXPECT_EQ(read->getNumTraits(), 1);
     EXPECT_EQ(read->getVolumeMode(), tbCollider::VOLUME_USER);
     EXPECT_EQ(read->getLocalVolume(), nullptr);
-    EXPECT_EQ(read->intersect(new tbGroup), 0);
+    const tbRef<tbGroup> nothing(new tbGroup);
+    EXPECT_EQ(read->intersect(nothing.get()), 0);
     const tbRef<tbBase> copy(collider->createCopy());
     EXPECT_EQ(static_cast<tbCollider*>(copy.get())->getNumTraits(), 1);
 }
