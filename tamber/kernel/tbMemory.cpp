@@ -43,6 +43,8 @@ void* tbMemory::malloc32(std::size_t size) noexcept
 
 void* tbMemory::calloc(std::size_t count, std::size_t size) noexcept
 {
+    if (size != 0 && count > SIZE_MAX / size)
+        return nullptr;
     return counted(std::calloc(count, size));
 }
 
