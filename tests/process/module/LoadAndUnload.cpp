@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <initializer_list>
-#include <vector>
+#include <iterator>
 
 namespace
 {
@@ -35,8 +35,9 @@ Function* find(void* module, const char* name, int round)
     return reinterpret_cast<Function*>(address);
 }
 
-// Objects that outlive their kernel; kept in sight, so that they are left over and not lost.
-std::vector<void*> leftOver;
+// Objects that outlive their kernel; kept in sight to the end, so that they are left over and not lost.
+constexpr const char* CLASSES[] = {"tbGroup", "tbTransform", "tbScene", "tbModel", "tbThread"};
+void* leftOver[std::size(CLASSES)];
 
 void use(void* kernel, Use how, int round)
 {
@@ -47,9 +48,9 @@ void use(void* kernel, Use how, int round)
     if (how == Use::LEAVE_OBJECTS)
     {
         auto* createInstance = find<void*(const char*)>(kernel, "_ZN6tbType14createInstanceEPKc", round);
-        for (const char* name : {"tbGroup", "tbTransform", "tbScene", "tbModel", "tbThread"})
-            leftOver.push_back(createInstance(name));
-        check(leftOver.front() != nullptr, "no group was made", round);
+        for (std::size_t i = 0; i < std::size(CLASSES); ++i)
+            leftOver[i] = createInstance(CLASSES[i]);
+        check(leftOver[0] != nullptr, "no group was made", round);
     }
     if (how == Use::START_AND_SHUT_DOWN)
         find<void()>(kernel, "_Z10tbShutdownv", round)();
