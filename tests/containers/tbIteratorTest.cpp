@@ -84,13 +84,13 @@ TEST(Iterator, GoesOnByTheClock)
 {
     tbIterator iterator;
     iterator.setNumItems(3);
-    iterator.setItemTime(0.05f);
+    iterator.setItemTime(0.4f); // long against what a busy machine stalls
     EXPECT_EQ(iterator.update(), 0);
     EXPECT_EQ(iterator.update(), 0);
-    wait(70);
+    wait(450);
     EXPECT_EQ(iterator.update(), 1);
     iterator.pause();
-    wait(60);
+    wait(10);
     EXPECT_EQ(iterator.update(), 1);
 }
 
