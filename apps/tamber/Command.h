@@ -14,8 +14,13 @@ public:
     virtual ~Command() = default;
     /// Adds the command with its help and options to `app`.
     virtual void define(CLI::App& app) = 0;
-    /// Does the work once the options are filled in. Failures leave as CommandError.
-    virtual void run() = 0;
+    /// Does the work once the options are filled in, and returns the program's exit code. Failures leave as
+    /// exceptions, CommandError above all.
+    virtual int run() = 0;
+    /// The exit code of a failure.
+    virtual int getFailureCode() const { return 1; }
+    /// False for commands that look at files only: the kernel is not started then and no module loaded.
+    virtual bool needsKernel() const { return true; }
     /// True when the command line names this command.
     bool isChosen() const;
 

@@ -60,7 +60,7 @@ void PickCommand::define(CLI::App& app)
         "start and the number of the primitive; 'nothing' when the ray strikes nothing.");
 }
 
-void PickCommand::run()
+int PickCommand::run()
 {
     const tbVec3 start = pointOf(from);
     const tbVec3 end = pointOf(to);
@@ -85,10 +85,11 @@ void PickCommand::run()
     if (hits == 0)
     {
         std::cout << "nothing\n";
-        return;
+        return 0;
     }
     const tbHit& hit = *collider->getRayHit(0);
     std::cout << "node      " << pathOf(hit) << "\npoint     " << hit.point.x << ' ' << hit.point.y << ' '
               << hit.point.z << "\ndistance  " << hit.distance << "\nprimitive " << hit.primitive
               << "\nvertex    " << hit.index << '\n';
+    return 0;
 }

@@ -55,7 +55,7 @@ void RunCommand::define(CLI::App& app)
         "that it holds.");
 }
 
-void RunCommand::run()
+int RunCommand::run()
 {
     if (!saveFile.empty())
         checkSaveTarget(saveFile);
@@ -70,4 +70,5 @@ void RunCommand::run()
     printFrames(results);
     std::cout << '\n';
     printMemory(std::cout);
+    return 0;
 }

@@ -10,7 +10,7 @@ class RunCommand : public Command
 {
 public:
     void define(CLI::App& app) override;
-    void run() override;
+    int run() override;
 
 private:
     std::string model;

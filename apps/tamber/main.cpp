@@ -1,18 +1,17 @@
 // The command-line program: finds the command, starts the kernel, runs it, and turns failures into one line on
-// stderr and exit code 1.
+// stderr and an exit code that is not 0.
 
 #include "CommandError.h"
+#include "Commands.h"
 #include "Kernel.h"
-#include "PickCommand.h"
-#include "RunCommand.h"
 
 #include <tamber/kernel/tbVersion.h>
 
 #include <CLI/CLI.hpp>
 
 #include <exception>
-#include <initializer_list>
 #include <iostream>
+#include <optional>
 #include <string>
 
 namespace
@@ -23,15 +22,17 @@ int runCommand(Command& command, const KernelOptions& options)
 {
     try
     {
-        const Kernel kernel(options);
-        command.run();
+        std::optional<Kernel> kernel;
+        if (command.needsKernel())
+            kernel.emplace(options);
+        const int result = command.run();
         std::cout.flush();
-        return std::cout ? 0 : FAILURE;
+        return std::cout ? result : command.getFailureCode();
     }
     catch (const std::exception& error)
     {
         std::cerr << "tamber: " << error.what() << '\n';
-        return FAILURE;
+        return command.getFailureCode();
     }
 }
 
@@ -53,10 +54,8 @@ int main(int argc, char** argv)
     app.add_flag("--trust", options.trustFiles, "Let native files load the plug-ins that they name");
     app.add_flag("-v,--verbose", options.verbose, "Show the library's messages on stderr");
 
-    RunCommand run;
-    PickCommand pick;
-    const std::initializer_list<Command*> commands = {&run, &pick};
-    for (Command* command : commands)
+    const auto commands = makeCommands();
+    for (const auto& command : commands)
         command->define(app);
 
     try
@@ -67,7 +66,7 @@ int main(int argc, char** argv)
     {
         return app.exit(error) == 0 ? 0 : FAILURE;
     }
-    for (Command* command : commands)
+    for (const auto& command : commands)
         if (command->isChosen())
             return runCommand(*command, options);
     return FAILURE;
