@@ -9,15 +9,15 @@ WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe="
 unset DISPLAY
 export WINEPREFIX WINEDEBUG WINEDLLOVERRIDES
 mkdir -p "$WINEPREFIX"
-# The first program to run makes the folder; a second one at that moment would find it half made.
-if [ ! -f "$WINEPREFIX/made" ]; then
-    (
-        flock 9
-        [ -f "$WINEPREFIX/made" ] || { "$wine" wineboot.exe --init >/dev/null 2>&1 && touch "$WINEPREFIX/made"; }
-    ) 9>"$WINEPREFIX/lock"
-fi
-# Its server stays between programs: one that is about to end would turn the next program away.
+# Wine's server stays between programs: one that is about to end would turn the next program away. Whoever finds none
+# starts it and lets Windows boot before anybody else comes; that makes the folder, too, where there is none. Neither
+# the server nor what boots keeps the lock or the caller's output.
 server=$(dirname "$wine")/wineserver64
 [ -x "$server" ] || server=wineserver
-"$server" -p30 2>/dev/null || true
+(
+    flock 9
+    if "$server" -p30 </dev/null >/dev/null 2>&1 9>&-; then
+        "$wine" wineboot.exe --init </dev/null >/dev/null 2>&1 9>&- || true
+    fi
+) 9>"$WINEPREFIX/lock"
 exec "$wine" "$@"
