@@ -242,6 +242,19 @@ bool tbFile::create(const char* path)
     return true;
 }
 
+bool tbFile::setByteSwapped(bool swapped)
+{
+    if (openMode != MODE_CREATE || entries.getNum() > 0)
+        return false;
+    byteSwapped = state->swapOutput = swapped;
+    return true;
+}
+
+void tbFile::setCompression(tbEntry::COMPRESSION method)
+{
+    state->compression = method;
+}
+
 void tbFile::close()
 {
     freeAll();
@@ -356,7 +369,12 @@ tbEntry* tbFile::newEntry(int tag)
         return nullptr;
     auto* entry = new tbEntry(this, tag);
     if (entry && addEntry(entry) >= 0)
+    {
+        entry->magic = state->swapOutput ? MAGIC_SWAPPED : MAGIC;
+        entry->byteSwapped = state->swapOutput;
+        entry->compression = state->compression;
         return entry;
+    }
     failWrite("more entries than a file can hold");
     return nullptr;
 }

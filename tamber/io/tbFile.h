@@ -46,6 +46,12 @@ public:
     /// Begins a new file. It is written beside `path` and takes its place when write() succeeds; until then, and
     /// when the file is closed without write(), what stood at `path` stays as it was.
     bool create(const char* path);
+    /// Has the file that create() began written in the byte order that this machine does not have: header, tables
+    /// and entries. False, and nothing changed, for another file and once it has an entry.
+    bool setByteSwapped(bool swapped);
+    /// How entries that are made from now on are packed, where that makes them shorter. Not at all at first, and
+    /// again when the file closes.
+    void setCompression(tbEntry::COMPRESSION method);
     /// Writes everything to a new file beside the target, which then replaces the target in one step: after any
     /// failure the old file is untouched, and this file is closed. A graph that could not be saved whole, and a
     /// file that would pass 2 GiB, are refused with FILE_WRITE_ERROR before anything is touched.

@@ -46,11 +46,12 @@ void tbPlugIn::enableDynamicPlugIns(bool enable)
 void tbPlugIn::savePlugIns(tbFile* file)
 {
     tbEntry* entry = file->findEntry(listTag);
-    if (!entry)
+    if (entry)
+        entry->setData(nullptr, 0);
+    else
         entry = file->newEntry(file->newTag(listTag));
     if (!entry)
         return;
-    entry->setData(nullptr, 0);
     entry->reset();
     entry->setVersion(tbGetVersion());
 

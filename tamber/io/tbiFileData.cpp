@@ -177,21 +177,22 @@ bool tbFile::canWrite()
 bool tbFile::writeAll()
 {
     tbiFileWriter& writer = state->writer;
+    const bool swap = state->swapOutput;
     unsigned char bytes[HEADER_SIZE] = {};
     header->version = tbGetVersion();
     header->numEntries = std::uint32_t(entries.getNum());
     header->numTags = std::uint32_t(tags.getNum());
-    store(bytes + HEADER_MAGIC, MAGIC);
-    store(bytes + HEADER_VERSION, header->version);
-    store(bytes + HEADER_ENTRIES, header->numEntries);
-    store(bytes + HEADER_TAGS, header->numTags);
+    store(bytes + HEADER_MAGIC, MAGIC, swap);
+    store(bytes + HEADER_VERSION, header->version, swap);
+    store(bytes + HEADER_ENTRIES, header->numEntries, swap);
+    store(bytes + HEADER_TAGS, header->numTags, swap);
     if (!tbiWriteFile(writer.getDescriptor(), bytes, HEADER_SIZE, 0) || !writer.seek(HEADER_SIZE))
         return setError(FILE_NOT_OPEN, "the header cannot be written");
 
     for (const tbiTag* tag : tags)
     {
         unsigned char record[TAG_SIZE];
-        store(record + TAG_INDEX, std::uint32_t(tag->index));
+        store(record + TAG_INDEX, std::uint32_t(tag->index), swap);
         std::memcpy(record + TAG_NAME, tag->name, TAG_NAME_SIZE);
         writer.write(record, TAG_SIZE);
     }
@@ -242,6 +243,7 @@ bool tbFile::writeData(tbEntry* entry)
 bool tbFile::writeDirectory(std::int64_t place)
 {
     tbiFileWriter& writer = state->writer;
+    const bool swap = state->swapOutput;
     const std::int64_t end = writer.getPosition();
     writer.seek(place);
     for (const tbEntry* entry : entries)
@@ -249,11 +251,11 @@ bool tbFile::writeDirectory(std::int64_t place)
         unsigned char record[RECORD_SIZE];
         // The magic's order is that of the entry's data; everything else is in the file's order.
         store(record + RECORD_MAGIC, MAGIC, entry->byteSwapped);
-        store(record + RECORD_TAG, std::uint32_t(entry->tag));
-        store(record + RECORD_OFFSET, entry->fileOffset);
-        store(record + RECORD_COMPRESSION, std::uint32_t(entry->compression));
-        store(record + RECORD_DATA_SIZE, std::uint32_t(entry->dataSize));
-        store(record + RECORD_VERSION, entry->version);
+        store(record + RECORD_TAG, std::uint32_t(entry->tag), swap);
+        store(record + RECORD_OFFSET, entry->fileOffset, swap);
+        store(record + RECORD_COMPRESSION, std::uint32_t(entry->compression), swap);
+        store(record + RECORD_DATA_SIZE, std::uint32_t(entry->dataSize), swap);
+        store(record + RECORD_VERSION, entry->version, swap);
         writer.write(record, RECORD_SIZE);
     }
     return writer.seek(end);
@@ -273,6 +275,6 @@ bool tbFile::finishWrite()
     state->setBudget(length);
     state->dataStart =
         HEADER_SIZE + std::int64_t{TAG_SIZE} * tags.getNum() + std::int64_t{RECORD_SIZE} * entries.getNum();
-    byteSwapped = false;
+    byteSwapped = state->swapOutput;
     return true;
 }

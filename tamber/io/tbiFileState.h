@@ -43,6 +43,8 @@ struct tbiFileState : tbAllocated<tbiFileState>
     bool pathsReported = false;
     std::vector<HeldData> heldData;
 
+    bool swapOutput = false; // the header, the tables and new entries are written in the other byte order
+    tbEntry::COMPRESSION compression = tbEntry::NO_COMPRESSION; // of new entries
     int writeDepth = 0;
     const char* writeRule = nullptr; // why the file must not be written
     tbiFileWriter writer;
@@ -60,6 +62,8 @@ struct tbiFileState : tbAllocated<tbiFileState>
         readDepth = writeDepth = 0;
         paths = 0;
         heldData.clear();
+        swapOutput = false;
+        compression = tbEntry::NO_COMPRESSION;
         writeRule = nullptr;
     }
     /// Begins with a file of that name.

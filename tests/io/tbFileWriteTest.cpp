@@ -109,6 +109,62 @@ TEST_F(FileWrite, RunsArePackedWhenItPays)
     static_cast<void>(unpackable);
 }
 
+TEST_F(FileWrite, OtherByteOrderIsExactAndReadsBack)
+{
+    FileBuilder expected(true);
+    const std::string record = expected.record().integer(5).word(6).wide(2.5).byte(7).number(1.5f);
+    expected.add("tbOne", record);
+    expected.add("tbTwo", record);
+    for (int round = 0; round < 2; ++round)
+    {
+        ASSERT_TRUE(file.create(path.c_str()));
+        ASSERT_TRUE(file.setByteSwapped(true));
+        for (const char* name : {"tbOne", "tbTwo"})
+        {
+            tbEntry* entry = file.newEntry(file.newTag(name));
+            entry->setVersion(0x01020000);
+            entry->writeInt(5);
+            entry->writeShort(6);
+            entry->writeDouble(2.5);
+            entry->writeByte(7);
+            entry->writeFloat(1.5f);
+        }
+        EXPECT_FALSE(file.setByteSwapped(false)) << "too late";
+        ASSERT_TRUE(file.write());
+        ASSERT_TRUE(round == 1 || file.write()) << "a second time, from what the first wrote";
+        EXPECT_EQ(tbtest::readAll(path), expected.build());
+        file.close();
+    }
+    ASSERT_TRUE(file.open(path.c_str(), "r"));
+    EXPECT_FALSE(file.setByteSwapped(true)) << "not created";
+    tbEntry* entry = file.getEntry(1);
+    ASSERT_TRUE(file.readEntry(entry));
+    EXPECT_EQ(entry->readInt(), 5);
+    EXPECT_EQ(entry->readShort(), 6);
+    EXPECT_EQ(entry->readDouble(), 2.5);
+    EXPECT_EQ(entry->readByte(), 7);
+    EXPECT_EQ(entry->readFloat(), 1.5f);
+}
+
+TEST_F(FileWrite, PackingHoldsForEntriesMadeLater)
+{
+    const std::string data(1000, 'x');
+    for (const bool swap : {false, true})
+    {
+        ASSERT_TRUE(file.create(path.c_str()));
+        file.setByteSwapped(swap);
+        const auto add = [&] { file.newEntry(file.newTag("tbOne"))->writeChunk(data.data(), 1000); };
+        add();
+        file.setCompression(tbEntry::RLE);
+        add();
+        ASSERT_TRUE(file.write());
+        EXPECT_EQ(tbtest::readAll(path).size(), 96u + 68 + 112 * 2 + 1000 + (4 + 9));
+        ASSERT_TRUE(file.open(path.c_str(), "r"));
+        ASSERT_TRUE(file.readEntry(file.getEntry(1)));
+        EXPECT_EQ(std::string(static_cast<char*>(file.getEntry(1)->getData()), 1000), data);
+    }
+}
+
 TEST_F(FileWrite, RewritingKeepsWhatWasNeverLoadedAndItsByteOrder)
 {
     FileBuilder builder(true);
