@@ -28,6 +28,7 @@ if(NOT DEFINED CMAKE_INSTALL_RPATH AND NOT WIN32)
 endif()
 
 find_package(Threads REQUIRED)
+include(TamberHardening)
 
 # Without unique symbols a module that was opened at run time is really gone after it was closed.
 include(CheckCXXCompilerFlag)
