@@ -1,0 +1,65 @@
+#include "Finding.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <utility>
+
+namespace native
+{
+
+void Findings::add(Finding finding)
+{
+    const KindInfo& info = infoOf(finding.kind);
+    ++bySeverity[unsigned(info.severity)];
+    if (byKind.empty())
+        byKind.resize(allKinds().size());
+    ++byKind[std::size_t(&info - allKinds().data())];
+    if (kept.size() < limit)
+        kept.push_back(std::move(finding));
+}
+
+std::uint64_t Findings::count(Kind kind) const
+{
+    return byKind.empty() ? 0 : byKind[std::size_t(&infoOf(kind) - allKinds().data())];
+}
+
+const KindInfo& infoOf(Kind kind)
+{
+    const auto kinds = allKinds();
+    return *std::lower_bound(kinds.begin(), kinds.end(), kind,
+                             [](const KindInfo& info, Kind wanted) { return info.kind < wanted; });
+}
+
+const char* nameOf(Severity severity)
+{
+    switch (severity)
+    {
+    case Severity::NOTE:
+        return "note";
+    case Severity::WARNING:
+        return "warning";
+    case Severity::ERROR:
+        break;
+    }
+    return "error";
+}
+
+std::string printable(std::string_view text)
+{
+    std::string out;
+    for (const char c : text)
+    {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte >= 0x20 && byte < 0x7F)
+        {
+            out += c;
+            continue;
+        }
+        char escape[8];
+        std::snprintf(escape, sizeof escape, "\\x%02X", unsigned(byte));
+        out += escape;
+    }
+    return out;
+}
+
+} // namespace native
