@@ -116,4 +116,5 @@
 #include <tamber/io/tbFile.h>
 #include <tamber/io/tbImport.h>
 #include <tamber/io/tbLoader.h>
+#include <tamber/io/tbModelFiles.h>
 #include <tamber/io/tbPlugIn.h>

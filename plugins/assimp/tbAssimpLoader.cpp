@@ -5,6 +5,7 @@
 #include <tamber/io/tbLoader.h>
 #include <tamber/kernel/tbString.h>
 
+#include "tbiAssimpFiles.h"
 #include "tbiAssimpGraph.h"
 #include "tbiAssimpMesh.h"
 
@@ -96,6 +97,8 @@ private:
     static tbBase* importModel(const char* path)
     {
         Assimp::Importer importer;
+        auto* files = new tbiAssimpFiles(path);
+        importer.SetIOHandler(files); // which deletes it
         importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_PRESERVE_PIVOTS, false);
         const aiScene* scene = importer.ReadFile(path, 0);
         if (scene)
@@ -105,7 +108,8 @@ private:
         }
         if (!scene)
         {
-            fail(importer.GetErrorString());
+            const char* refusal = files->getRefusal();
+            fail(importer.GetErrorString() + (refusal ? "; " + std::string(refusal) : ""));
             return nullptr;
         }
         return tbiConvertScene(*scene, extensionOf(path)).release();
@@ -114,10 +118,10 @@ private:
     /// The format is known, the file is not what it should be.
     static constexpr auto CANNOT_READ = LOADER_ERROR(2);
 
-    static void fail(const char* reason)
+    static void fail(const std::string& reason)
     {
         setError(CANNOT_READ);
-        setErrorMessage(reason && *reason ? reason : "the file cannot be read");
+        setErrorMessage(reason.empty() ? "the file cannot be read" : reason.c_str());
     }
 };
 

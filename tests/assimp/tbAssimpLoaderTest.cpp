@@ -4,6 +4,7 @@
 #include <portable/tbTexture.h>
 #include <tamber/graph/tbModel.h>
 #include <tamber/io/tbLoader.h>
+#include <tamber/io/tbModelFiles.h>
 #include <tamber/kernel/tbRef.h>
 #include <tamber/render/tbStyle.h>
 #include <tamber/render/tbVertexArray.h>
@@ -11,6 +12,7 @@
 #include <tests/support/Messages.h>
 #include <tests/support/Near.h>
 
+#include <filesystem>
 #include <fstream>
 #include <string>
 
@@ -170,4 +172,37 @@ TEST(AssimpLoader, SaysWhyAFileCannotBeRead)
     EXPECT_NE(tbLoader::getError(), tbLoader::LOADER_OK);
     ASSERT_TRUE(tbLoader::getErrorMessage());
     EXPECT_NE(std::string(tbLoader::getErrorMessage()), "");
+}
+
+TEST(AssimpLoader, OpensNoFilesOutsideTheModelsDirectory)
+{
+    std::filesystem::create_directories("inside");
+    std::ofstream("secret.mtl") << TEXTURED_SQUARE_MATERIAL;
+    std::ofstream("inside/own.mtl") << TEXTURED_SQUARE_MATERIAL;
+    const std::string outside = std::filesystem::absolute("secret.mtl").string();
+    std::error_code error;
+    std::filesystem::create_symlink(outside, "inside/link.mtl", error);
+    const auto opacityWith = [](const std::string& library)
+    {
+        std::string text = TEXTURED_SQUARE;
+        text.replace(text.find("square.mtl"), 10, library);
+        const tbRef<tbModel> model = import("inside/m.obj", text.c_str());
+        return model ? findTrait<tbMaterial>(*styleBelow(model.get()))->getOpacity() : -1.0f;
+    };
+    EXPECT_EQ(opacityWith("own.mtl"), 0.5f);
+    tbtest::allowMessages("is not opened: it lies outside");
+    for (const std::string& library : {std::string("../secret.mtl"), outside, std::string("link.mtl")})
+        EXPECT_EQ(opacityWith(library), 1.0f) << library; // the model comes without its material
+    EXPECT_FALSE(tbtest::takeMessages().empty());
+    tbModelFiles::enableOpenAnywhere(true);
+    EXPECT_EQ(opacityWith("../secret.mtl"), 0.5f);
+    tbModelFiles::enableOpenAnywhere(false);
+}
+
+TEST(AssimpLoader, ScenesThatNameThemselvesComeToAnEnd)
+{
+    constexpr const char* SCENE = "LWSC\n3\n\nLoadObjectLayer 1 self.lws\nShowObject 7 1\n";
+    tbtest::allowMessages("it is being read already");
+    import("self.lws", SCENE);
+    EXPECT_FALSE(tbtest::takeMessages().empty());
 }
