@@ -250,7 +250,7 @@ void describeCollider(RecordForm& form)
                                          {"length", FieldKind::FLOAT, 4, 1, 24}};
     describeBase(form);
     form.vector("position", 3);
-    form.vector("orientation", 4);
+    form.vector("orientation", 3);
     form.bits("colliderMask");
     form.value("saveMask", flags(saves));
     form.value("rayHitMode", enumeration(rayHitModes));
@@ -443,7 +443,7 @@ void describePlugIns(RecordForm& form)
 using Describe = void (*)(RecordForm&);
 
 constexpr ClassInfo classes[] = {
-    {"tbBase", nullptr, ClassInfo::ABSTRACT},
+    {"tbBase", nullptr, ClassInfo::OBJECT},
     {"tbEvent", "tbBase", ClassInfo::OBJECT},
     {"tbLock", "tbBase", ClassInfo::SERVICE},
     {"tbQueue", "tbBase", ClassInfo::SERVICE},
@@ -490,9 +490,8 @@ constexpr ClassInfo classes[] = {
     {"tbBlend", "tbVisualTrait", ClassInfo::OBJECT},
     {"tbFaceCull", "tbVisualTrait", ClassInfo::OBJECT},
     {"tbAudioTrait", "tbTrait", ClassInfo::ABSTRACT},
-    {"tbAudioScale", "tbAudioTrait", ClassInfo::ABSTRACT},
-    {"tbAudioLevelScale", "tbAudioScale", ClassInfo::OBJECT},
-    {"tbAudioPriorityScale", "tbAudioScale", ClassInfo::OBJECT},
+    {"tbAudioLevelScale", "tbAudioTrait", ClassInfo::OBJECT},
+    {"tbAudioPriorityScale", "tbAudioTrait", ClassInfo::OBJECT},
     {"tbTravTrait", "tbTrait", ClassInfo::ABSTRACT},
     {"tbColliderMask", "tbTravTrait", ClassInfo::OBJECT},
     {"tbColliderTarget", "tbTravTrait", ClassInfo::OBJECT},
@@ -537,7 +536,8 @@ constexpr struct
     {"tbTexture", describeTexture},
     {"tbBlend", describeBlend},
     {"tbFaceCull", describeFaceCull},
-    {"tbAudioScale", describeAudioScale},
+    {"tbAudioLevelScale", describeAudioScale},
+    {"tbAudioPriorityScale", describeAudioScale},
     {"tbColliderMask", describeMask},
     {"tbColliderTarget", describeColliderTarget},
     {"tbCull", describeMask},
