@@ -118,3 +118,4 @@
 #include <tamber/io/tbLoader.h>
 #include <tamber/io/tbModelFiles.h>
 #include <tamber/io/tbPlugIn.h>
+#include <tamber/io/tbPlugInReport.h>

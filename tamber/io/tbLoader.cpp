@@ -5,7 +5,9 @@
 #include <tamber/io/tbFile.h>
 #include <tamber/io/tbImport.h>
 #include <tamber/io/tbiPlugInLists.h>
+#include <tamber/io/tbiPlugInLog.h>
 #include <tamber/io/tbiPlugInSearch.h>
+#include <tamber/io/tbiUnknownFormat.h>
 #include <tamber/kernel/tbFilePath.h>
 #include <tamber/kernel/tbString.h>
 #include <tamber/kernel/tbiLocks.h>
@@ -93,23 +95,6 @@ void clearError()
 std::string quoted(const char* name)
 {
     return "\"" + std::string(name ? name : "") + "\"";
-}
-
-// Says what would have been understood, and where more loaders would have been found.
-std::string unknownFormat(const char* path)
-{
-    std::string text = quoted(path) + " is in no format that is known here. Known extensions: ";
-    text += groupExtension;
-    for (const tbiFileType* fileType : *fileTypes)
-        text += std::string(" ") + fileType->extension;
-    for (const tbiLoaderDef* def : *loaderDefs)
-        for (const char* extension : def->extensions)
-            text += std::string(" ") + extension;
-    text += ". Loaders were looked for in:";
-    const tbiPlugInSearch search;
-    for (const std::string& directory : search.getDirectories())
-        text += " " + directory;
-    return text;
 }
 
 std::string findFile(const char* name)
@@ -236,13 +221,17 @@ tbLoader* tbLoader::loadFor(const char* extension)
     const tbiLoaderDef* def = definitionFor(extension);
     if (!def)
         return nullptr;
-    if (!def->path || *def->path == 0 || !load(def->path))
-        load(def->moduleName);
+    tbiPlugInSearch search;
+    const bool hasPath =
+        def->path && *def->path && (tbiPlugInLog::isAskedFor(def->path) || search.allows(def->path));
+    if (!hasPath || !load(def->path, search, true))
+        load(def->moduleName, search, true);
     for (tbLoader* loader : *loaders)
         if (loader->definition == def)
             return loader;
     setFailure(LOADER_UNKNOWN_FORMAT,
-               std::string("the loader ") + def->moduleName + " cannot be loaded any more");
+               std::string("the loader ") + def->moduleName +
+                   " cannot be loaded any more: " + tbiPlugInLog::getReason(def->moduleName));
     return nullptr;
 }
 
@@ -272,7 +261,7 @@ tbBase* tbLoader::importFile(const char* name)
         return nullptr;
     if (tbFile::isTamberFormat(path.c_str()))
         return importNative(path.c_str());
-    setFailure(LOADER_UNKNOWN_FORMAT, unknownFormat(path.c_str()));
+    setFailure(LOADER_UNKNOWN_FORMAT, tbiUnknownFormat(path));
     return nullptr;
 }
 
@@ -400,6 +389,16 @@ void tbiForgetFileType(const tbType* type)
         delete fileType;
         fileTypes->removeOrderedIndex(i);
     }
+}
+
+std::vector<std::string> tbiLoaderExtensions(const std::string& moduleName)
+{
+    tbiLockGuard guard(tbiLocks::plugIn);
+    std::vector<std::string> extensions;
+    for (const tbiLoaderDef* def : *loaderDefs)
+        if (sameName(def->moduleName, moduleName.c_str()))
+            extensions.assign(def->extensions.begin(), def->extensions.end());
+    return extensions;
 }
 
 void tbiForgetLoader(const void* record)

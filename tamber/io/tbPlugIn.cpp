@@ -2,6 +2,8 @@
 
 #include <tamber/containers/tbiStatic.h>
 #include <tamber/io/tbiPlugInLists.h>
+#include <tamber/io/tbiPlugInLog.h>
+#include <tamber/io/tbiPlugInRules.h>
 #include <tamber/io/tbiPlugInSearch.h>
 #include <tamber/kernel/tbMessage.h>
 #include <tamber/kernel/tbType.h>
@@ -10,8 +12,6 @@
 #include <tamber/platform/tbiModule.h>
 #include <tamber/platform/tbiModuleName.h>
 #include <tamber/thread/tbiLockGuard.h>
-
-#include <cstdlib>
 
 namespace
 {
@@ -22,8 +22,7 @@ constexpr int LIST_CAPACITY = 8;
 
 constinit std::atomic<bool> dynamicFromNowOn{false};
 
-constexpr int POLICY_UNKNOWN = -1;
-constinit std::atomic<int> searchPolicy{POLICY_UNKNOWN};
+constexpr const char* NOWHERE = "it is in none of the plug-in directories";
 
 // Loading and unloading run module code that registers or deletes types, so the type lock comes first.
 struct LoadLocks
@@ -32,18 +31,52 @@ struct LoadLocks
     tbiLockGuard plugIn{tbiLocks::plugIn};
 };
 
-tbPlugIn::SEARCH_POLICY policyFromEnvironment()
-{
-    const char* value = std::getenv("TAMBER_PLUGINS");
-    const std::string_view word = value ? value : "";
-    if (word == "app")
-        return tbPlugIn::SEARCH_APP;
-    return word == "none" ? tbPlugIn::SEARCH_NONE : tbPlugIn::SEARCH_ALL;
-}
-
 bool isBareName(const char* path)
 {
     return std::string_view(path).find_first_of("/\\") == std::string_view::npos;
+}
+
+// The file to load; empty when there is none.
+std::string fileFor(const char* path, tbiPlugInSearch& search, bool trusted)
+{
+    if (trusted && !isBareName(path))
+        return path;
+    const std::string nameOfModule = tbiModuleName(path);
+    std::string file = search.find(nameOfModule);
+    const bool systemMayLook = trusted && tbPlugIn::getSearchPolicy() == tbPlugIn::SEARCH_ALL;
+    return file.empty() && systemMayLook && !search.hasRefused(nameOfModule) ? path : file;
+}
+
+// Loads a module's file, which makes its record. Null when it is not let in or makes none; what is noted says why.
+HINSTANCE loadFile(tbPlugInReport::Module& noted)
+{
+    bool refused = false;
+    HINSTANCE handle = tbiPlugInRules::load(noted.moduleName, noted.path, noted.reason, refused);
+    if (refused)
+        noted.state = tbPlugInReport::REFUSED;
+    if (handle && !tbiIsAbsolutePath(noted.path))
+        noted.path = tbiModulePath(handle);
+    if (handle && !tbPlugIn::find(noted.moduleName.c_str()))
+    {
+        tbiFreeModule(handle);
+        handle = nullptr;
+        noted.reason = "it is no plug-in, for it made no record of its name";
+    }
+    if (!handle && !refused && isBareName(noted.path.c_str()))
+    {
+        noted.path.clear(); // the system did not find it either
+        noted.reason = NOWHERE;
+    }
+    return handle;
+}
+
+void noteRelease(tbPlugInReport::Module& noted, const tbPlugIn& record)
+{
+    noted.state = tbPlugInReport::LOADED;
+    noted.reason.clear();
+    noted.name = record.getName() ? record.getName() : "";
+    noted.company = record.getCompany() ? record.getCompany() : "";
+    noted.version = record.getVersion();
 }
 
 } // namespace
@@ -158,6 +191,8 @@ tbPlugIn* tbPlugIn::load(const char* path)
 {
     if (!path || *path == 0)
         return nullptr;
+    if (!isBareName(path))
+        tbiPlugInLog::noteAskedFor(path);
     tbiPlugInSearch search;
     return load(path, search, true);
 }
@@ -172,25 +207,26 @@ tbPlugIn* tbPlugIn::load(const char* path, tbiPlugInSearch& search, bool trusted
     if (tbiFindModule(nameOfModule))
         return nullptr;
 
-    std::string file = trusted && !isBareName(path) ? path : search.find(nameOfModule);
-    if (file.empty() && trusted && getSearchPolicy() == SEARCH_ALL)
-        file = path;
-    std::string reason;
-    const HINSTANCE handle = file.empty() ? nullptr : tbiLoadModule(file.c_str(), reason);
+    tbPlugInReport::Module noted = {nameOfModule, fileFor(path, search, trusted), tbPlugInReport::FAILED,
+                                    NOWHERE};
+    const HINSTANCE handle = noted.path.empty() ? nullptr : loadFile(noted);
     tbPlugIn* record = handle ? find(nameOfModule.c_str()) : nullptr;
     if (record)
     {
         record->module = handle;
         record->dynamic = true;
         record->loadedByKernel = true;
-        return record;
+        noteRelease(noted, *record);
     }
-    tbMessage("Error loading plug-in: %s \n", nameOfModule.c_str());
-    if (handle)
-        tbiFreeModule(handle); // it made no record, so it is no plug-in
-    else if (!isBareName(file.c_str()))
-        tbMessage("%s\n", reason.c_str());
-    return nullptr;
+    else
+    {
+        tbMessage("Error loading plug-in: %s \n", nameOfModule.c_str());
+        if (!noted.path.empty() || noted.state == tbPlugInReport::REFUSED)
+            tbMessage("%s: %s\n", noted.path.c_str(), noted.reason.c_str());
+    }
+    if (!noted.path.empty() || !search.hasRefused(nameOfModule))
+        tbiPlugInLog::note(noted);
+    return record;
 }
 
 void tbPlugIn::unloadAll()
@@ -234,17 +270,6 @@ tbPlugIn* tbPlugIn::get(int i)
     return plugIns->indexInRange(i) ? (*plugIns)[i] : nullptr;
 }
 
-void tbPlugIn::setSearchPolicy(SEARCH_POLICY policy)
-{
-    searchPolicy.store(policy, std::memory_order_relaxed);
-}
-
-tbPlugIn::SEARCH_POLICY tbPlugIn::getSearchPolicy()
-{
-    const int policy = searchPolicy.load(std::memory_order_relaxed);
-    return policy == POLICY_UNKNOWN ? policyFromEnvironment() : SEARCH_POLICY(policy);
-}
-
 void tbPlugIn::makeDynamicFromNowOn()
 {
     dynamicFromNowOn.store(true, std::memory_order_relaxed);
@@ -259,4 +284,6 @@ void tbiReleasePlugInLists()
 {
     plugIns->setSize(0);
     tbiReleaseLoaderLists();
+    tbiPlugInLog::release();
+    tbiPlugInRules::release();
 }

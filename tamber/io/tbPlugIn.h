@@ -7,6 +7,7 @@
 #include <atomic>
 
 class tbiPlugInSearch;
+struct tbPlugInReport;
 
 // The record of one plug-in module, a dynamic library that supplies classes, drawing, audio or foreign file formats.
 // No entry point is looked up: loading the module runs its static initialisers, which construct its record, name it
@@ -63,9 +64,10 @@ public:
     int getNumTypes() const { return types.getNum(); }
     tbType* getType(int i) const { return types[i]; }
 
-    /// Loads a module and returns its record, the one that stands when the module is known already. A bare name is
-    /// looked for in the plug-in directories and then left to the system. Null when there is none, and for a module
-    /// that is in the process without a record.
+    /// Loads a module and returns its record, the one that stands when the module is known already. A path is taken
+    /// as it is, whatever the search policy. A bare name is looked for in the plug-in directories and then, under
+    /// SEARCH_ALL, left to the system. Null when there is none, when the list of setAllowList() does not let it in,
+    /// and for a module that is in the process without a record.
     static tbPlugIn* load(const char* path);
     /// Unloads every module that nothing refers to.
     static void unloadAll();
@@ -82,9 +84,17 @@ public:
     /// Loads what `file` lists, from the plug-in directories only.
     static void loadPlugIns(tbFile* file);
 
-    /// The environment's TAMBER_PLUGINS ("all", "app" or "none") says at first, else SEARCH_ALL.
+    /// The environment's TAMBER_PLUGINS ("all", "app" or "none"; any other word stands for "none") says at first, else
+    /// SEARCH_ALL.
     static void setSearchPolicy(SEARCH_POLICY policy);
     static SEARCH_POLICY getSearchPolicy();
+    /// Only modules of `list` are loaded from now on, whoever asks and by whatever path: "tbFoo,tbBar=HEX", where HEX
+    /// is the SHA-256 that the file must have. An empty list allows none; null returns to the environment's
+    /// TAMBER_PLUGIN_ALLOW, and to all when that is empty. False when a part is not understood; it allows nothing.
+    static bool setAllowList(const char* list);
+    /// Where plug-ins are looked for at this moment, what lies there, and what became of it. Reads every file for its
+    /// checksum. Needs <tamber/io/tbPlugInReport.h>.
+    static tbPlugInReport report();
     /// From now on records of loaded modules count references and may be unloaded.
     static void makeDynamicFromNowOn();
 

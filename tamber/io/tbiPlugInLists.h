@@ -2,7 +2,8 @@
 
 #include <tamber/kernel/tbTypes.h>
 
-class tbLoader;
+#include <string>
+#include <vector>
 
 /// Gives the list of plug-ins its first storage, when the library is loaded.
 void tbiReservePlugInLists();
@@ -14,3 +15,5 @@ void tbiReleaseLoaderLists();
 void tbiForgetFileType(const tbType* type);
 /// Takes a record out of the list of loaders; nothing when it is none.
 void tbiForgetLoader(const void* record);
+/// The extensions of a loader module, loaded or not; none for other modules.
+std::vector<std::string> tbiLoaderExtensions(const std::string& moduleName);

@@ -1,6 +1,7 @@
 #include <tamber/io/tbiPlugInSearch.h>
 
 #include <tamber/io/tbPlugIn.h>
+#include <tamber/io/tbiPlugInLog.h>
 #include <tamber/kernel/tbMessage.h>
 #include <tamber/platform/tbiModule.h>
 #include <tamber/platform/tbiModuleName.h>
@@ -13,6 +14,12 @@ namespace
 
 constexpr std::size_t LONGEST_DIRECTORY = 255;
 
+std::string pathOf(const std::string& directory, const std::string& fileName)
+{
+    const bool hasEnd = directory.ends_with('/') || directory.ends_with('\\');
+    return directory + (hasEnd ? "" : std::string(1, tbiSeparator())) + fileName;
+}
+
 } // namespace
 
 tbiPlugInSearch::tbiPlugInSearch()
@@ -21,25 +28,32 @@ tbiPlugInSearch::tbiPlugInSearch()
     if (policy == tbPlugIn::SEARCH_NONE)
         return;
     addList("TAMBER_PLUGIN_PATH");
-    addDirectory(tbiExecutableDirectory());
+    addDirectory(tbiExecutableDirectory(), "program");
     if (policy == tbPlugIn::SEARCH_ALL)
-        addDirectory(tbiCurrentDirectory());
-    addDirectory(tbiInstalledDirectory());
-    addDirectory(tbiKernelDirectory());
+        addDirectory(tbiCurrentDirectory(), "current");
+    addDirectory(tbiInstalledDirectory(), "installed");
+    addDirectory(tbiKernelDirectory(), "library");
     if (policy == tbPlugIn::SEARCH_ALL)
         addList("PATH");
 }
 
 // Only absolute directories: an empty or relative one means another place in every working directory.
-void tbiPlugInSearch::addDirectory(const std::string& directory)
+void tbiPlugInSearch::addDirectory(std::string path, const char* source)
 {
-    if (directory.size() > LONGEST_DIRECTORY || !tbiIsAbsolutePath(directory))
-        return;
-    if (std::find(directories.begin(), directories.end(), directory) != directories.end())
-        return;
-    directories.push_back(directory);
-    files.emplace_back();
-    listed.push_back(false);
+    std::string skipped;
+    if (path.size() > LONGEST_DIRECTORY)
+        skipped = "its name is too long";
+    else if (!tbiIsAbsolutePath(path))
+        skipped = "it is not absolute";
+    if (skipped.empty())
+    {
+        std::string key = tbiPathKey(path);
+        if (std::find(keys.begin(), keys.end(), key) != keys.end())
+            skipped = "it is listed before";
+        else
+            keys.push_back(std::move(key));
+    }
+    directories.push_back({std::move(path), source, std::move(skipped)});
 }
 
 void tbiPlugInSearch::addList(const char* variable)
@@ -49,41 +63,46 @@ void tbiPlugInSearch::addList(const char* variable)
     while (!rest.empty())
     {
         const std::size_t end = std::min(rest.find(tbiListSeparator()), rest.size());
-        addDirectory(std::string(rest.substr(0, end)));
+        addDirectory(std::string(rest.substr(0, end)), variable);
         rest.remove_prefix(std::min(end + 1, rest.size()));
     }
 }
 
-const std::vector<std::string>& tbiPlugInSearch::list(std::size_t directory)
+const std::vector<std::string>& tbiPlugInSearch::list(Directory& directory)
 {
-    if (!listed[directory])
-    {
-        listed[directory] = true;
-        files[directory] = tbiListFiles(directories[directory]);
-    }
-    return files[directory];
+    if (!directory.isListed && directory.skipped.empty())
+        directory.files = tbiListFiles(directory.path);
+    directory.isListed = true;
+    return directory.files;
 }
 
 // Loading a module runs its code, so nothing is loaded that anybody on the machine can have put there.
-std::string tbiPlugInSearch::accept(std::size_t directory, const std::string& fileName) const
+bool tbiPlugInSearch::accept(const std::string& path)
 {
-    std::string path = directories[directory] + tbiSeparator() + fileName;
     if (!tbiOthersMayWrite(path))
-        return path;
+        return true;
+    const std::string moduleName = tbiModuleName(path);
     tbMessage("Plug-in passed over, everybody may change it: %s\n", path.c_str());
-    return {};
+    tbiPlugInLog::note(
+        {moduleName, path, tbPlugInReport::REFUSED, "everybody may change it or a directory above it"});
+    refused.push_back(moduleName);
+    return false;
+}
+
+bool tbiPlugInSearch::hasRefused(std::string_view moduleName) const
+{
+    return std::find(refused.begin(), refused.end(), moduleName) != refused.end();
 }
 
 std::string tbiPlugInSearch::find(std::string_view moduleName)
 {
-    const std::string_view ending = tbiModuleEnding();
-    for (std::size_t i = 0; i < directories.size(); ++i)
+    for (Directory& directory : directories)
     {
-        for (const std::string& name : list(i))
+        for (const std::string& name : list(directory))
         {
-            if (!tbiHasEnding(name, ending) || tbiModuleName(name) != moduleName)
+            if (!tbiHasEnding(name, tbiModuleEnding()) || tbiModuleName(name) != moduleName)
                 continue;
-            if (std::string path = accept(i, name); !path.empty())
+            if (std::string path = pathOf(directory.path, name); accept(path))
                 return path;
         }
     }
@@ -93,10 +112,25 @@ std::string tbiPlugInSearch::find(std::string_view moduleName)
 std::vector<std::string> tbiPlugInSearch::findLoaders()
 {
     std::vector<std::string> paths;
-    for (std::size_t i = 0; i < directories.size(); ++i)
-        for (const std::string& name : list(i))
+    for (Directory& directory : directories)
+        for (const std::string& name : list(directory))
             if (tbiIsLoaderFile(name, tbiModuleEnding()))
-                if (std::string path = accept(i, name); !path.empty())
+                if (std::string path = pathOf(directory.path, name); accept(path))
                     paths.push_back(std::move(path));
     return paths;
+}
+
+std::vector<std::string> tbiPlugInSearch::findModules(std::size_t directory)
+{
+    std::vector<std::string> paths;
+    for (const std::string& name : list(directories[directory]))
+        if (tbiHasEnding(name, tbiModuleEnding()) && tbiIsPlugInName(tbiModuleName(name)))
+            paths.push_back(pathOf(directories[directory].path, name));
+    return paths;
+}
+
+bool tbiPlugInSearch::allows(const std::string& path)
+{
+    const std::string key = tbiPathKey(path.substr(0, path.find_last_of("/\\") + 1));
+    return !key.empty() && std::find(keys.begin(), keys.end(), key) != keys.end() && accept(path);
 }

@@ -8,23 +8,38 @@
 class tbiPlugInSearch
 {
 public:
+    struct Directory
+    {
+        std::string path;
+        const char* source;  // what named it
+        std::string skipped; // why it is not searched; empty when it is
+        std::vector<std::string> files{};
+        bool isListed = false;
+    };
+
     /// The directories that the search policy allows, in order: those of TAMBER_PLUGIN_PATH, then the executable's,
     /// the current one, the installed one, the kernel's own, those of PATH.
     tbiPlugInSearch();
 
-    const std::vector<std::string>& getDirectories() const { return directories; }
-    /// The path of the first file of that module name; empty when there is none.
+    const std::vector<Directory>& getDirectories() const { return directories; }
+    /// The path of the first file of that module name that may be taken; empty when there is none.
     std::string find(std::string_view moduleName);
-    /// The paths of every loader, directory by directory.
+    /// The paths of every loader that may be taken, directory by directory.
     std::vector<std::string> findLoaders();
+    /// The paths of every module, also of those that may not be taken.
+    std::vector<std::string> findModules(std::size_t directory);
+    /// True when `path` lies in a directory of the search and may be taken.
+    bool allows(const std::string& path);
+    /// True when a file of that module name was met that may not be taken.
+    bool hasRefused(std::string_view moduleName) const;
 
 private:
-    void addDirectory(const std::string& directory);
+    void addDirectory(std::string path, const char* source);
     void addList(const char* variable);
-    const std::vector<std::string>& list(std::size_t directory);
-    std::string accept(std::size_t directory, const std::string& fileName) const;
+    const std::vector<std::string>& list(Directory& directory);
+    bool accept(const std::string& path);
 
-    std::vector<std::string> directories;
-    std::vector<std::vector<std::string>> files;
-    std::vector<bool> listed;
+    std::vector<Directory> directories;
+    std::vector<std::string> keys;    // of the directories that are searched
+    std::vector<std::string> refused; // module names
 };

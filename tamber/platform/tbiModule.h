@@ -34,5 +34,7 @@ char tbiSeparator();
 /// What separates the directories in a list of the environment.
 char tbiListSeparator();
 bool tbiIsAbsolutePath(const std::string& path);
-/// True when everybody on this machine may change the file or its directory.
+/// The same for all spellings of one place; the place need not exist.
+std::string tbiPathKey(const std::string& path);
+/// True when everybody on this machine may change the file, its directory or one above it.
 bool tbiOthersMayWrite(const std::string& path);

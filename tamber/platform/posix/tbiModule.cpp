@@ -1,3 +1,5 @@
+#define _FILE_OFFSET_BITS 64 // NOLINT: inode numbers of 64 bits for 32-bit programs, before any system header
+
 #include <tamber/platform/tbiModule.h>
 
 #include <tamber/platform/tbiModuleName.h>
@@ -37,6 +39,15 @@ int compareModule(dl_phdr_info* info, std::size_t, void* context)
     return 1;
 }
 
+// `protection` is the bit that makes a directory safe although everybody may write to it.
+bool othersMayChange(const std::string& path, mode_t protection)
+{
+    struct stat status = {};
+    if (stat(path.c_str(), &status) != 0)
+        return true;
+    return (status.st_mode & S_IWOTH) != 0 && (status.st_mode & protection) == 0;
+}
+
 } // namespace
 
 HINSTANCE tbiFindModule(const std::string& moduleName)
@@ -59,6 +70,8 @@ HINSTANCE tbiLoadModule(const char* path, std::string& error)
     {
         const char* reason = dlerror();
         error = reason ? reason : "";
+        if (error.starts_with(native + ": "))
+            error.erase(0, native.size() + 2);
     }
     return module;
 }
@@ -146,11 +159,34 @@ bool tbiIsAbsolutePath(const std::string& path)
     return !path.empty() && path[0] == '/';
 }
 
+// What is said of a directory holds for those above it as well, except that in a sticky one, as the one for temporary
+// files is, nobody can rename or remove what others put there.
 bool tbiOthersMayWrite(const std::string& path)
 {
-    struct stat file = {};
-    struct stat directory = {};
-    if (stat(path.c_str(), &file) != 0 || stat(directoryOf(path).c_str(), &directory) != 0)
+    std::error_code error;
+    const fs::path file = fs::canonical(path, error);
+    if (error)
         return true;
-    return ((file.st_mode | directory.st_mode) & S_IWOTH) != 0;
+    const std::string nearest = directoryOf(file.string());
+    if (othersMayChange(file.string(), 0) || othersMayChange(nearest, 0))
+        return true;
+    for (std::string above = nearest; above != "/";)
+    {
+        above = directoryOf(above);
+        if (othersMayChange(above, S_ISVTX))
+            return true;
+    }
+    return false;
+}
+
+std::string tbiPathKey(const std::string& path)
+{
+    std::error_code error;
+    const fs::path canonical = fs::canonical(path, error);
+    if (!error)
+        return canonical.string();
+    std::string key = path;
+    while (key.size() > 1 && key.back() == '/')
+        key.pop_back();
+    return key;
 }

@@ -53,7 +53,8 @@ HINSTANCE tbiLoadModule(const char* path, std::string& error)
 {
     std::string native = path;
     std::replace(native.begin(), native.end(), '/', '\\');
-    const UINT mode = SetErrorMode(SEM_FAILCRITICALERRORS);
+    DWORD mode = 0; // no box on the screen that waits for somebody
+    SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &mode);
     HMODULE module = nullptr;
     if (native.find('\\') == std::string::npos)
     {
@@ -68,7 +69,7 @@ HINSTANCE tbiLoadModule(const char* path, std::string& error)
     }
     if (!module)
         error = lastErrorText();
-    SetErrorMode(mode);
+    SetThreadErrorMode(mode, nullptr);
     return module;
 }
 
@@ -150,4 +151,12 @@ bool tbiIsAbsolutePath(const std::string& path)
 bool tbiOthersMayWrite(const std::string&)
 {
     return false;
+}
+
+std::string tbiPathKey(const std::string& path)
+{
+    std::string key = withoutSeparator(pathFrom(
+        [&](char* text, DWORD size) { return GetFullPathNameA(path.c_str(), size, text, nullptr); }));
+    CharLowerBuffA(key.data(), DWORD(key.size()));
+    return key;
 }
