@@ -115,6 +115,7 @@
 #include <tamber/io/tbEntry.h>
 #include <tamber/io/tbFile.h>
 #include <tamber/io/tbImport.h>
+#include <tamber/io/tbImportProcess.h>
 #include <tamber/io/tbLoader.h>
 #include <tamber/io/tbModelFiles.h>
 #include <tamber/io/tbPlugIn.h>

@@ -4,6 +4,7 @@
 #include "Progress.h"
 
 #include <tamber/graph/tbGroup.h>
+#include <tamber/io/tbImportProcess.h>
 #include <tamber/io/tbLoader.h>
 #include <tamber/kernel/tbString.h>
 
@@ -13,6 +14,7 @@
 namespace
 {
 constexpr const char* NATIVE_EXTENSION = "tb";
+bool importInProcess = false;
 
 /// Without the dot; empty when there is none.
 std::string extensionOf(const std::string& path)
@@ -47,11 +49,16 @@ void checkSource(const std::string& path)
 }
 } // namespace
 
+void setImportInProcess(bool inProcess)
+{
+    importInProcess = inProcess;
+}
+
 tbRef<tbGroup> loadModel(const std::string& path)
 {
     checkSource(path);
     const Progress progress("reading " + path);
-    tbBase* object = tbLoader::importFile(path.c_str());
+    tbBase* object = importInProcess ? tbLoader::importFile(path.c_str()) : tbImportIsolated(path.c_str());
     if (!object)
         throw CommandError(path, lastLoaderMessage("cannot be read"));
     const tbRef<tbBase> holder = object;

@@ -6,7 +6,10 @@
 
 class tbGroup;
 
-/// Reads a model of any known format. Throws CommandError when there is none that can be read.
+/// Whether loadModel() reads foreign formats in this process too, as it does not at first.
+void setImportInProcess(bool inProcess);
+
+/// Reads a model of any known format, a foreign one in a process of its own. Throws CommandError when there is none that can be read.
 tbRef<tbGroup> loadModel(const std::string& path);
 
 /// Throws CommandError when `path` cannot take a native file: its extension belongs to another format, or its

@@ -4,6 +4,7 @@
 #include "CommandError.h"
 #include "Commands.h"
 #include "Kernel.h"
+#include "ModelFile.h"
 
 #include <tamber/kernel/tbVersion.h>
 
@@ -53,6 +54,10 @@ int main(int argc, char** argv)
     KernelOptions options;
     app.add_flag("--trust", options.trustFiles, "Let native files load the plug-ins that they name");
     app.add_flag("-v,--verbose", options.verbose, "Show the library's messages on stderr");
+
+    app.add_flag_callback(
+        "--in-process", [] { setImportInProcess(true); },
+        "Read foreign formats in this process, not in one of their own");
 
     const auto commands = makeCommands();
     for (const auto& command : commands)

@@ -4,6 +4,7 @@
 #include <tamber/graph/tbGroup.h>
 #include <tamber/io/tbFile.h>
 #include <tamber/io/tbImport.h>
+#include <tamber/io/tbiLoaderLookup.h>
 #include <tamber/io/tbiPlugInLists.h>
 #include <tamber/io/tbiPlugInLog.h>
 #include <tamber/io/tbiPlugInSearch.h>
@@ -80,12 +81,6 @@ tbiLoaderDef* definitionFor(const char* extension)
     return nullptr;
 }
 
-void setFailure(tbLoader::LOADER_ERROR code, const std::string& text)
-{
-    errorCode = code;
-    tbiSetText(errorMesg, text.c_str());
-}
-
 void clearError()
 {
     errorCode = tbLoader::LOADER_OK;
@@ -106,22 +101,6 @@ std::string findFile(const char* name)
     return path.c_str();
 }
 
-tbBase* importNative(const char* path)
-{
-    tbFile file;
-    if (!file.open(path, "r"))
-    {
-        setFailure(tbLoader::LOADER_UNKNOWN_FORMAT, file.getErrorText());
-        return nullptr;
-    }
-    tbPlugIn::loadPlugIns(&file);
-    tbBase* root = file.readObject(0);
-    if (!root)
-        setFailure(tbLoader::LOADER_UNKNOWN_FORMAT,
-                   std::string("the root cannot be read: ") + file.getErrorText());
-    return root;
-}
-
 const char* nativeExtension(const tbBase* object)
 {
     if (object->isOfType(tbGroup::getClassType()))
@@ -137,8 +116,8 @@ bool exportNative(const tbBase* object, std::string path)
     const char* extension = nativeExtension(object);
     if (!extension)
     {
-        setFailure(tbLoader::LOADER_NO_FILE_TYPE,
-                   std::string("no file type for the class ") + object->getType()->getName());
+        tbiSetLoaderFailure(tbLoader::LOADER_NO_FILE_TYPE,
+                            std::string("no file type for the class ") + object->getType()->getName());
         return false;
     }
     if (!extensionOf(path.c_str()))
@@ -146,7 +125,7 @@ bool exportNative(const tbBase* object, std::string path)
     tbFile file;
     if (!file.create(path.c_str()))
     {
-        setFailure(tbLoader::LOADER_FILE_NOT_FOUND, file.getErrorText());
+        tbiSetLoaderFailure(tbLoader::LOADER_FILE_NOT_FOUND, file.getErrorText());
         return false;
     }
     bool written = object->write(&file, nullptr) != nullptr;
@@ -156,7 +135,7 @@ bool exportNative(const tbBase* object, std::string path)
         written = file.write();
     }
     if (!written)
-        setFailure(tbLoader::LOADER_CANNOT_WRITE, file.getErrorText());
+        tbiSetLoaderFailure(tbLoader::LOADER_CANNOT_WRITE, file.getErrorText());
     return written;
 }
 
@@ -229,39 +208,30 @@ tbLoader* tbLoader::loadFor(const char* extension)
     for (tbLoader* loader : *loaders)
         if (loader->definition == def)
             return loader;
-    setFailure(LOADER_UNKNOWN_FORMAT,
-               std::string("the loader ") + def->moduleName +
-                   " cannot be loaded any more: " + tbiPlugInLog::getReason(def->moduleName));
+    tbiSetLoaderFailure(LOADER_UNKNOWN_FORMAT,
+                        std::string("the loader ") + def->moduleName +
+                            " cannot be loaded any more: " + tbiPlugInLog::getReason(def->moduleName));
     return nullptr;
 }
 
 tbBase* tbLoader::importFile(const char* name)
 {
-    clearError();
-    const std::string path = findFile(name);
-    if (path.empty())
-    {
-        setFailure(LOADER_FILE_NOT_FOUND, "there is no file " + quoted(name));
+    tbiImportSource source;
+    if (!tbiFindImportSource(name, source))
         return nullptr;
-    }
-    const char* extension = extensionOf(path.c_str());
-    if (!extension)
-    {
-        setFailure(LOADER_NO_EXTENSION, "the file name has no extension: " + quoted(name));
-        return nullptr;
-    }
-    if (tbLoader* loader = loadFor(extension))
+    const char* path = source.path.c_str();
+    if (tbLoader* loader = loadFor(extensionOf(path)))
     {
         loader->ref(); // the module stays while its code runs
-        tbBase* root = loader->import(path.c_str());
+        tbBase* root = loader->import(path);
         loader->unRef();
         return root;
     }
     if (errorCode != LOADER_OK)
         return nullptr;
-    if (tbFile::isTamberFormat(path.c_str()))
-        return importNative(path.c_str());
-    setFailure(LOADER_UNKNOWN_FORMAT, tbiUnknownFormat(path));
+    if (tbFile::isTamberFormat(path))
+        return tbiImportNative(path);
+    tbiSetLoaderFailure(LOADER_UNKNOWN_FORMAT, tbiUnknownFormat(source.path));
     return nullptr;
 }
 
@@ -270,7 +240,7 @@ bool tbLoader::exportFile(const tbBase* object, const char* name)
     clearError();
     if (!object || !name || *name == 0)
     {
-        setFailure(LOADER_CANNOT_WRITE, "no object, or no file name");
+        tbiSetLoaderFailure(LOADER_CANNOT_WRITE, "no object, or no file name");
         return false;
     }
     std::string path = name;
@@ -287,7 +257,7 @@ bool tbLoader::exportFile(const tbBase* object, const char* name)
         const bool written = loader->exportObject(object, path.c_str());
         loader->unRef();
         if (!written && errorCode == LOADER_OK)
-            setFailure(LOADER_CANNOT_WRITE, "the loader of this format does not write it");
+            tbiSetLoaderFailure(LOADER_CANNOT_WRITE, "the loader of this format does not write it");
         return written;
     }
     return errorCode == LOADER_OK && exportNative(object, path);
@@ -367,14 +337,57 @@ void tbLoader::setErrorMessage(const char* text)
     tbiSetText(errorMesg, text);
 }
 
+void tbiSetLoaderFailure(tbLoader::LOADER_ERROR code, const std::string& text)
+{
+    errorCode = code;
+    tbiSetText(errorMesg, text.c_str());
+}
+
+bool tbiFindImportSource(const char* name, tbiImportSource& source)
+{
+    clearError();
+    source.path = findFile(name);
+    if (source.path.empty())
+    {
+        tbiSetLoaderFailure(tbLoader::LOADER_FILE_NOT_FOUND, "there is no file " + quoted(name));
+        return false;
+    }
+    const char* extension = extensionOf(source.path.c_str());
+    if (!extension)
+    {
+        tbiSetLoaderFailure(tbLoader::LOADER_NO_EXTENSION, "the file name has no extension: " + quoted(name));
+        return false;
+    }
+    source.extension = extension;
+    if (const tbiLoaderDef* def = definitionFor(extension))
+        source.module = def->path && *def->path ? def->path : def->moduleName;
+    return true;
+}
+
+tbBase* tbiImportNative(const char* path)
+{
+    tbFile file;
+    if (!file.open(path, "r"))
+    {
+        tbiSetLoaderFailure(tbLoader::LOADER_UNKNOWN_FORMAT, file.getErrorText());
+        return nullptr;
+    }
+    tbPlugIn::loadPlugIns(&file);
+    tbBase* root = file.readObject(0);
+    if (!root)
+        tbiSetLoaderFailure(tbLoader::LOADER_UNKNOWN_FORMAT,
+                            std::string("the root cannot be read: ") + file.getErrorText());
+    return root;
+}
+
 tbBase* tbImportOfType(const char* fileName, const tbType* type)
 {
     tbBase* root = tbLoader::importFile(fileName);
     if (!root || root->isOfType(type))
         return root;
     root->unRef();
-    setFailure(tbLoader::LOADER_UNKNOWN_FORMAT,
-               quoted(fileName) + " does not hold a " + (type ? type->getName() : "(none)"));
+    tbiSetLoaderFailure(tbLoader::LOADER_UNKNOWN_FORMAT,
+                        quoted(fileName) + " does not hold a " + (type ? type->getName() : "(none)"));
     return nullptr;
 }
 

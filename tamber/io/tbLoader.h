@@ -18,7 +18,8 @@ public:
         LOADER_FILE_NOT_FOUND = 3, // or the output file cannot be created
         LOADER_NO_FILE_TYPE = 7,
         LOADER_CANNOT_WRITE = 8,
-        LOADER_NO_EXTENSION = 9
+        LOADER_NO_EXTENSION = 9,
+        LOADER_STOPPED = 10 // tbImportIsolated(): the loader's process came to no good end
     };
 
     explicit tbLoader(const char* moduleFile);

@@ -79,6 +79,7 @@ public:
 
     /// Whether reading a file loads the plug-ins that it lists, as it does at first.
     static void enableDynamicPlugIns(bool enable);
+    static bool isDynamicPlugInsEnabled();
     /// Lists in `file` every plug-in that is to be saved with files.
     static void savePlugIns(tbFile* file);
     /// Loads what `file` lists, from the plug-in directories only.

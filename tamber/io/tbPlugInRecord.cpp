@@ -43,6 +43,11 @@ void tbPlugIn::enableDynamicPlugIns(bool enable)
     plugInLoadingEnabled.store(enable, std::memory_order_relaxed);
 }
 
+bool tbPlugIn::isDynamicPlugInsEnabled()
+{
+    return plugInLoadingEnabled.load(std::memory_order_relaxed);
+}
+
 void tbPlugIn::savePlugIns(tbFile* file)
 {
     tbEntry* entry = file->findEntry(listTag);
