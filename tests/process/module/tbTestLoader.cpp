@@ -1,9 +1,16 @@
-// A loader for tests: files "*.tst", each of which becomes one object of the module's own class.
+// A loader for tests: files "*.tst", each of which becomes one object of the module's own class, but for those that
+// have the loader misbehave.
 #include <tamber/io/tbLoader.h>
 #include <tamber/kernel/tbBase.h>
 
+#include <tamber/kernel/tbMessage.h>
+
+#include <chrono>
+#include <cstdlib>
 #include <fstream>
 #include <string>
+#include <thread>
+#include <vector>
 
 namespace
 {
@@ -20,6 +27,25 @@ protected:
 };
 
 TB_DEFINE_CLASS(tbTestLoaded, tbBase)
+
+void misbehave(const std::string& how)
+{
+    static std::vector<std::string> blocks;
+    if (how == "crash")
+        std::abort();
+    if (how == "leave")
+        std::_Exit(5);
+    while (how == "eat")
+        blocks.emplace_back(std::size_t{1} << 24, 'x');
+    if (how == "ask")
+        blocks.emplace_back(std::size_t{1} << (8 * sizeof(void*) - 2), 'x');
+    for (volatile unsigned turns = 0; how == "spin";)
+        turns = turns + 1;
+    if (how == "sleep")
+        std::this_thread::sleep_for(std::chrono::minutes(5));
+    if (how == "speak")
+        tbMessage("the loader speaks\n");
+}
 
 class TestLoader final : public tbLoader
 {
@@ -43,6 +69,7 @@ public:
             setErrorMessage("an empty file");
             return nullptr;
         }
+        misbehave(line);
         auto* object = new tbTestLoaded;
         object->setName(line.c_str());
         return object;

@@ -1,0 +1,109 @@
+#include <tamber/platform/tbiProcess.h>
+
+#include <tests/support/TempFile.h>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+tbiProcessOrder order(std::vector<std::string> arguments)
+{
+    tbiProcessOrder made;
+    made.program = TEST_CHILD;
+    made.arguments = std::move(arguments);
+    made.time = 60;
+    return made;
+}
+
+} // namespace
+
+TEST(Process, ArgumentsArriveAsTheyAre)
+{
+    const tbtest::TempDirectory directory;
+    const std::vector<std::string> nasty = {
+        "plain", "two words", "",       "\"",    "a\"b",  "\\",       "tail\\",   "a\\\"b",     "\\\\srv\\",
+        "x y\\", "$HOME",     "%PATH%", "*.cpp", "a'b`c", "--flag=v", "tab\tend", "two\\\\\"s", "^&|<>"};
+    std::vector<std::string> arguments = {"arguments", directory.path("out")};
+    std::string expected;
+    for (const std::string& argument : nasty)
+    {
+        arguments.push_back(argument);
+        expected += std::to_string(argument.size()) + ":" + argument;
+    }
+    const tbiProcessEnd end = tbiRunProcess(order(arguments));
+    ASSERT_EQ(end.how, tbiProcessEnd::EXITED) << end.text;
+    EXPECT_EQ(end.code, 0u);
+    EXPECT_EQ(tbtest::readAll(directory.path("out")), expected);
+}
+
+TEST(Process, EndsAreToldApart)
+{
+    EXPECT_EQ(tbiRunProcess(order({"exit", "0"})).code, 0u);
+    const tbiProcessEnd left = tbiRunProcess(order({"exit", "77"}));
+    EXPECT_EQ(left.how, tbiProcessEnd::EXITED);
+    EXPECT_EQ(left.code, 77u);
+    EXPECT_GT(left.seconds, 0);
+    EXPECT_EQ(tbiRunProcess(order({"streams"})).code, 0u);
+
+    tbiProcessOrder absent = order({});
+    absent.program += ".absent";
+    const tbiProcessEnd none = tbiRunProcess(absent);
+    EXPECT_EQ(none.how, tbiProcessEnd::NOT_STARTED);
+    EXPECT_NE(none.text, "");
+
+#if defined(_WIN32)
+    const tbiProcessEnd crash = tbiRunProcess(order({"exception", "0"}));
+    EXPECT_EQ(crash.text, "exception 0xC0000005");
+#else
+    const tbiProcessEnd crash = tbiRunProcess(order({"crash"}));
+    EXPECT_EQ(crash.text, "signal 6");
+#endif
+    EXPECT_EQ(crash.how, tbiProcessEnd::STOPPED);
+}
+
+TEST(Process, LimitsHold)
+{
+    tbiProcessOrder spinning = order({"spin"});
+    spinning.processorTime = 1;
+    const tbiProcessEnd spun = tbiRunProcess(spinning);
+    EXPECT_EQ(spun.how, tbiProcessEnd::PROCESSOR_TIME) << spun.text;
+    EXPECT_GT(spun.seconds, 0.9);
+
+    tbiProcessOrder sleeping = order({"sleep"});
+    sleeping.time = 0.3;
+    const tbiProcessEnd slept = tbiRunProcess(sleeping);
+    EXPECT_EQ(slept.how, tbiProcessEnd::TIME) << slept.text;
+    EXPECT_GE(slept.seconds, 0.3);
+    EXPECT_LT(slept.seconds, 30);
+}
+
+TEST(Process, MemoryIsLimited)
+{
+    tbiProcessOrder hungry = order({"memory", "400000000"});
+    EXPECT_EQ(tbiRunProcess(hungry).code, 0u);
+    hungry.memory = 200'000'000;
+    const tbiProcessEnd end = tbiRunProcess(hungry);
+    if (!tbiLimitsMemory())
+        GTEST_SKIP() << "not under a sanitizer";
+    if (end.how == tbiProcessEnd::EXITED && end.code == 0 && std::getenv("WINEPREFIX"))
+        GTEST_SKIP() << "Wine does not limit the memory of a job";
+    EXPECT_EQ(end.how, tbiProcessEnd::EXITED);
+    EXPECT_EQ(end.code, 3u);
+}
+
+TEST(Process, PrivateDirectoriesAreOnesOwn)
+{
+    const std::string first = tbiMakePrivateDirectory();
+    const std::string second = tbiMakePrivateDirectory();
+    ASSERT_TRUE(std::filesystem::is_directory(first));
+    EXPECT_NE(first, second);
+#if !defined(_WIN32)
+    EXPECT_EQ(std::filesystem::status(first).permissions(), std::filesystem::perms::owner_all);
+#endif
+    tbtest::writeAll(first + "/file", "text");
+    for (const std::string& directory : {first, second, std::string()})
+        tbiRemovePrivateDirectory(directory);
+    EXPECT_FALSE(std::filesystem::exists(first));
+    EXPECT_FALSE(std::filesystem::exists(second));
+}
