@@ -3,6 +3,7 @@
 
 #include <tamber/io/tbFile.h>
 #include <tamber/io/tbLoader.h>
+#include <tamber/io/tbModelFiles.h>
 #include <tamber/io/tbiImportOrder.h>
 #include <tamber/kernel/tbBase.h>
 #include <tamber/kernel/tbFilePath.h>
@@ -49,6 +50,7 @@ void startKernel(char** arguments)
     tbInit(nullptr);
     tbPlugIn::setSearchPolicy(tbPlugIn::SEARCH_POLICY(std::atoi(arguments[POLICY])));
     tbPlugIn::enableDynamicPlugIns(*arguments[TRUST] == '1');
+    tbModelFiles::enableOpenAnywhere(*arguments[ANYWHERE] == '1');
     for (char** path = arguments + FIRST_PATH; *path; ++path)
         tbAddFilePath(*path);
     tbPlugIn::load(arguments[MODULE]);

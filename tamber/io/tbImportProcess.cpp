@@ -1,5 +1,6 @@
 #include <tamber/io/tbImportProcess.h>
 
+#include <tamber/io/tbModelFiles.h>
 #include <tamber/io/tbPlugIn.h>
 #include <tamber/io/tbiImportOrder.h>
 #include <tamber/io/tbiLoaderLookup.h>
@@ -89,8 +90,12 @@ tbiProcessOrder makeOrder(const tbiImportSource& source, const std::string& dire
 {
     tbiProcessOrder order;
     order.program = findProgram();
-    order.arguments = {directory, source.module, std::to_string(int(tbPlugIn::getSearchPolicy())),
-                       tbPlugIn::isDynamicPlugInsEnabled() ? "1" : "0", source.path};
+    order.arguments = {directory,
+                       source.module,
+                       std::to_string(int(tbPlugIn::getSearchPolicy())),
+                       tbPlugIn::isDynamicPlugInsEnabled() ? "1" : "0",
+                       tbModelFiles::isOpenAnywhereEnabled() ? "1" : "0",
+                       source.path};
     for (int i = 0; i < tbGetNumFilePaths(); ++i)
         order.arguments.emplace_back(tbGetFilePath(i));
     order.memory = limits.memory;

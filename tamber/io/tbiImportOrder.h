@@ -3,8 +3,8 @@
 // What tbImportIsolated() and its child process agree on.
 //
 // The child's arguments are, in this order: the directory for what it hands over, the loader's module, the search
-// policy, 1 or 0 for whether files may load plug-ins, the file to import, and the search paths. It leaves in the
-// directory the scene, the messages of the import, and its report: the loader's error as a number on the first line
+// policy, 1 or 0 for whether files may load plug-ins, the same for whether models may open files anywhere, the file to
+// import, and the search paths. It leaves in the directory the scene, the messages of the import, and its report: the loader's error as a number on the first line
 // and in words behind.
 
 namespace tbiImportOrder
@@ -20,6 +20,7 @@ enum ARGUMENT : int
     MODULE,
     POLICY,
     TRUST,
+    ANYWHERE,
     FILE_NAME,
     FIRST_PATH
 };
