@@ -1,0 +1,157 @@
+#include <tests/files/WholeFile.h>
+
+#include <tests/support/TempFile.h>
+#include <tests/support/WalkCamera.h>
+
+#include <tamber/tbKernel.h>
+
+#include <unordered_map>
+
+namespace tbtest
+{
+namespace
+{
+bool isDataTag(const char* tag)
+{
+    const std::string name = tag ? tag : "";
+    return name == "tbArray" || name == "tbVertexArray" || name == "tbPlugIns";
+}
+
+void walk(tbGroup* root)
+{
+    WalkCamera camera;
+    camera.walk(root, false);
+    camera.walk(root, true);
+    tbRef<tbCollider> collider = new tbCollider;
+    collider->addRay(tbRay(tbVec3(0.25f, 0.25f, 10), tbVec3(0, 0, -1), 100));
+    collider->addRay(tbRay(tbVec3(-50, 0.1f, 0.1f), tbVec3(1, 0, 0), -1));
+    collider->setRayHitMode(tbCollider::RAY_HIT_ALL);
+    collider->intersect(root);
+}
+
+void updateScene(tbScene* scene)
+{
+    scene->acquireForMods();
+    scene->update();
+    scene->update();
+    scene->releaseFromMods();
+}
+
+// A word of /proc/self/status in bytes; 0 where there is no such file.
+std::size_t statusBytes(const std::string& name)
+{
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.compare(0, name.size(), name) == 0)
+            return std::strtoull(line.c_str() + name.size() + 1, nullptr, 10) * 1024;
+    return 0;
+}
+
+unsigned countPaths(const tbGroup* node, unsigned most, std::unordered_map<const tbGroup*, unsigned>& known)
+{
+    const auto place = known.find(node);
+    if (place != known.end())
+        return place->second;
+    unsigned long long number = 1;
+    for (const tbGroup* child : node->getChildren())
+        number = std::min<unsigned long long>(number + countPaths(child, most, known), most + 1ull);
+    return known[node] = unsigned(number);
+}
+} // namespace
+
+std::string withoutPath(const std::string& line, const std::string& path)
+{
+    const std::string start = path + ": ";
+    return line.compare(0, start.size(), start) == 0 ? line.substr(start.size()) : line;
+}
+
+WholeFile::WholeFile(const std::string& path)
+{
+    tbFile file;
+    opened = file.open(path.c_str(), "r");
+    numEntries = file.getNumEntries();
+    for (int i = 0; i < numEntries; ++i)
+    {
+        tbEntry* entry = file.getEntry(i);
+        if (!isDataTag(file.getTagDesc(entry->getTag())))
+            objects.emplace_back(file.readObject(i));
+        else
+            file.readEntry(entry);
+    }
+    error = file.getLastError();
+    text = withoutPath(file.getErrorText(), path);
+}
+
+std::vector<tbBase*> WholeFile::roots() const
+{
+    std::vector<tbBase*> all;
+    for (const tbRef<tbBase>& object : objects)
+        all.push_back(object.get());
+    return all;
+}
+
+void useGraph(tbBase* object)
+{
+    if (!object || !object->isOfType(tbGroup::getClassType()))
+        return;
+    auto* root = static_cast<tbGroup*>(object);
+    tbSphere sphere;
+    root->getBoundingVolume(sphere);
+    tbBox box;
+    root->getBoundingVolume(box);
+    const bool isScene = object->isOfType(tbScene::getClassType());
+    const tbRef<tbScene> scene = isScene ? static_cast<tbScene*>(object) : new tbScene;
+    if (!isScene)
+        scene->addChild(root);
+    updateScene(scene.get());
+    walk(scene.get());
+    if (!isScene)
+        scene->removeChild(root);
+}
+
+tbRef<tbBase> saveAndRead(tbBase* object, const std::string& folder)
+{
+    const std::string path = (std::filesystem::path(folder) / "saved.tb").string();
+    tbFile out;
+    if (!out.create(path.c_str()) || !out.writeObject(object) || !out.write())
+        return nullptr;
+    out.close();
+    tbFile in;
+    return tbRef<tbBase>(in.open(path.c_str(), "r") ? in.readObject(0) : nullptr);
+}
+
+unsigned countPaths(tbBase* object, unsigned most)
+{
+    std::unordered_map<const tbGroup*, unsigned> known;
+    const bool isGroup = object && object->isOfType(tbGroup::getClassType());
+    return isGroup ? countPaths(static_cast<tbGroup*>(object), most, known) : 1;
+}
+
+Alive::Alive() : bytes(tbMemory::getSize()), objects(tbBase::getNum(true)) {}
+
+Cost::Cost() : begun(std::chrono::steady_clock::now())
+{
+    std::ofstream("/proc/self/clear_refs") << 5; // the most counts from now on
+    held = statusBytes("VmRSS:");
+}
+
+double Cost::seconds() const
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count();
+}
+
+std::size_t Cost::bytes() const
+{
+    return statusBytes("VmHWM:") - held;
+}
+
+std::size_t mostBytes(std::size_t size)
+{
+    return (std::size_t{64} << 20) + 160 * size;
+}
+
+double mostSeconds(std::size_t size)
+{
+    return 1.0 + double(size) / 1e7;
+}
+} // namespace tbtest

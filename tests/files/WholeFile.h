@@ -1,0 +1,70 @@
+// A native file used as applications use it, whole.
+#pragma once
+
+#include <tamber/io/tbFile.h>
+#include <tamber/kernel/tbBase.h>
+#include <tamber/kernel/tbRef.h>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+namespace tbtest
+{
+/// What came of a file whose every entry was asked for. Data that is no object is loaded and read as such.
+struct WholeFile
+{
+    explicit WholeFile(const std::string& path);
+
+    /// Objects that were made, in the order of the entries; null for what could not be.
+    std::vector<tbRef<tbBase>> objects;
+    bool opened;
+    tbFile::FILE_ERROR error;
+    /// The last error in words, without the path before it.
+    std::string text;
+    int numEntries;
+
+    std::vector<tbBase*> roots() const;
+};
+
+/// Bounds, update, walks of a camera and a collider through the graph below `object`.
+void useGraph(tbBase* object);
+
+/// The same as another program would read it from a file that this one saved; null when it cannot be saved.
+/// `folder` is where the file lies meanwhile.
+tbRef<tbBase> saveAndRead(tbBase* object, const std::string& folder);
+
+/// Nodes that a walk from `object` meets, one for each path, or a little over `most` when there are more.
+unsigned countPaths(tbBase* object, unsigned most);
+
+/// `line` without `path` and what parts it from the rest.
+std::string withoutPath(const std::string& line, const std::string& path);
+
+/// Everything that this process has made and not freed.
+struct Alive
+{
+    Alive();
+    bool operator==(const Alive&) const = default;
+
+    std::size_t bytes;
+    int objects;
+};
+
+/// Time and memory that something took. What the system does not tell is 0.
+class Cost
+{
+public:
+    Cost();
+    double seconds() const;
+    /// The most that the process held beyond what it held at the start.
+    std::size_t bytes() const;
+
+private:
+    std::chrono::steady_clock::time_point begun;
+    std::size_t held;
+};
+
+/// What reading a file of `size` bytes may cost: 64 MiB and 160 times the file; 1 s and 1 s more for each 10 MB.
+std::size_t mostBytes(std::size_t size);
+double mostSeconds(std::size_t size);
+} // namespace tbtest

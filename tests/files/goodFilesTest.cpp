@@ -1,0 +1,74 @@
+// The frozen files in tests/data/good: every release reads them alike, and saves again what it read, byte for byte.
+#include <tests/files/Listing.h>
+#include <tests/files/WholeFile.h>
+
+#include <tests/support/FileNode.h>
+#include <tests/support/TempFile.h>
+
+#include <portable/tbMesh.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace
+{
+
+const std::filesystem::path FOLDER = TEST_DATA "/good";
+
+// Neither the library that wrote the file nor the versions of its classes are of the graph.
+std::string withoutVersions(std::string bytes)
+{
+    const auto word = [&](std::size_t place)
+    {
+        std::uint32_t value;
+        std::memcpy(&value, bytes.data() + place, 4);
+        return std::size_t(value);
+    };
+    std::memset(bytes.data() + 4, 0, 4);
+    const std::size_t directory = 96 + 68 * word(76);
+    for (std::size_t i = 0; i < word(72); ++i)
+        std::memset(bytes.data() + directory + 24 * i + 20, 0, 4);
+    return bytes;
+}
+
+// Where two files part, -1 when nowhere.
+std::ptrdiff_t difference(const std::string& a, const std::string& b)
+{
+    const auto place = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
+    return place.first == a.end() && place.second == b.end() ? -1 : place.first - a.begin();
+}
+
+} // namespace
+
+class GoodFile : public testing::TestWithParam<const char*>
+{
+};
+
+TEST_P(GoodFile, HoldsWhatItAlwaysHeldAndIsSavedTheSame)
+{
+    tbtest::FileNode::makeKnown();
+    tbMesh::getClassType();
+    const std::string name = GetParam();
+    const std::string expected = tbtest::readAll((FOLDER / (name + ".txt")).string());
+    const std::string plain = tbtest::readAll((FOLDER / (name + ".tb")).string());
+    ASSERT_FALSE(expected.empty());
+    const tbtest::TempDirectory directory;
+    for (const char* form : {"", "-packed", "-swapped", "-swapped-packed"})
+    {
+        SCOPED_TRACE(form);
+        const std::string path = (FOLDER / (name + form + ".tb")).string();
+        const tbtest::WholeFile file(path);
+        EXPECT_EQ(file.error, tbFile::FILE_OK) << file.text;
+        ASSERT_FALSE(file.objects.empty());
+        tbBase* root = file.objects[0].get();
+        EXPECT_EQ(tbtest::listGraph({root}), expected);
+
+        ASSERT_TRUE(tbtest::saveAndRead(root, directory.path("")));
+        const std::string saved = tbtest::readAll(directory.path("saved.tb"));
+        EXPECT_EQ(difference(withoutVersions(saved), withoutVersions(plain)), -1);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, GoodFile, testing::Values("kernel", "portable", "collider", "arrays"));
