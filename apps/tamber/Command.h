@@ -21,6 +21,8 @@ public:
     virtual int getFailureCode() const { return 1; }
     /// False for commands that look at files only: the kernel is not started then and no module loaded.
     virtual bool needsKernel() const { return true; }
+    /// False for commands that start the kernel and do without the classes of models.
+    virtual bool needsModels() const { return true; }
     /// True when the command line names this command.
     bool isChosen() const;
 

@@ -1,6 +1,7 @@
 #include "Commands.h"
 
 #include "PickCommand.h"
+#include "PluginsCommand.h"
 #include "RunCommand.h"
 
 std::vector<std::unique_ptr<Command>> makeCommands()
@@ -8,5 +9,6 @@ std::vector<std::unique_ptr<Command>> makeCommands()
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(std::make_unique<RunCommand>());
     commands.push_back(std::make_unique<PickCommand>());
+    commands.push_back(std::make_unique<PluginsCommand>());
     return commands;
 }

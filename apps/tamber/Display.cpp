@@ -1,12 +1,12 @@
 #include "Display.h"
 
 #include "CommandError.h"
+#include "RequiredModule.h"
 
 #include <tamber/display/tbCamera.h>
 #include <tamber/display/tbWindow.h>
 #include <tamber/graph/tbGroupType.h>
 #include <tamber/graph/tbScene.h>
-#include <tamber/io/tbPlugIn.h>
 #include <tamber/kernel/tbStats.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tamber/volume/tbSphere.h>
@@ -39,8 +39,7 @@ tbRef<Class> create(const char* className)
 
 Display::Display()
 {
-    if (!tbPlugIn::load(MODULE))
-        throw CommandError(MODULE, "the module was not found beside the program or in TAMBER_PLUGIN_PATH");
+    requireModule(MODULE);
     window = create<tbWindow>("tbNullWindow");
     if (!window->open())
         throw CommandError(MODULE, "its window does not open");

@@ -1,6 +1,6 @@
 #include "Kernel.h"
 
-#include "CommandError.h"
+#include "RequiredModule.h"
 
 #include <tamber/io/tbPlugIn.h>
 #include <tamber/kernel/tbInit.h>
@@ -26,18 +26,19 @@ void dropMessage(const char*) {}
 Kernel::Kernel(const KernelOptions& options)
 {
     tbSetMessageFunc(options.verbose ? showMessage : dropMessage);
-    if (!std::getenv("TAMBER_PLUGINS"))
+    const char* policy = std::getenv("TAMBER_PLUGINS");
+    if (!policy || !*policy)
         tbPlugIn::setSearchPolicy(tbPlugIn::SEARCH_APP);
     tbPlugIn::enableDynamicPlugIns(options.trustFiles);
     tbInit(nullptr);
-    if (tbPlugIn::load(PORTABLE_MODULE))
-        return;
-    tbShutdown();
-    throw CommandError(PORTABLE_MODULE,
-                       "the module was not found beside the program or in TAMBER_PLUGIN_PATH");
 }
 
 Kernel::~Kernel()
 {
     tbShutdown();
+}
+
+void Kernel::loadModelClasses()
+{
+    requireModule(PORTABLE_MODULE);
 }

@@ -11,9 +11,11 @@ struct KernelOptions
 class Kernel
 {
 public:
-    /// Throws CommandError when the module with the classes of models is not there.
     explicit Kernel(const KernelOptions& options);
     ~Kernel();
     Kernel(const Kernel&) = delete;
     Kernel& operator=(const Kernel&) = delete;
+
+    /// Loads the module with the classes that models are made of. Throws CommandError when it cannot be loaded.
+    void loadModelClasses();
 };

@@ -5,6 +5,7 @@
 #include "Commands.h"
 #include "Kernel.h"
 #include "ModelFile.h"
+#include "ModuleSearch.h"
 
 #include <tamber/kernel/tbVersion.h>
 
@@ -26,6 +27,8 @@ int runCommand(Command& command, const KernelOptions& options)
         std::optional<Kernel> kernel;
         if (command.needsKernel())
             kernel.emplace(options);
+        if (command.needsKernel() && command.needsModels())
+            kernel->loadModelClasses();
         const int result = command.run();
         std::cout.flush();
         return std::cout ? result : command.getFailureCode();
@@ -47,6 +50,7 @@ std::string versionText()
 
 int main(int argc, char** argv)
 {
+    limitModuleSearch();
     CLI::App app("Tamber, a real-time 3D scene-graph toolkit.", "tamber");
     app.require_subcommand(1);
     app.set_version_flag("--version", versionText());
