@@ -23,6 +23,7 @@ struct tbiLoaderDef : tbAllocated<tbiLoaderDef>
 {
     char* moduleName = nullptr;
     tbTList<char*> extensions;
+    tbTList<char*> exportExtensions;
     char* path = nullptr; // the file that it was loaded from last
 };
 
@@ -101,6 +102,21 @@ std::string findFile(const char* name)
     return path.c_str();
 }
 
+// A module that is loaded again names its extensions again.
+void addOnce(tbTList<char*>& extensions, const char* extension)
+{
+    tbiLockGuard guard(tbiLocks::plugIn);
+    if (!extension)
+        return;
+    for (const char* known : extensions)
+        if (sameName(known, extension))
+            return;
+    char* copy = nullptr;
+    tbiSetText(copy, extension);
+    if (copy)
+        extensions.add(copy);
+}
+
 const char* nativeExtension(const tbBase* object)
 {
     if (object->isOfType(tbGroup::getClassType()))
@@ -161,19 +177,16 @@ bool tbLoader::exportObject(const tbBase*, const char*)
     return false;
 }
 
-// A module that is loaded again names its extensions again.
 void tbLoader::addExtension(const char* extension)
 {
-    tbiLockGuard guard(tbiLocks::plugIn);
-    if (!extension || !definition)
-        return;
-    for (const char* known : definition->extensions)
-        if (sameName(known, extension))
-            return;
-    char* copy = nullptr;
-    tbiSetText(copy, extension);
-    if (copy)
-        definition->extensions.add(copy);
+    if (definition)
+        addOnce(definition->extensions, extension);
+}
+
+void tbLoader::addExportExtension(const char* extension)
+{
+    if (definition)
+        addOnce(definition->exportExtensions, extension);
 }
 
 int tbLoader::getNumExtensions() const
@@ -307,6 +320,18 @@ const char* tbLoader::getLoaderExtension(int loader, int extension)
     return (*loaderDefs)[loader]->extensions[extension];
 }
 
+int tbLoader::getNumExportExtensions(int loader)
+{
+    return loaderDefs->indexInRange(loader) ? (*loaderDefs)[loader]->exportExtensions.getNum() : 0;
+}
+
+const char* tbLoader::getExportExtension(int loader, int extension)
+{
+    if (extension < 0 || extension >= getNumExportExtensions(loader))
+        return nullptr;
+    return (*loaderDefs)[loader]->exportExtensions[extension];
+}
+
 tbLoader::LOADER_ERROR tbLoader::getError()
 {
     return errorCode;
@@ -426,8 +451,9 @@ void tbiReleaseLoaderLists()
 {
     for (tbiLoaderDef* def : *loaderDefs)
     {
-        for (char* extension : def->extensions)
-            tbMemory::free(extension);
+        for (tbTList<char*>* list : {&def->extensions, &def->exportExtensions})
+            for (char* extension : *list)
+                tbMemory::free(extension);
         tbMemory::free(def->moduleName);
         tbMemory::free(def->path);
         delete def;

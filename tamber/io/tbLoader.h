@@ -54,6 +54,9 @@ public:
     static int getNumLoaders();
     static int getNumLoaderExtensions(int loader);
     static const char* getLoaderExtension(int loader, int extension);
+    /// The extensions of what the loader writes.
+    static int getNumExportExtensions(int loader);
+    static const char* getExportExtension(int loader, int extension);
 
     static LOADER_ERROR getError();
     /// Why the last import or export failed; null when it did not, or when there is nothing more to say.
@@ -64,6 +67,8 @@ public:
 
 protected:
     void addExtension(const char* extension);
+    /// Says that exportObject() writes files of that extension, which is to be one of the loader's.
+    void addExportExtension(const char* extension);
     static void setError(LOADER_ERROR error);
     static void setErrorMessage(const char* text);
 

@@ -160,6 +160,11 @@ TEST_F(Loader, GroupsAreExportedNativelyWithTheirPlugIns)
     EXPECT_STREQ(read->getName(), "town");
     EXPECT_EQ(read->getRefCount(), 1);
 
+    int writers = 0;
+    for (int i = 0; i < tbLoader::getNumLoaders(); ++i)
+        for (int j = 0; tbLoader::getExportExtension(i, j); ++j)
+            writers += std::string(tbLoader::getExportExtension(i, j)) == "tst" ? 1 : 0;
+    EXPECT_EQ(writers, 1) << "known while the module is unloaded";
     EXPECT_TRUE(tbLoader::exportFile(model.get(), directory.path("foreign.tst").c_str()));
     EXPECT_EQ(tbtest::readAll(directory.path("foreign.tst")), "town");
     tbLoader::setSaveDirectory(std::filesystem::path(directory.path("x")).parent_path().string().c_str());

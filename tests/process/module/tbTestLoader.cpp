@@ -56,6 +56,7 @@ public:
         setRelease(3, 2, 1, "today");
         addExtension("other");
         addExtension("tst");
+        addExportExtension("tst");
         tbTestLoaded::registerClass(this);
     }
 
