@@ -110,10 +110,10 @@ void tbThread::Tree::endPasses(tbThread* thread)
         tbThread* from;
     } passes{*this, thread};
     thread->queue->takeOut(
-        [](const void* item, void* context)
+        [](const void* item, void* passesOf)
         {
             const auto* record = static_cast<const Record*>(item);
-            const auto* to = static_cast<Passes*>(context);
+            const auto* to = static_cast<Passes*>(passesOf);
             if (record->isPass())
                 to->tree.pass(to->from, record->object, record->kind == Record::DELETE_REFERENCE);
             return record->isPass();
