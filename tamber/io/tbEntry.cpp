@@ -225,7 +225,9 @@ unsigned char* tbEntry::extend(int len, int alignment)
     const std::int64_t place = aligned(cursor, alignment);
     if (!growTo(place + len))
         return nullptr;
-    std::memset(data + cursor, 0, std::size_t(place - cursor));
+    // Data that was set anew may end before the cursor; what lay there does not come back.
+    const int gap = std::min(cursor, dataSize);
+    std::memset(data + gap, 0, std::size_t(place - gap));
     cursor = int(place) + len;
     dataSize = std::max(dataSize, cursor);
     return data + place;
