@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # test.sh [STEP...]: installs what is missing, then builds and tests. Without STEP it takes all of them:
-# format release headers asan linux32 win64 win32 tsan. The presets debug and coverage are steps as well.
+# format release headers asan fuzz linux32 win64 win32 tsan. The presets debug and coverage are steps as well.
 set -uo pipefail
 cd "$(dirname "$0")" || exit
 if [ "${1-}" = -h ] || [ "${1-}" = --help ]; then
@@ -8,7 +8,7 @@ if [ "${1-}" = -h ] || [ "${1-}" = --help ]; then
     exit 0
 fi
 steps=("$@")
-[ ${#steps[@]} -gt 0 ] || steps=(format release headers asan linux32 win64 win32 tsan)
+[ ${#steps[@]} -gt 0 ] || steps=(format release headers asan fuzz linux32 win64 win32 tsan)
 jobs=$(nproc)
 
 cmake/install-packages.sh cmake ninja-build g++ ccache googletest libbenchmark-dev libassimp-dev libcli11-dev \
@@ -49,6 +49,16 @@ tested() # PRESET
     return $result
 }
 
+# Seconds for each of the eight targets: a minute in all.
+fuzzed()
+{
+    if cmake/install-packages.sh clang-14 libclang-rt-14-dev >build/fuzz.log 2>&1; then
+        ./fuzz.sh 8
+    else
+        echo "fuzz: left out, clang 14 is not to be had here"
+    fi
+}
+
 step() # NAME
 {
     case $1 in
@@ -57,6 +67,9 @@ step() # NAME
         ;;
     headers)
         configured release && built release tamber_headers_alone
+        ;;
+    fuzz)
+        fuzzed
         ;;
     debug | release | asan | linux32 | win64 | win32 | tsan | coverage)
         tested "$1"
