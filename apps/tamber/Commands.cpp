@@ -1,5 +1,6 @@
 #include "Commands.h"
 
+#include "CheckCommand.h"
 #include "PickCommand.h"
 #include "PluginsCommand.h"
 #include "RunCommand.h"
@@ -10,5 +11,6 @@ std::vector<std::unique_ptr<Command>> makeCommands()
     commands.push_back(std::make_unique<RunCommand>());
     commands.push_back(std::make_unique<PickCommand>());
     commands.push_back(std::make_unique<PluginsCommand>());
+    commands.push_back(std::make_unique<CheckCommand>());
     return commands;
 }

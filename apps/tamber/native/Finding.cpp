@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <tuple>
 #include <utility>
 
 namespace native
@@ -16,6 +17,13 @@ void Findings::add(Finding finding)
     ++byKind[std::size_t(&info - allKinds().data())];
     if (kept.size() < limit)
         kept.push_back(std::move(finding));
+}
+
+void Findings::sort()
+{
+    std::stable_sort(kept.begin(), kept.end(),
+                     [](const Finding& a, const Finding& b)
+                     { return std::tie(a.entry, a.offset, a.kind) < std::tie(b.entry, b.offset, b.kind); });
 }
 
 std::uint64_t Findings::count(Kind kind) const

@@ -57,6 +57,8 @@ enum class Kind : unsigned short
     MIXED_ORDER = 312,
     BUDGET = 313,
 
+    PLUGIN_LIST_TWICE = 314,
+
     PACKED_LENGTH = 401,
     PACKED_RATIO = 402,
     PACKED_NO_END = 403,
@@ -67,6 +69,67 @@ enum class Kind : unsigned short
     GAP_NOT_ZERO = 408,
     LEFTOVER = 409,
     TRAILING = 410,
+
+    CLASS_UNKNOWN = 501,
+    CLASS_NOT_CREATABLE = 502,
+    CLASS_CASE = 503,
+    RECORD_SHORT = 504,
+    COUNT_BEYOND = 505,
+    COUNT_NEGATIVE = 506,
+    RECORD_UNREAD = 507,
+    PADDING = 508,
+    TEXT_NO_END = 509,
+    TEXT_EARLY_END = 510,
+    TEXT_CONTROL = 511,
+    BOOL_VALUE = 512,
+    ENUM_VALUE = 513,
+    FLAGS_UNDEFINED = 514,
+    NOT_FINITE = 515,
+    REFERENCE_RANGE = 516,
+    REFERENCE_NEGATIVE = 517,
+    REFERENCE_SELF = 518,
+    REFERENCE_KIND = 519,
+    REFERENCE_FAMILY = 520,
+    CHILD_TWICE = 521,
+    TRAIT_TWICE = 522,
+
+    STATES_COUNT = 601,
+    RANGES_COUNT = 602,
+    RANGE_NEGATIVE = 603,
+    ITERATOR_ITEM = 604,
+    ITERATOR_COUNT = 605,
+    ITERATOR_STEP = 606,
+    ITERATOR_TIME = 607,
+    ITERATOR_FRAMES = 608,
+    MATRIX_TYPE = 609,
+    ARRAY_TYPE = 610,
+    VERTEX_TYPE = 611,
+    VERTEX_NO_POSITION = 612,
+    VERTEX_COUNT = 613,
+    MESH_PRIMITIVE = 614,
+    INDEX_COUNT = 615,
+    INDEX_BEYOND = 616,
+    RADIUS_NEGATIVE = 617,
+    BOX_INVERTED = 618,
+    IMAGE_SIZE = 619,
+    MATERIAL_RANGE = 620,
+    DISTANCE_RANGE = 621,
+    FILE_NAME_LEAVES = 622,
+    PLUGIN_NAME = 623,
+    PLUGIN_TWICE = 624,
+    PLUGIN_COUNT = 625,
+    KEY_ORDER = 626,
+    FRACTION_RANGE = 627,
+    DURATION_NEGATIVE = 628,
+
+    ROOT_CLASS = 701,
+    UNREACHABLE = 702,
+    CYCLE = 703,
+    TARGET_ABOVE = 704,
+    TOO_DEEP = 705,
+    TOO_MANY_PATHS = 706,
+    TOO_MANY_REFERENCES = 707,
+    CONTENT_FLAGS = 708
 };
 
 // One line of the table of kinds, from which the documents are made.
@@ -107,6 +170,8 @@ public:
     /// How many there are of a severity, of a kind, and altogether, those that were not kept included.
     std::uint64_t count(Severity severity) const { return bySeverity[unsigned(severity)]; }
     std::uint64_t count(Kind kind) const;
+    /// Orders what is kept: what the file as a whole has first, then by entry and place.
+    void sort();
     std::uint64_t count() const { return bySeverity[0] + bySeverity[1] + bySeverity[2]; }
 
 private:

@@ -1,6 +1,7 @@
 #include "Image.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace native
@@ -185,7 +186,29 @@ bool Image::readPackedLength(int entry, std::uint32_t& packedLength)
     return true;
 }
 
-Region Image::getStored(int entry)
+std::vector<int> Image::orderByOffset() const
+{
+    std::vector<int> sequence(entries.size());
+    std::iota(sequence.begin(), sequence.end(), 0);
+    const auto isBefore = [this](int a, int b)
+    { return entries[std::size_t(a)].offset < entries[std::size_t(b)].offset; };
+    if (!std::is_sorted(sequence.begin(), sequence.end(), isBefore))
+        std::stable_sort(sequence.begin(), sequence.end(), isBefore);
+    return sequence;
+}
+
+const std::vector<Region>& Image::getStored()
+{
+    if (stored.empty())
+    {
+        stored.resize(entries.size());
+        for (const int entry : orderByOffset())
+            stored[std::size_t(entry)] = findStored(entry);
+    }
+    return stored;
+}
+
+Region Image::findStored(int entry)
 {
     const ImageEntry& record = entries[std::size_t(entry)];
     if (record.size == 0 || record.offset < std::min(tablesEnd, length) || record.offset >= length)
@@ -221,29 +244,39 @@ bool Image::spend(int entry, std::uint64_t size, Findings& findings)
     return true;
 }
 
+// Every word that is wrong, not only the first.
+bool Image::checkRecord(int entry, Findings& findings) const
+{
+    const ImageEntry& record = entries[std::size_t(entry)];
+    const std::uint64_t place = getRecordOffset(entry);
+    bool good = true;
+    const auto refuse = [&](Kind kind, unsigned field, std::string detail = {})
+    {
+        findings.add(makeFinding(kind, entry, place + field, std::move(detail)));
+        good = false;
+    };
+    if (!hasMagic(entry))
+        refuse(Kind::ENTRY_MAGIC, 0);
+    if (record.compression != NO_COMPRESSION && record.compression != RLE)
+        refuse(Kind::COMPRESSION_UNKNOWN, RECORD_COMPRESSION, std::to_string(record.compression));
+    if (record.size == 0)
+        refuse(Kind::NO_DATA, RECORD_DATA_SIZE);
+    else if (record.size > LARGEST_ENTRY)
+        refuse(Kind::SIZE_TOO_LARGE, RECORD_DATA_SIZE, std::to_string(record.size) + " bytes");
+    if (record.offset == 0)
+        refuse(Kind::OFFSET_ZERO, RECORD_OFFSET);
+    else if (record.offset < tablesEnd)
+        refuse(Kind::OFFSET_IN_TABLES, RECORD_OFFSET, "offset " + std::to_string(record.offset));
+    return good;
+}
+
 bool Image::readData(int entry, std::vector<unsigned char>& data, Findings& findings)
 {
     data.clear();
-    const ImageEntry& record = entries[std::size_t(entry)];
-    const std::uint64_t place = getRecordOffset(entry);
-    const auto refuse = [&](Kind kind, unsigned field, std::string detail)
-    {
-        findings.add(makeFinding(kind, entry, place + field, std::move(detail)));
+    if (!checkRecord(entry, findings))
         return false;
-    };
-    if (!hasMagic(entry))
-        return refuse(Kind::ENTRY_MAGIC, 0, {});
-    if (record.size == 0)
-        return refuse(Kind::NO_DATA, RECORD_DATA_SIZE, {});
-    if (record.size > LARGEST_ENTRY)
-        return refuse(Kind::SIZE_TOO_LARGE, RECORD_DATA_SIZE, std::to_string(record.size) + " bytes");
-    if (record.compression != NO_COMPRESSION && record.compression != RLE)
-        return refuse(Kind::COMPRESSION_UNKNOWN, RECORD_COMPRESSION, std::to_string(record.compression));
-    if (record.offset == 0)
-        return refuse(Kind::OFFSET_ZERO, RECORD_OFFSET, {});
-    if (record.offset < tablesEnd)
-        return refuse(Kind::OFFSET_IN_TABLES, RECORD_OFFSET, "offset " + std::to_string(record.offset));
-    return record.compression == RLE ? readPacked(entry, data, findings) : readPlain(entry, data, findings);
+    return entries[std::size_t(entry)].compression == RLE ? readPacked(entry, data, findings)
+                                                          : readPlain(entry, data, findings);
 }
 
 bool Image::readPlain(int entry, std::vector<unsigned char>& data, Findings& findings)
@@ -316,22 +349,19 @@ bool Image::readPacked(int entry, std::vector<unsigned char>& data, Findings& fi
 
 std::vector<Region> Image::findLeftovers()
 {
-    std::vector<Region> stored;
-    stored.reserve(entries.size());
-    for (int i = 0; i < getNumEntries(); ++i)
-        if (const Region region = getStored(i); region.size > 0)
-            stored.push_back(region);
-    std::sort(stored.begin(), stored.end(),
-              [](const Region& a, const Region& b) { return a.offset < b.offset; });
+    const std::vector<Region>& regions = getStored();
     std::vector<Region> leftovers;
     std::uint64_t covered = gap.end();
-    stored.push_back({length, 0});
-    for (const Region& region : stored)
+    const auto coverTo = [&](const Region& region)
     {
         if (region.offset > covered)
             leftovers.push_back({covered, region.offset - covered});
         covered = std::max(covered, region.end());
-    }
+    };
+    for (const int entry : orderByOffset())
+        if (regions[std::size_t(entry)].size > 0)
+            coverTo(regions[std::size_t(entry)]);
+    coverTo({length, 0});
     return leftovers;
 }
 

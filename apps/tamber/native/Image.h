@@ -80,9 +80,12 @@ public:
     /// False when the record begins with the magic of neither order.
     bool hasMagic(int entry) const;
 
-    /// The entry's bytes in the file, which for packed data begin with the packed length. What would leave the file
-    /// is cut; an entry that lies nowhere has the size 0.
-    Region getStored(int entry);
+    /// Each entry's bytes in the file, which for packed data begin with the packed length. What would leave the file
+    /// is cut; an entry that lies nowhere has the size 0. The first call visits the file.
+    const std::vector<Region>& getStored();
+    const Region& getStored(int entry) { return getStored()[std::size_t(entry)]; }
+    /// The entries in the order of their data, which is the order in which reading is cheap.
+    std::vector<int> orderByOffset() const;
     bool readRegion(const Region& region, std::vector<unsigned char>& bytes);
     /// The entry's data, unpacked. False, with the reason found, when it cannot be had; a reader of the kernel
     /// refuses exactly those entries.
@@ -98,6 +101,8 @@ private:
     void readTags(Findings& findings);
     void readDirectory(Findings& findings);
     void findGap();
+    Region findStored(int entry);
+    bool checkRecord(int entry, Findings& findings) const;
     bool spend(int entry, std::uint64_t size, Findings& findings);
     bool readPlain(int entry, std::vector<unsigned char>& data, Findings& findings);
     bool readPacked(int entry, std::vector<unsigned char>& data, Findings& findings);
@@ -112,8 +117,9 @@ private:
     std::vector<ImageEntry> entries;
     std::uint64_t tablesEnd = 0;
     Region gap;
-    std::uint64_t budget = 0; // what all entries together may still unpack to
-    std::vector<bool> spent;  // by entry: stands in the budget
+    std::vector<Region> stored; // by entry, once it was asked for
+    std::uint64_t budget = 0;   // what all entries together may still unpack to
+    std::vector<bool> spent;    // by entry: stands in the budget
 };
 
 } // namespace native

@@ -43,8 +43,11 @@ public:
             return fetch(offset, static_cast<char*>(to), size);
         if (offset < windowStart || offset + size > windowStart + window.size())
         {
-            const std::uint64_t rest = length - offset;
-            window.resize(std::size_t(std::min<std::uint64_t>(WINDOW_SIZE, rest)));
+            // Whoever jumps about pays for little more than is read.
+            const std::uint64_t end = windowStart + window.size();
+            ahead =
+                offset >= windowStart && offset <= end ? std::min(2 * ahead, WINDOW_SIZE) : SMALLEST_WINDOW;
+            window.resize(std::size_t(std::min<std::uint64_t>(std::max(ahead, size), length - offset)));
             windowStart = offset;
             if (!fetch(offset, window.data(), window.size()))
             {
@@ -57,6 +60,7 @@ public:
     }
 
 private:
+    static constexpr std::size_t SMALLEST_WINDOW = 4 * 1024;
     static constexpr std::size_t WINDOW_SIZE = 256 * 1024;
 
     bool fetch(std::uint64_t offset, char* to, std::size_t size)
@@ -71,6 +75,7 @@ private:
     std::uint64_t length = 0;
     std::vector<char> window;
     std::uint64_t windowStart = 0;
+    std::size_t ahead = SMALLEST_WINDOW;
 };
 
 class MemorySource : public ImageSource

@@ -88,9 +88,9 @@ public:
     void fail(const char* rule) override
     {
         if (record.fields.empty())
-            return stop("", record.end, rule);
+            return stop(RecordProblem::RULE_BROKEN, "", record.end, rule);
         const Field& field = record.fields.back();
-        stop(field.name, field.offset, rule);
+        stop(RecordProblem::RULE_BROKEN, field.name, field.offset, rule);
     }
 
 private:
@@ -101,10 +101,10 @@ private:
         bool taken = false;
     };
 
-    void stop(const char* name, std::uint32_t offset, const char* rule)
+    void stop(RecordProblem::Cause cause, const char* name, std::uint32_t offset, const char* rule)
     {
         if (!hasStopped())
-            record.problem = {rule, name, offset};
+            record.problem = {cause, rule, name, offset};
     }
 
     // Reads the number that stands before items; the record goes on behind it once the items are found, too.
@@ -115,7 +115,7 @@ private:
             return {};
         if (offset + 4 > data.size())
         {
-            stop(name, record.end, "the data ends before the number of items");
+            stop(RecordProblem::TOO_SHORT, name, record.end, "the data ends before the number of items");
             return {};
         }
         return {record.intAt(std::uint32_t(offset), 4), std::uint32_t(offset), true};
@@ -130,7 +130,7 @@ private:
         const std::uint64_t from = aligned(count.offset + 4, number > 0 ? alignmentOf(type.width) : 1);
         if (from + number * width > data.size())
         {
-            stop(name, count.offset, "more items than the data holds");
+            stop(RecordProblem::TOO_MANY, name, count.offset, "more items than the data holds");
             return nullptr;
         }
         Field* field = place(name, type, count.offset + 4, std::uint32_t(number), width);
@@ -151,7 +151,7 @@ private:
         const std::uint64_t offset = number > 0 ? aligned(from, alignment) : from;
         if (offset + std::uint64_t(number) * width > data.size())
         {
-            stop(name, record.end, "the data ends before the value");
+            stop(RecordProblem::TOO_SHORT, name, record.end, "the data ends before the value");
             return nullptr;
         }
         Field field = {};

@@ -72,6 +72,14 @@ struct Field
 /// What keeps a record from being walked to its end.
 struct RecordProblem
 {
+    enum Cause : std::uint8_t
+    {
+        NONE,
+        TOO_SHORT,  // the data ends before a value
+        TOO_MANY,   // a number of items that the data does not hold
+        RULE_BROKEN // a value that the class cannot have
+    };
+    Cause cause = NONE;
     const char* rule = nullptr; // null: nothing does
     const char* field = "";
     std::uint32_t offset = 0;

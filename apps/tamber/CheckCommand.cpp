@@ -1,0 +1,115 @@
+#include "CheckCommand.h"
+
+#include "CommandError.h"
+#include "Json.h"
+
+#include <apps/tamber/native/Check.h>
+#include <apps/tamber/native/FindingText.h>
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+
+namespace
+{
+using namespace native;
+
+enum Result : int
+{
+    SOUND = 0,
+    WARNINGS = 1,
+    ERRORS = 2
+};
+
+Result resultOf(const Findings& findings)
+{
+    return findings.count(Severity::ERROR) > 0     ? ERRORS
+           : findings.count(Severity::WARNING) > 0 ? WARNINGS
+                                                   : SOUND;
+}
+
+void printText(const std::string& file, const Findings& findings)
+{
+    for (const Finding& finding : findings.getKept())
+        std::cout << file << ": " << textOf(finding) << '\n';
+    if (findings.count() == 0)
+    {
+        std::cout << file << ": sound\n";
+        return;
+    }
+    std::cout << file << ": " << summaryOf(findings);
+    if (findings.getKept().size() < findings.count())
+        std::cout << "; the first " << findings.getKept().size() << " are listed";
+    std::cout << '\n';
+}
+
+void printFinding(Json& out, const Finding& finding)
+{
+    const KindInfo& info = infoOf(finding.kind);
+    out.beginObject();
+    out.member("number", int(info.kind)).member("name", info.name).member("severity", nameOf(info.severity));
+    out.key("entry");
+    if (finding.entry == NO_ENTRY)
+        out.null();
+    else
+        out.value(finding.entry);
+    out.member("tag", finding.tag).member("offset", finding.offset);
+    out.member("rule", info.rule).member("detail", finding.detail);
+    out.endObject();
+}
+
+void printJson(const std::string& file, const Findings& findings)
+{
+    Json out(std::cout);
+    out.beginObject();
+    out.member("file", file).member("sound", findings.count() == 0);
+    out.member("errors", findings.count(Severity::ERROR));
+    out.member("warnings", findings.count(Severity::WARNING));
+    out.member("notes", findings.count(Severity::NOTE));
+    out.key("findings").beginArray();
+    for (const Finding& finding : findings.getKept())
+        printFinding(out, finding);
+    out.endArray().endObject();
+}
+} // namespace
+
+void CheckCommand::define(CLI::App& app)
+{
+    CLI::App& command = addTo(app, "check", "Say everything that is wrong with a native file");
+    limit = Findings::DEFAULT_LIMIT;
+    CLI::Option* fileOption = command.add_option("FILE", file, "A native file (.tb)");
+    command.add_flag("--kinds", kinds, "Print the document that explains every finding")
+        ->group("")
+        ->excludes(fileOption);
+    command.add_option("--limit", limit, "How many findings to list; all are counted")->capture_default_str();
+    command.add_flag("--json", json, "Print JSON instead of text");
+    command.footer("Reads strictly, loads no plug-in and starts no kernel. Exit code 0 for a sound file, 1 "
+                   "for one with\n"
+                   "warnings only, 2 for one with errors.");
+}
+
+int CheckCommand::run()
+{
+    if (kinds)
+    {
+        std::cout << describeKinds();
+        return SOUND;
+    }
+    if (file.empty())
+        throw CommandError("FILE", "is required");
+    try
+    {
+        Findings findings(limit);
+        Image image(openFileSource(file), findings);
+        checkImage(image, findings);
+        if (json)
+            printJson(file, findings);
+        else
+            printText(file, findings);
+        return resultOf(findings);
+    }
+    catch (const SourceError& error)
+    {
+        throw CommandError(file, error.what());
+    }
+}
