@@ -42,6 +42,8 @@ public:
         Field* field = place(name, type, record.end, std::uint32_t(number), type.width);
         if (!field)
             return 0;
+        constexpr int ROW = 4; // of a matrix
+        field->perItem = std::uint8_t(number > ROW && number % ROW == 0 ? ROW : number);
         const bool isNumber = type.kind == FieldKind::FLOAT || type.kind == FieldKind::DOUBLE;
         return isNumber ? 0 : record.getInt(*field);
     }
