@@ -4,8 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 namespace
 {
+
+// Wine counts neither the processor time of another process nor the memory of a job.
+const bool inWine = std::getenv("WINEPREFIX") != nullptr;
 
 tbiProcessOrder order(std::vector<std::string> arguments)
 {
@@ -66,8 +71,9 @@ TEST(Process, LimitsHold)
 {
     tbiProcessOrder spinning = order({"spin"});
     spinning.processorTime = 1;
+    spinning.time = inWine ? 2 : 60;
     const tbiProcessEnd spun = tbiRunProcess(spinning);
-    EXPECT_EQ(spun.how, tbiProcessEnd::PROCESSOR_TIME) << spun.text;
+    EXPECT_EQ(spun.how, inWine ? tbiProcessEnd::TIME : tbiProcessEnd::PROCESSOR_TIME) << spun.text;
     EXPECT_GT(spun.seconds, 0.9);
 
     tbiProcessOrder sleeping = order({"sleep"});
@@ -86,8 +92,8 @@ TEST(Process, MemoryIsLimited)
     const tbiProcessEnd end = tbiRunProcess(hungry);
     if (!tbiLimitsMemory())
         GTEST_SKIP() << "not under a sanitizer";
-    if (end.how == tbiProcessEnd::EXITED && end.code == 0 && std::getenv("WINEPREFIX"))
-        GTEST_SKIP() << "Wine does not limit the memory of a job";
+    if (inWine)
+        GTEST_SKIP() << "Wine lets a job take any memory";
     EXPECT_EQ(end.how, tbiProcessEnd::EXITED);
     EXPECT_EQ(end.code, 3u);
 }
