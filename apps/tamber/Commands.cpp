@@ -1,6 +1,7 @@
 #include "Commands.h"
 
 #include "CheckCommand.h"
+#include "InfoCommand.h"
 #include "PickCommand.h"
 #include "PluginsCommand.h"
 #include "RunCommand.h"
@@ -11,6 +12,7 @@ std::vector<std::unique_ptr<Command>> makeCommands()
     commands.push_back(std::make_unique<RunCommand>());
     commands.push_back(std::make_unique<PickCommand>());
     commands.push_back(std::make_unique<PluginsCommand>());
+    commands.push_back(std::make_unique<InfoCommand>());
     commands.push_back(std::make_unique<CheckCommand>());
     return commands;
 }

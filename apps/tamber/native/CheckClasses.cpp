@@ -188,10 +188,10 @@ public:
             entry.add(Kind::DISTANCE_RANGE, *low,
                       std::to_string(record.getFloat(*low)) + " to " +
                           std::to_string(record.getFloat(*high)));
-        checkFileName("waveName");
+        checkFileName("waveName", Kind::FILE_NAME_LEAVES);
     }
 
-    void checkModel() { checkFileName("fileName"); }
+    void checkModel() { checkFileName("fileName", Kind::FILE_NAME_LEAVES); }
 
     void checkMaterial()
     {
@@ -205,7 +205,7 @@ public:
     {
         const Field* image = record.find("image");
         if (!image || image->count == 0)
-            return checkFileName("fileName");
+            return checkFileName("fileName", Kind::IMAGE_NAME_LEAVES);
         // An image file's pixels are not counted here.
         if (!record.getText(*record.find("format")).empty())
             return;
@@ -323,11 +323,11 @@ private:
         }
     }
 
-    void checkFileName(const char* name)
+    void checkFileName(const char* name, Kind kind)
     {
         const Field* field = record.find(name);
         if (field && leavesFolder(record.getText(*field)))
-            entry.add(Kind::FILE_NAME_LEAVES, *field, printable(record.getText(*field)));
+            entry.add(kind, *field, printable(record.getText(*field)));
     }
 
     const EntryRecord& entry;

@@ -1,5 +1,6 @@
 // Header, tags and directory: all that is known without reading an entry.
 #include "CheckState.h"
+#include "Info.h"
 
 #include <tamber/kernel/tbVersion.h>
 #include <tamber/kernel/tbiRelease.h>
@@ -16,12 +17,6 @@ namespace
 {
 
 constexpr std::uint32_t OWN_VERSION = tbMakeVersion(tbiRelease::MAJOR, tbiRelease::MINOR, tbiRelease::BUILD);
-
-std::string versionText(std::uint32_t version)
-{
-    return std::to_string(tbGetMajorVersion(version)) + "." + std::to_string(tbGetMinorVersion(version)) +
-           "." + std::to_string(tbGetBuildVersion(version));
-}
 
 template <class Bytes>
 void checkReserved(CheckState& state, const Bytes& bytes, std::uint64_t offset)

@@ -121,6 +121,7 @@ enum class Kind : unsigned short
     KEY_ORDER = 626,
     FRACTION_RANGE = 627,
     DURATION_NEGATIVE = 628,
+    IMAGE_NAME_LEAVES = 629,
 
     ROOT_CLASS = 701,
     UNREACHABLE = 702,

@@ -211,6 +211,9 @@ constexpr KindInfo KINDS[] = {
      "A transition's fraction lies between 0 and 1.", "The children fade wrongly until it ends."},
     {Kind::DURATION_NEGATIVE, Severity::WARNING, "duration-negative", "Durations are not negative.",
      "The motion stands still."},
+    {Kind::IMAGE_NAME_LEAVES, Severity::NOTE, "image-name-leaves",
+     "Names of images outside the file lead to this file's folder or below it.",
+     "Nothing by itself: models name images as their authors did. Who opens them should look at the names."},
 
     // The graph
     {Kind::ROOT_CLASS, Severity::ERROR, "root-class", "Entry 0 is an object of a known class.",
