@@ -1,6 +1,8 @@
 #include "Commands.h"
 
+#include "BuildCommand.h"
 #include "CheckCommand.h"
+#include "DumpCommand.h"
 #include "InfoCommand.h"
 #include "PickCommand.h"
 #include "PluginsCommand.h"
@@ -14,5 +16,7 @@ std::vector<std::unique_ptr<Command>> makeCommands()
     commands.push_back(std::make_unique<PluginsCommand>());
     commands.push_back(std::make_unique<InfoCommand>());
     commands.push_back(std::make_unique<CheckCommand>());
+    commands.push_back(std::make_unique<DumpCommand>());
+    commands.push_back(std::make_unique<BuildCommand>());
     return commands;
 }
