@@ -215,6 +215,11 @@ void printTreeJson(std::ostream& stream, const std::string& file, tbGroup& root,
     Json out(stream);
     out.beginObject();
     writeSummary(out, file, model);
+    if (limits.nodes == 0)
+    {
+        out.endObject();
+        return;
+    }
     out.key("tree").beginArray();
     Choice choice(limits);
     walkModel(

@@ -1,0 +1,293 @@
+#include <tests/native/Specimen.h>
+
+#include <tests/support/TempFile.h>
+
+#include <apps/tamber/native/Check.h>
+#include <apps/tamber/native/Record.h>
+#include <portable/tbKeyFrameAction.h>
+#include <portable/tbMaterial.h>
+#include <portable/tbMesh.h>
+#include <portable/tbPathAction.h>
+#include <portable/tbTexture.h>
+#include <tamber/audio/tbEmitter.h>
+#include <tamber/collide/tbBoxFence.h>
+#include <tamber/collide/tbCollider.h>
+#include <tamber/collide/tbSphereFence.h>
+#include <tamber/graph/tbAutoSwitch.h>
+#include <tamber/graph/tbModel.h>
+#include <tamber/graph/tbRangeSwitch.h>
+#include <tamber/graph/tbScene.h>
+#include <tamber/io/tbLoader.h>
+#include <tamber/kernel/tbRef.h>
+#include <tamber/render/tbVertexArray.h>
+
+#include <algorithm>
+#include <bit>
+
+#include <gtest/gtest.h>
+
+using namespace native;
+
+namespace tbtest
+{
+namespace
+{
+template <class Node>
+Node* addTo(tbGroup* parent, const char* name)
+{
+    auto* node = new Node;
+    node->setName(name);
+    parent->addChild(node);
+    return node;
+}
+
+tbTransform* addTransform(tbGroup* parent, const char* name)
+{
+    auto* node = addTo<tbTransform>(parent, name);
+    tbMatrix matrix;
+    matrix.makeXYZ(1, 2, 3);
+    node->setMatrix(matrix);
+    return node;
+}
+
+void addMesh(tbGroup* parent)
+{
+    auto* mesh = addTo<tbMesh>(parent, "mesh");
+    const tbRef<tbVertexArray> vertices(new tbVertexArray(8, tbVertexArray::VT_POSITION));
+    const unsigned indices[] = {0, 1, 2};
+    mesh->set(tbMesh::TRIANGLES, vertices.get(), indices, 3);
+}
+
+template <class Switch>
+Switch* addSwitch(tbGroup* parent, const char* name)
+{
+    auto* node = addTo<Switch>(parent, name);
+    addTo<tbGroup>(node, "first");
+    addTo<tbGroup>(node, "second");
+    return node;
+}
+
+void addTraits(tbStyle* style, bool withImage)
+{
+    style->addTrait(new tbMaterial);
+    auto* texture = new tbTexture;
+    texture->setFileName("wood.png");
+    const unsigned char pixels[8] = {1, 2, 3, 4, 5, 6, 7, 8};
+    if (withImage)
+        texture->setPixels(2, 1, pixels);
+    style->addTrait(texture);
+}
+
+void addActions(tbGroup* parent, tbTransform* target)
+{
+    auto* path = addTo<tbPathAction>(parent, "path");
+    path->setTarget(target);
+    auto* keys = addTo<tbKeyFrameAction>(parent, "keys");
+    keys->getPositions().addKey(0.5f, tbVec3(1, 2, 3));
+    keys->getPositions().addKey(1.5f, tbVec3(1, 2, 3));
+}
+
+std::string writeSpecimen()
+{
+    const tbRef<tbScene> scene(new tbScene);
+    addTraits(scene.get(), false);
+    auto* car = addTransform(scene.get(), "ab"); // an odd name, behind which there is padding
+    addMesh(car);
+    addTo<tbModel>(scene.get(), "model");
+    addTraits(addTo<tbStyle>(scene.get(), "style"), true);
+    addSwitch<tbSwitch>(scene.get(), "switch");
+    addSwitch<tbRangeSwitch>(scene.get(), "ranges");
+    addSwitch<tbAutoSwitch>(scene.get(), "auto")->setTime(0.3f);
+    addTo<tbSphereFence>(scene.get(), "ball");
+    addTo<tbBoxFence>(scene.get(), "box");
+    addTo<tbEmitter>(scene.get(), "horn")->setWaveName("horn.wav");
+    addActions(addTransform(scene.get(), "track"), car);
+    const tbRef<tbCollider> collider(new tbCollider);
+    collider->addRay(tbRay(tbVec3(0, 0, 0), tbVec3(1, 2, 3)));
+    scene->addAttribute(collider.get());
+
+    const TempDirectory directory;
+    const std::string path = directory.path("specimen.tb");
+    EXPECT_TRUE(tbLoader::exportFile(scene.get(), path.c_str()));
+    return readAll(path);
+}
+
+std::unique_ptr<ImageSource> sourceOf(const std::string& bytes)
+{
+    return makeMemorySource({bytes.begin(), bytes.end()});
+}
+
+/// The record of an entry that is not packed, for as long as it is needed at once.
+template <class Use>
+auto withRecord(const std::string& bytes, int entry, Use use)
+{
+    Findings findings;
+    Image image(sourceOf(bytes), findings);
+    std::vector<unsigned char> data;
+    EXPECT_TRUE(image.readData(entry, data, findings)) << entry;
+    return use(Record(image.getTagName(entry), data, image.getOrder(entry)));
+}
+
+Field fieldOf(const Record& record, const char* name)
+{
+    const Field* field = record.find(name);
+    EXPECT_NE(field, nullptr) << name;
+    return field ? *field : Field{};
+}
+
+void swapWord(std::string& bytes, std::size_t offset, std::size_t width)
+{
+    std::reverse(bytes.begin() + std::ptrdiff_t(offset), bytes.begin() + std::ptrdiff_t(offset + width));
+}
+} // namespace
+
+const std::string& specimenFile()
+{
+    static const std::string bytes = writeSpecimen();
+    return bytes;
+}
+
+std::set<int> findingsOf(std::unique_ptr<ImageSource> source)
+{
+    Findings findings;
+    Image image(std::move(source), findings);
+    checkImage(image, findings);
+    std::set<int> numbers;
+    for (const KindInfo& info : allKinds())
+        if (findings.count(info.kind) > 0)
+            numbers.insert(int(info.kind));
+    return numbers;
+}
+
+std::set<int> findingsOf(const std::string& bytes)
+{
+    return findingsOf(sourceOf(bytes));
+}
+
+void Specimen::setWord(std::size_t offset, std::uint32_t value)
+{
+    unsigned char word[4];
+    storeWord(word, value, OWN_ORDER);
+    bytes.replace(offset, 4, reinterpret_cast<const char*>(word), 4);
+}
+
+void Specimen::setRecord(int entry, unsigned field, std::uint32_t value)
+{
+    Findings findings;
+    setWord(Image(sourceOf(bytes), findings).getRecordOffset(entry) + field, value);
+}
+
+std::uint32_t Specimen::getRecord(int entry, unsigned field) const
+{
+    Findings findings;
+    const std::size_t offset = Image(sourceOf(bytes), findings).getRecordOffset(entry) + field;
+    return loadWord<std::uint32_t>(reinterpret_cast<const unsigned char*>(bytes.data()) + offset, OWN_ORDER);
+}
+
+int Specimen::numEntries() const
+{
+    Findings findings;
+    return Image(sourceOf(bytes), findings).getNumEntries();
+}
+
+int Specimen::find(const char* className, int nth) const
+{
+    Findings findings;
+    const Image image(sourceOf(bytes), findings);
+    for (int i = 0; i < image.getNumEntries(); ++i)
+        if (image.getTagName(i) == className && nth-- == 0)
+            return i;
+    ADD_FAILURE() << "no entry of " << className;
+    return 0;
+}
+
+std::size_t Specimen::tagPlace(const char* className) const
+{
+    Findings findings;
+    const Image image(sourceOf(bytes), findings);
+    return image.getTagOffset(int(image.getEntries()[std::size_t(find(className))].tag));
+}
+
+void Specimen::renameTag(const char* className, const char* newName)
+{
+    std::string field = newName;
+    field.resize(layout::TAG_NAME_SIZE);
+    bytes.replace(tagPlace(className) + layout::TAG_NAME, field.size(), field);
+}
+
+std::size_t Specimen::place(const char* className, const char* field, int i, int nth) const
+{
+    const int entry = find(className, nth);
+    return withRecord(bytes, entry,
+                      [&](const Record& record)
+                      {
+                          const Field found = fieldOf(record, field);
+                          return getRecord(entry, layout::RECORD_OFFSET) + found.offset +
+                                 std::size_t(i) * found.width;
+                      });
+}
+
+std::size_t Specimen::countPlace(const char* className, const char* field, int nth) const
+{
+    const int entry = find(className, nth);
+    return withRecord(bytes, entry,
+                      [&](const Record& record) {
+                          return std::size_t(getRecord(entry, layout::RECORD_OFFSET)) +
+                                 fieldOf(record, field).countOffset;
+                      });
+}
+
+void Specimen::setValue(const char* className, const char* field, std::uint32_t value, int i)
+{
+    const std::size_t offset = place(className, field, i);
+    const int width = withRecord(bytes, find(className),
+                                 [&](const Record& record) { return int(fieldOf(record, field).width); });
+    unsigned char word[4];
+    storeWord(word, value, OWN_ORDER);
+    const bool little = OWN_ORDER == ByteOrder::LITTLE;
+    for (int byte = 0; byte < std::min(width, 4); ++byte)
+        setByte(offset + std::size_t(byte), word[little ? byte : 4 - width + byte]);
+}
+
+void Specimen::setNumber(const char* className, const char* field, float value, int i)
+{
+    setWord(place(className, field, i), std::bit_cast<std::uint32_t>(value));
+}
+
+void Specimen::setCount(const char* className, const char* field, std::uint32_t value)
+{
+    setWord(countPlace(className, field), value);
+}
+
+std::string Specimen::lastStored() const
+{
+    return bytes.substr(getRecord(last(), layout::RECORD_OFFSET));
+}
+
+void Specimen::setLastStored(const std::string& stored, std::uint32_t size, std::uint32_t compression)
+{
+    bytes.replace(getRecord(last(), layout::RECORD_OFFSET), std::string::npos, stored);
+    setRecord(last(), layout::RECORD_DATA_SIZE, size);
+    setRecord(last(), layout::RECORD_COMPRESSION, compression);
+}
+
+void Specimen::swap(int entry)
+{
+    const std::size_t start = getRecord(entry, layout::RECORD_OFFSET);
+    withRecord(std::string(bytes), entry,
+               [&](const Record& record)
+               {
+                   for (const Field& field : record.getFields())
+                   {
+                       if (field.counted)
+                           swapWord(bytes, start + field.countOffset, 4);
+                       const std::size_t width = field.kind == FieldKind::TABLE ? 4 : field.width;
+                       for (std::size_t offset = field.offset; width > 1 && offset < field.end();
+                            offset += width)
+                           swapWord(bytes, start + offset, width);
+                   }
+               });
+    Findings findings;
+    swapWord(bytes, std::size_t(Image(sourceOf(bytes), findings).getRecordOffset(entry)), 4);
+}
+} // namespace tbtest

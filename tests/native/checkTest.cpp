@@ -1,0 +1,497 @@
+// Every kind of finding has a damage that brings exactly it about, and files that the library writes have none.
+#include <tests/native/EveryClass.h>
+#include <tests/native/Specimen.h>
+#include <tests/support/FileBuilder.h>
+#include <tests/support/Messages.h>
+#include <tests/support/RandomValues.h>
+
+#include <apps/tamber/native/FindingText.h>
+#include <apps/tamber/native/Packing.h>
+
+#include <functional>
+#include <limits>
+
+using namespace native;
+using namespace native::layout;
+using tbtest::FileBuilder;
+using tbtest::findingsOf;
+using tbtest::Specimen;
+
+namespace
+{
+// Damages whose effects go further than one would list: the kind is there, others may be.
+constexpr Kind WHATEVER{};
+
+struct Damage
+{
+    Kind kind;
+    std::vector<Kind> also; // what cannot but come with it
+    std::function<void(Specimen&)> make;
+};
+
+constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
+
+std::string lengthAnd(const std::string& packed)
+{
+    return tbtest::Record().integer(int(packed.size())).get() + packed;
+}
+
+/// The last entry packed as pairs of one byte each, with its size.
+std::string packedLast(const Specimen& file)
+{
+    std::string packed;
+    for (const char c : file.lastStored())
+        packed += std::string(1, '\1') + c;
+    return packed + '\0';
+}
+
+std::string groupData(const std::vector<int>& children)
+{
+    tbtest::Record record;
+    record.object().word(0).word(0).integer(int(children.size()));
+    for (const int child : children)
+        record.integer(child);
+    return record;
+}
+
+/// Groups one below the other, each `times` in the one above through groups between them.
+std::string chain(int levels, bool doubled)
+{
+    FileBuilder file;
+    for (int i = 0; i < levels; ++i)
+    {
+        const int next = doubled ? 3 * (i + 1) : i + 1;
+        const bool last = i + 1 == levels;
+        file.add("tbGroup", groupData(last      ? std::vector<int>()
+                                      : doubled ? std::vector<int>{3 * i + 1, 3 * i + 2}
+                                                : std::vector<int>{next}));
+        if (doubled && !last)
+            for (int side = 0; side < 2; ++side)
+                file.add("tbGroup", groupData({next}));
+    }
+    return file.build();
+}
+
+/// A group with so many attributes, all of them the root, in little space.
+std::string manyReferences(std::size_t number)
+{
+    FileBuilder file;
+    file.add("tbGroup", groupData({1}));
+    std::string data = tbtest::Record().integer(0).word(0).integer(int(number));
+    data.resize(data.size() + 4 * number);
+    const std::vector<unsigned char> packed =
+        pack({reinterpret_cast<const unsigned char*>(data.data()), data.size()});
+    FileBuilder::Entry& entry = file.add("tbGroup", lengthAnd({packed.begin(), packed.end()}));
+    entry.compression = RLE;
+    entry.size = std::uint32_t(data.size());
+    return file.build();
+}
+
+/// Entries on the same bytes, which unpack to more altogether than any reader takes.
+std::string overBudget()
+{
+    FileBuilder file;
+    const std::vector<unsigned char> packed = pack(std::vector<unsigned char>(100'000'000));
+    for (int i = 0; i < 3; ++i)
+    {
+        FileBuilder::Entry& entry =
+            file.add("tbMaterial", i == 0 ? lengthAnd({packed.begin(), packed.end()}) : std::string());
+        entry.compression = RLE;
+        entry.size = 100'000'000;
+        entry.offset = HEADER_SIZE + TAG_SIZE + 3 * (RECORD_SIZE + RECORD_GAP);
+    }
+    return file.build();
+}
+
+std::string plugInList(const std::vector<std::string>& modules, int number)
+{
+    tbtest::Record record;
+    record.integer(number);
+    for (const std::string& module : modules)
+        record.integer(0).integer(0).integer(0).name(module).integer(1).integer(0).integer(0);
+    return record;
+}
+
+void setPlugIns(Specimen& file, const std::string& data)
+{
+    file.setLastStored(data, std::uint32_t(data.size()), NO_COMPRESSION);
+}
+
+void setReference(Specimen& file, const char* className, const char* field, int target)
+{
+    file.setValue(className, field, std::uint32_t(target));
+}
+
+const std::vector<Damage>& damages()
+{
+    using S = Specimen&;
+    using enum Kind;
+    static const std::vector<Damage> all = {
+        {FILE_EMPTY, {}, [](S f) { f.bytes.clear(); }},
+        {HEADER_SHORT, {}, [](S f) { f.bytes.resize(95); }},
+        {MAGIC_UNKNOWN, {}, [](S f) { f.setByte(0, 1); }},
+        {VERSION_NEWER, {}, [](S f) { f.setWord(HEADER_VERSION, 0x63000000); }},
+        {RESERVED_NOT_ZERO, {}, [](S f) { f.setByte(95, 1); }},
+        {NO_ENTRIES, {TAG_UNUSED, TRAILING}, [](S f) { f.setWord(HEADER_ENTRIES, 0); }},
+        {TABLES_BEYOND_FILE, {WHATEVER}, [](S f) { f.setWord(HEADER_ENTRIES, 100'000); }},
+        {TOO_MANY_ENTRIES, {WHATEVER}, [](S f) { f.setWord(HEADER_ENTRIES, LARGEST_COUNT + 1); }},
+        {TOO_MANY_TAGS, {WHATEVER}, [](S f) { f.setWord(HEADER_TAGS, 0xFFFFFFFF); }},
+
+        {TAG_INDEX, {}, [](S f) { f.setWord(f.tagPlace("tbMesh"), 99); }},
+        {TAG_UNTERMINATED,
+         {CLASS_UNKNOWN},
+         [](S f) { f.renameTag("tbMaterial", std::string(TAG_NAME_SIZE, 'x').c_str()); }},
+        {TAG_EMPTY, {}, [](S f) { f.renameTag("tbMaterial", ""); }},
+        {TAG_CONTROL, {}, [](S f) { f.renameTag("tbMaterial", "tb\x1BMaterial"); }},
+        {TAG_NOT_ASCII, {}, [](S f) { f.renameTag("tbMaterial", "tb\xC4Material"); }},
+        {TAG_DUPLICATE, {}, [](S f) { f.renameTag("tbStyle", "tbScene"); }},
+        {TAG_CASE, {CLASS_CASE}, [](S f) { f.renameTag("tbStyle", "tbSCENE"); }},
+        {TAG_PADDING, {}, [](S f) { f.setByte(f.tagPlace("tbMesh") + TAG_NAME + 40, 1); }},
+        {TAG_UNUSED, {}, [](S f) { f.setRecord(f.find("tbStyle"), RECORD_TAG, f.getRecord(0, RECORD_TAG)); }},
+
+        {ENTRY_MAGIC, {}, [](S f) { f.setRecord(f.find("tbMaterial"), 0, 0x12345678); }},
+        {ENTRY_TAG, {}, [](S f) { f.setRecord(f.find("tbMaterial"), RECORD_TAG, 99); }},
+        {OFFSET_ZERO, {LEFTOVER}, [](S f) { f.setRecord(f.find("tbMaterial"), RECORD_OFFSET, 0); }},
+        {OFFSET_IN_TABLES, {LEFTOVER}, [](S f) { f.setRecord(f.find("tbMaterial"), RECORD_OFFSET, 100); }},
+        {DATA_BEYOND_FILE, {}, [](S f) { f.bytes.pop_back(); }},
+        {DATA_IN_GAP,
+         {LEFTOVER, DATA_ORDER},
+         [](S f)
+         {
+             const int entry = f.find("tbMaterial");
+             Findings ignored;
+             const auto gap = Image(makeMemorySource({f.bytes.begin(), f.bytes.end()}), ignored).getGap();
+             f.bytes.replace(
+                 gap.offset, f.getRecord(entry, RECORD_DATA_SIZE),
+                 f.bytes.substr(f.getRecord(entry, RECORD_OFFSET), f.getRecord(entry, RECORD_DATA_SIZE)));
+             f.setRecord(entry, RECORD_OFFSET, std::uint32_t(gap.offset));
+         }},
+        {DATA_OVERLAP,
+         {LEFTOVER, DATA_ORDER},
+         [](S f) {
+             f.setRecord(f.find("tbMaterial", 1), RECORD_OFFSET,
+                         f.getRecord(f.find("tbMaterial"), RECORD_OFFSET));
+         }},
+        {DATA_ORDER,
+         {},
+         [](S f)
+         {
+             const int first = f.find("tbMaterial");
+             const int second = f.find("tbMaterial", 1);
+             const std::uint32_t place = f.getRecord(first, RECORD_OFFSET);
+             f.setRecord(first, RECORD_OFFSET, f.getRecord(second, RECORD_OFFSET));
+             f.setRecord(second, RECORD_OFFSET, place);
+         }},
+        {NO_DATA, {LEFTOVER}, [](S f) { f.setRecord(f.find("tbMaterial"), RECORD_DATA_SIZE, 0); }},
+        {SIZE_TOO_LARGE, {}, [](S f) { f.setRecord(f.last(), RECORD_DATA_SIZE, 0x80000000); }},
+        {COMPRESSION_UNKNOWN, {}, [](S f) { f.setRecord(f.find("tbMaterial"), RECORD_COMPRESSION, 2); }},
+        {MIXED_ORDER, {}, [](S f) { f.swap(f.last()); }},
+        {BUDGET, {WHATEVER}, [](S f) { f.bytes = overBudget(); }},
+        {PLUGIN_LIST_TWICE,
+         {UNREACHABLE, WHATEVER},
+         [](S f) { f.setRecord(f.find("tbMaterial"), RECORD_TAG, f.getRecord(f.last(), RECORD_TAG)); }},
+
+        {PACKED_LENGTH,
+         {TRAILING},
+         [](S f) { f.setLastStored(tbtest::Record().integer(0).bytes("rest"), 10, RLE); }},
+        {PACKED_RATIO,
+         {},
+         [](S f) {
+             f.setLastStored(lengthAnd({1, 0, 0}), 1000, RLE);
+         }},
+        {PACKED_NO_END,
+         {},
+         [](S f) {
+             f.setLastStored(lengthAnd({4, 0, 4}), 8, RLE);
+         }},
+        {PACKED_OVERFLOW,
+         {},
+         [](S f) {
+             f.setLastStored(lengthAnd({4, 0, 5, 0, 0}), 8, RLE);
+         }},
+        {PACKED_SHORT,
+         {},
+         [](S f) {
+             f.setLastStored(lengthAnd({2, 0, 0}), 4, RLE);
+         }},
+        {PACKED_TRAILING,
+         {},
+         [](S f) {
+             f.setLastStored(lengthAnd({8, 0, 0, 9}), 8, RLE);
+         }},
+        {PACKED_NEEDLESS,
+         {},
+         [](S f) { f.setLastStored(lengthAnd(packedLast(f)), std::uint32_t(f.lastStored().size()), RLE); }},
+        {GAP_NOT_ZERO, {}, [](S f) { f.setByte(f.getRecord(0, RECORD_OFFSET) - 1, 1); }},
+        {LEFTOVER,
+         {},
+         [](S f)
+         {
+             f.bytes.insert(f.bytes.size() - f.lastStored().size(), "lost");
+             f.setRecord(f.last(), RECORD_OFFSET, f.getRecord(f.last(), RECORD_OFFSET) + 4);
+         }},
+        {TRAILING, {}, [](S f) { f.bytes += "more"; }},
+
+        {CLASS_UNKNOWN, {}, [](S f) { f.renameTag("tbMaterial", "tbUnknown"); }},
+        {CLASS_NOT_CREATABLE, {RECORD_UNREAD}, [](S f) { f.renameTag("tbMaterial", "tbVisualTrait"); }},
+        {CLASS_CASE, {}, [](S f) { f.renameTag("tbMaterial", "TBMATERIAL"); }},
+        {RECORD_SHORT,
+         {TRAILING},
+         [](S f) { f.setRecord(f.last(), RECORD_DATA_SIZE, f.getRecord(f.last(), RECORD_DATA_SIZE) - 4); }},
+        {COUNT_BEYOND, {}, [](S f) { f.setCount("tbMaterial", "name", 1'000'000); }},
+        {COUNT_NEGATIVE, {}, [](S f) { f.setCount("tbMaterial", "attributes", 0xFFFFFFFE); }},
+        {RECORD_UNREAD,
+         {},
+         [](S f) { f.setLastStored(f.lastStored() + "more", std::uint32_t(f.lastStored().size() + 4), 0); }},
+        {PADDING, {}, [](S f) { f.setByte(f.countPlace("tbTransform", "attributes") - 1, 1); }},
+        {TEXT_NO_END, {}, [](S f) { f.setByte(f.place("tbTransform", "name", 2), 'x'); }},
+        {TEXT_EARLY_END, {}, [](S f) { f.setByte(f.place("tbTransform", "name", 0), 0); }},
+        {TEXT_CONTROL, {}, [](S f) { f.setByte(f.place("tbTransform", "name", 0), 7); }},
+        {BOOL_VALUE, {}, [](S f) { f.setValue("tbModel", "enabled", 2); }},
+        {ENUM_VALUE, {}, [](S f) { f.setValue("tbTransform", "nodeFlags", 9); }},
+        {FLAGS_UNDEFINED, {}, [](S f) { f.setValue("tbTransform", "flags", 0x4000); }},
+        {NOT_FINITE, {}, [](S f) { f.setNumber("tbTransform", "matrix", NOT_A_NUMBER); }},
+        {REFERENCE_RANGE, {UNREACHABLE}, [](S f) { setReference(f, "tbSwitch", "children", 9999); }},
+        {REFERENCE_NEGATIVE, {UNREACHABLE}, [](S f) { setReference(f, "tbSwitch", "children", -2); }},
+        {REFERENCE_SELF,
+         {UNREACHABLE},
+         [](S f) { setReference(f, "tbSwitch", "children", f.find("tbSwitch")); }},
+        {REFERENCE_KIND,
+         {UNREACHABLE},
+         [](S f) { setReference(f, "tbSwitch", "children", f.find("tbVertexArray")); }},
+        {REFERENCE_FAMILY,
+         {UNREACHABLE},
+         [](S f) { setReference(f, "tbSwitch", "children", f.find("tbMaterial")); }},
+        {CHILD_TWICE,
+         {UNREACHABLE},
+         [](S f)
+         {
+             const std::size_t place = f.place("tbSwitch", "children");
+             f.bytes.replace(place, 4, f.bytes.substr(place + 4, 4));
+         }},
+        {TRAIT_TWICE,
+         {UNREACHABLE},
+         [](S f)
+         {
+             const std::size_t place = f.place("tbStyle", "traits");
+             f.bytes.replace(place, 4, f.bytes.substr(place + 4, 4));
+         }},
+
+        {STATES_COUNT, {}, [](S f) { f.setCount("tbSwitch", "states", 3); }}, // a byte of the padding
+        {RANGES_COUNT,
+         {LEFTOVER},
+         [](S f)
+         {
+             const int entry = f.find("tbRangeSwitch");
+             std::string data =
+                 f.bytes.substr(f.getRecord(entry, RECORD_OFFSET), f.getRecord(entry, RECORD_DATA_SIZE));
+             const std::size_t count =
+                 f.countPlace("tbRangeSwitch", "ranges") - f.getRecord(entry, RECORD_OFFSET);
+             data.erase(count + 4, 12);
+             data.replace(count, 4, tbtest::Record().integer(1).get());
+             f.bytes.replace(f.getRecord(entry, RECORD_OFFSET), data.size(), data);
+             f.setRecord(entry, RECORD_DATA_SIZE, std::uint32_t(data.size()));
+         }},
+        {RANGE_NEGATIVE, {}, [](S f) { f.setNumber("tbRangeSwitch", "ranges", -1.0f); }},
+        {ITERATOR_ITEM, {}, [](S f) { f.setValue("tbAutoSwitch", "iterator.currentItem", 7); }},
+        {ITERATOR_COUNT, {}, [](S f) { f.setValue("tbAutoSwitch", "iterator.numItems", 100); }},
+        {ITERATOR_STEP, {}, [](S f) { f.setValue("tbAutoSwitch", "iterator.step", 0); }},
+        {ITERATOR_TIME, {}, [](S f) { f.setNumber("tbAutoSwitch", "iterator.itemTimes", -1.0f, 1); }},
+        {ITERATOR_FRAMES, {}, [](S f) { f.setValue("tbAutoSwitch", "iterator.totalFrames", 0x80000000); }},
+        {MATRIX_TYPE, {}, [](S f) { f.setValue("tbTransform", "matrix.type", 1); }},
+        {ARRAY_TYPE,
+         {UNREACHABLE},
+         [](S f)
+         {
+             FileBuilder file;
+             file.add("tbGroup", groupData({}));
+             file.add("tbArray", tbtest::Record().word(9).integer(0));
+             f.bytes = file.build();
+         }},
+        {VERTEX_TYPE, {}, [](S f) { f.setValue("tbVertexArray", "type", 0x19); }},
+        {VERTEX_NO_POSITION, {}, [](S f) { f.setValue("tbVertexArray", "type", 0); }},
+        {VERTEX_COUNT,
+         {RECORD_UNREAD, INDEX_BEYOND},
+         [](S f) { f.setCount("tbVertexArray", "vertices", 0x80000000); }},
+        {MESH_PRIMITIVE, {}, [](S f) { f.setValue("tbMesh", "primitive", 3); }},
+        {INDEX_COUNT, {}, [](S f) { f.setValue("tbMesh", "primitive", 1); }},
+        {INDEX_BEYOND, {}, [](S f) { f.setValue("tbMesh", "indices", 8, 2); }},
+        {RADIUS_NEGATIVE, {}, [](S f) { f.setNumber("tbSphereFence", "radius", -2.0f); }},
+        {BOX_INVERTED, {}, [](S f) { f.setNumber("tbBoxFence", "min", 1.0f, 2); }},
+        {IMAGE_SIZE, {}, [](S f) { f.setWord(f.place("tbTexture", "width"), 3); }},
+        {MATERIAL_RANGE, {}, [](S f) { f.setNumber("tbMaterial", "opacity", 1.5f); }},
+        {DISTANCE_RANGE, {}, [](S f) { f.setNumber("tbEmitter", "minDistance", 1e9f); }},
+        {FILE_NAME_LEAVES, {}, [](S f) { f.bytes.replace(f.place("tbEmitter", "waveName"), 3, "../"); }},
+        {PLUGIN_NAME, {}, [](S f) { setPlugIns(f, plugInList({"x\\tbA.dll"}, 1)); }},
+        {PLUGIN_TWICE,
+         {},
+         [](S f) {
+             setPlugIns(f, plugInList({"tbA.dll", "libtbA.so"}, 2));
+         }},
+        {PLUGIN_COUNT, {RECORD_UNREAD}, [](S f) { setPlugIns(f, plugInList({}, 257)); }},
+        {KEY_ORDER, {}, [](S f) { f.setNumber("tbKeyFrameAction", "positions.keys", 9.0f); }},
+        {FRACTION_RANGE, {}, [](S f) { f.setNumber("tbSwitch", "transitionFraction", 1.5f); }},
+        {DURATION_NEGATIVE, {}, [](S f) { f.setNumber("tbPathAction", "duration", -1.0f); }},
+        {IMAGE_NAME_LEAVES,
+         {},
+         [](S f) { f.bytes.replace(f.place("tbTexture", "fileName", 0, 1), 3, "c:\\"); }},
+
+        {ROOT_CLASS,
+         {UNREACHABLE, RECORD_UNREAD, WHATEVER},
+         [](S f) { f.renameTag("tbScene", "tbVisualTrait"); }},
+        {UNREACHABLE, {}, [](S f) { setReference(f, "tbSwitch", "children", -1); }},
+        {CYCLE, {UNREACHABLE}, [](S f) { setReference(f, "tbSwitch", "children", 0); }},
+        {TARGET_ABOVE, {}, [](S f) { setReference(f, "tbPathAction", "target", f.find("tbTransform", 1)); }},
+        {TOO_DEEP, {}, [](S f) { f.bytes = chain(1026, false); }},
+        {TOO_MANY_PATHS, {}, [](S f) { f.bytes = chain(26, true); }},
+        {TOO_MANY_REFERENCES, {WHATEVER}, [](S f) { f.bytes = manyReferences((std::size_t{1} << 24) + 1); }},
+        {CONTENT_FLAGS, {}, [](S f) { f.setValue("tbTransform", "travFlags", 0); }},
+    };
+    return all;
+}
+
+// Bytes that are announced and cannot be had.
+class LongSource : public ImageSource
+{
+public:
+    LongSource(const std::string& content, std::uint64_t announced) : bytes(content), length(announced) {}
+    std::uint64_t getLength() const override { return length; }
+    bool read(std::uint64_t offset, void* to, std::size_t size) override
+    {
+        if (offset + size > bytes.size())
+            return false;
+        std::copy_n(bytes.data() + offset, size, static_cast<char*>(to));
+        return true;
+    }
+
+private:
+    std::string bytes;
+    std::uint64_t length;
+};
+
+std::set<int> numbersOf(const std::vector<Kind>& kinds)
+{
+    std::set<int> numbers;
+    for (const Kind kind : kinds)
+        numbers.insert(int(kind));
+    return numbers;
+}
+
+bool hasError(const std::set<int>& numbers)
+{
+    return std::any_of(numbers.begin(), numbers.end(),
+                       [](int number) { return infoOf(Kind(number)).severity == Severity::ERROR; });
+}
+
+bool libraryReads(const std::string& path)
+{
+    tbFile file;
+    if (!file.open(path.c_str(), "r"))
+        return false;
+    const tbRef<tbBase> root(file.readObject(0));
+    return root && file.getLastError() == tbFile::FILE_OK;
+}
+} // namespace
+
+TEST(Check, EachDamageIsFoundAndNothingElse)
+{
+    for (const Damage& damage : damages())
+    {
+        SCOPED_TRACE(infoOf(damage.kind).name);
+        Specimen file;
+        damage.make(file);
+        const std::set<int> found = findingsOf(file.bytes);
+        EXPECT_TRUE(found.contains(int(damage.kind)));
+        std::set<int> allowed = numbersOf(damage.also);
+        allowed.insert(int(damage.kind));
+        for (const int number : found)
+            EXPECT_TRUE(allowed.contains(number) || allowed.contains(int(WHATEVER)))
+                << number << ' ' << infoOf(Kind(number)).name;
+    }
+}
+
+TEST(Check, EveryKindHasADamage)
+{
+    std::set<int> kinds = numbersOf({Kind::READ_FAILED, Kind::FILE_TOO_LONG}); // tested below
+    for (const Damage& damage : damages())
+        EXPECT_TRUE(kinds.insert(int(damage.kind)).second) << int(damage.kind);
+    for (const KindInfo& info : allKinds())
+        EXPECT_TRUE(kinds.contains(int(info.kind))) << info.name;
+    EXPECT_EQ(kinds.size(), allKinds().size());
+}
+
+TEST(Check, FilesThatCannotBeReadToTheirEndAreSaidToBe)
+{
+    const std::string bytes = tbtest::specimenFile();
+    const auto check = [](const std::string& content, std::uint64_t length)
+    { return findingsOf(std::make_unique<LongSource>(content, length)); };
+    EXPECT_TRUE(check(bytes, LONGEST_FILE + 1).contains(int(Kind::FILE_TOO_LONG)));
+    for (const std::size_t rest : {std::size_t{50}, std::size_t{100}, std::size_t{1000}, bytes.size() - 1})
+        EXPECT_TRUE(check(bytes.substr(0, rest), bytes.size()).contains(int(Kind::READ_FAILED))) << rest;
+}
+
+TEST(Check, WhatTheLibraryWritesIsSound)
+{
+    EXPECT_EQ(findingsOf(tbtest::specimenFile()), std::set<int>());
+    // Names with control characters, arrays that no class refers to and a class of nobody's are in this one.
+    for (const bool swapped : {false, true})
+        for (const bool packed : {false, true})
+            EXPECT_EQ(findingsOf(tbtest::everyClassFile(swapped, packed)),
+                      numbersOf({Kind::TEXT_CONTROL, Kind::CLASS_UNKNOWN, Kind::UNREACHABLE}));
+}
+
+TEST(Check, DeepAndSharedGraphsWithinTheLimitsAreSound)
+{
+    EXPECT_EQ(findingsOf(chain(1025, false)), std::set<int>());
+    EXPECT_EQ(findingsOf(chain(20, true)), std::set<int>());
+}
+
+// Bytes at random places, and the ends of words that count or refer. Nothing may crash, and what the library refuses
+// must have an error.
+TEST(Check, WhatTheLibraryRefusesHasAnError)
+{
+    tbtest::allowMessages();
+    tbtest::Random random(7);
+    const tbtest::TempDirectory directory;
+    const std::string path = directory.path("mutated.tb");
+    int refused = 0;
+    for (int round = 0; round < 500; ++round)
+    {
+        std::string bytes = tbtest::specimenFile();
+        constexpr char VALUES[] = {0, 1, 0x7F, char(0x80), char(0xFF)};
+        for (int i = random.index(3); i >= 0; --i)
+            bytes[std::size_t(random.index(int(bytes.size())))] = VALUES[random.index(5)];
+        if (random.index(20) == 0)
+            bytes.resize(std::size_t(random.index(int(bytes.size()))));
+        tbtest::writeAll(path, bytes);
+        const bool error = hasError(findingsOf(bytes));
+        const bool reads = libraryReads(path);
+        refused += reads ? 0 : 1;
+        EXPECT_TRUE(reads || error) << "round " << round;
+    }
+    EXPECT_GT(refused, 30);
+}
+
+TEST(Check, FindingsBeyondTheLimitAreCounted)
+{
+    Specimen file;
+    for (int i = 0; i < 10; ++i)
+        file.setRecord(i, RECORD_COMPRESSION, 7);
+    Findings findings(3);
+    Image image(makeMemorySource({file.bytes.begin(), file.bytes.end()}), findings);
+    EXPECT_EQ(findings.count(), 0u);
+    std::vector<unsigned char> data;
+    for (int i = 0; i < 10; ++i)
+        EXPECT_FALSE(image.readData(i, data, findings));
+    EXPECT_EQ(findings.getKept().size(), 3u);
+    EXPECT_EQ(findings.count(Kind::COMPRESSION_UNKNOWN), 10u);
+    EXPECT_EQ(findings.count(Severity::ERROR), 10u);
+    EXPECT_EQ(textOf(findings.getKept()[1]).find("error 311 compression-unknown: entry 1 (tb"), 0u)
+        << textOf(findings.getKept()[1]);
+}
+
+TEST(Check, TheDocumentIsThatOfTheTable)
+{
+    EXPECT_EQ(tbtest::readAll(TAMBER_SOURCE "/docs/check.md"), describeKinds())
+        << "tamber check --kinds > docs/check.md";
+}
