@@ -16,6 +16,7 @@ tbMotionAction::tbMotionAction()
 tbMotionAction::tbMotionAction(const tbMotionAction& other)
     : tbActionNode(other),
       target(other.target),
+      held(other.held),
       speed(other.speed),
       offset(other.getTime()),
       paused(other.paused)
@@ -29,6 +30,7 @@ tbMotionAction& tbMotionAction::operator=(const tbMotionAction& other)
         return *this;
     tbActionNode::operator=(other);
     target = other.target;
+    held = other.held;
     speed = other.speed;
     offset = other.getTime();
     clockStart = -1.0;
@@ -39,6 +41,12 @@ tbMotionAction& tbMotionAction::operator=(const tbMotionAction& other)
 tbMotionAction::~tbMotionAction()
 {
     deleteInstance();
+}
+
+void tbMotionAction::setTarget(tbTransform* transform)
+{
+    target = transform;
+    held.reset();
 }
 
 tbTransform* tbMotionAction::getTarget() const
@@ -110,11 +118,24 @@ void tbMotionAction::updateDirect(tbScene* scene, bool)
         apply(scene, nullptr);
 }
 
+// Two that hold each other would never be released.
+void tbMotionAction::addedTo(tbGroup* parent)
+{
+    if (held && held->hasDescendant(this))
+    {
+        held->ref();
+        tbTransform* above = held.get();
+        held.reset();
+        above->unRefNoDelete();
+    }
+    tbActionNode::addedTo(parent);
+}
+
 void tbMotionAction::resolveGroup(const tbGroup* prev, tbGroup* copy)
 {
     if (target == prev)
-        target =
-            copy && copy->isOfType(tbTransform::getClassType()) ? static_cast<tbTransform*>(copy) : nullptr;
+        setTarget(copy && copy->isOfType(tbTransform::getClassType()) ? static_cast<tbTransform*>(copy)
+                                                                      : nullptr);
 }
 
 // A target above this node is being read when this node is: it comes back as the parent's place, which is what an
@@ -129,8 +150,9 @@ tbEntry* tbMotionAction::read(tbFile* file, tbEntry* entry)
     paused = entry->readInt() != 0;
     clockStart = -1.0;
     tbBase* object = entry->readInt() != 0 ? readRef(file, entry) : nullptr;
-    target =
-        object && object->isOfType(tbTransform::getClassType()) ? static_cast<tbTransform*>(object) : nullptr;
+    setTarget(object && object->isOfType(tbTransform::getClassType()) ? static_cast<tbTransform*>(object)
+                                                                      : nullptr);
+    held = target;
     return entry;
 }
 

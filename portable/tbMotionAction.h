@@ -2,9 +2,10 @@
 
 #include <portable/tbPortableApi.h>
 #include <tamber/action/tbActionNode.h>
+#include <tamber/graph/tbTransform.h>
+#include <tamber/kernel/tbRef.h>
 
 class tbMatrix;
-class tbTransform;
 
 // An action node that drives a transform: the one that it is told, or else the first transform among its parents. It
 // moves when an event triggers it; below a scene it also moves by itself once per frame, before the tree is updated.
@@ -15,8 +16,9 @@ class TB_PORTABLE_API tbMotionAction : public tbActionNode
     TB_CLASS(tbMotionAction, tbActionNode)
 
 public:
-    /// Not referenced: the action lets a target go only when it is told. Null for the parent.
-    void setTarget(tbTransform* transform) { target = transform; }
+    /// Not referenced: the action lets a target go only when it is told. Null for the parent. A target that came out
+    /// of a file is referenced, because nobody else may hold it, until the action comes to lie below it.
+    void setTarget(tbTransform* transform);
     /// What apply() moves, null when there is nothing.
     tbTransform* getTarget() const;
     /// Seconds of the motion per second of the clock.
@@ -47,6 +49,7 @@ protected:
     tbMotionAction& operator=(const tbMotionAction& other);
     ~tbMotionAction() override;
 
+    void addedTo(tbGroup* parent) override;
     void resolveGroup(const tbGroup* prev, tbGroup* copy) override;
 
     /// The placement at a time of the motion; false when there is none.
@@ -54,6 +57,7 @@ protected:
 
 private:
     tbTransform* target = nullptr;
+    tbRef<tbTransform> held; // the target that a file named
     float speed = 1.0f;
     float offset = 0.0f;      // the motion's time when the clock was read last
     double clockStart = -1.0; // when that was, negative before the first move

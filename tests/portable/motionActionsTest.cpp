@@ -144,3 +144,20 @@ TEST(MotionActions, ComeBackFromFiles)
     EXPECT_EQ(readKeys->getPositions().getKeyValue(0), tbVec3(1, 2, 3));
     EXPECT_EQ(readKeys->getPositions().getExtrapolation(), tbExtrapolation::PING_PONG);
 }
+
+TEST(PathAction, ATargetThatOnlyAFileNamedLivesAsLongAsTheAction)
+{
+    const int before = tbTransform::getNum(true);
+    {
+        const tbRef<tbTransform> target(new tbTransform);
+        const tbRef<tbTransform> root(new tbTransform);
+        addPath(root.get())->setTarget(target.get());
+        const tbRef<tbTransform> read = tbtest::savedCopy(root.get());
+        auto* path = static_cast<tbPathAction*>(read->getChild(0));
+        EXPECT_TRUE(path->moveTo(0.5f));
+        const tbRef<tbTransform> above(path->getTarget());
+        EXPECT_TRUE(tbtest::near(placeOf(above.get()), tbVec3(5, 0, 0), 0.05f));
+        above->addChild(read.get()); // now they must not hold each other
+    }
+    EXPECT_EQ(tbTransform::getNum(true), before);
+}
