@@ -174,4 +174,8 @@ TEST_F(Entry, SetDataReplacesEverything)
     EXPECT_EQ(data(), "ab");
     entry->setData(nullptr, 5);
     EXPECT_EQ(entry->getDataSize(), 0);
+    entry->writeChunk("secret", 6);
+    entry->setData("ab", 2);
+    entry->writeByte('c');
+    EXPECT_EQ(data().find("ecre"), std::string::npos) << "what lay behind the new end is gone";
 }
