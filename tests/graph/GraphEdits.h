@@ -1,0 +1,165 @@
+// One edit after another on real nodes and on the plain model, chosen by whoever plays them.
+#pragma once
+
+#include <tamber/trav/tbTravContext.h>
+#include <tests/graph/GraphModel.h>
+
+#include <functional>
+#include <string>
+
+namespace tbtest
+{
+inline GraphPair makeNodes(int num)
+{
+    GraphPair graphs;
+    for (int i = 0; i < num; ++i)
+    {
+        const unsigned own = i % 3 == 0 ? 0x200u << (i / 3 % 5) : 0u;
+        if (own != 0)
+            graphs.add(new ContentNode(own), own, false);
+        else if (i % 3 == 1)
+            graphs.add(new tbTransform, 0, true);
+        else
+            graphs.add(new tbGroup, 0, false);
+    }
+    return graphs;
+}
+
+inline std::string describe(const GraphPair& graphs, const std::vector<ModelNode*>& list)
+{
+    std::string text;
+    for (const ModelNode* node : list)
+        text += std::to_string(graphs.indexOf(node)) + ' ';
+    return text;
+}
+
+inline std::string describe(const GraphPair& graphs, std::span<tbGroup* const> list)
+{
+    std::string text;
+    for (const tbGroup* node : list)
+        for (std::size_t i = 0; i < graphs.real.size(); ++i)
+            if (graphs.real[i] == node)
+                text += std::to_string(i) + ' ';
+    return text;
+}
+
+/// The first thing in which a node is not as the model says; the empty text when there is none.
+inline std::string difference(const GraphPair& graphs)
+{
+    for (std::size_t i = 0; i < graphs.real.size(); ++i)
+    {
+        const tbGroup& real = *graphs.real[i];
+        const ModelNode& model = *graphs.model[i];
+        const std::string who = " of " + std::to_string(i);
+        if (describe(graphs, real.getChildren()) != describe(graphs, model.children))
+            return "children" + who;
+        if (describe(graphs, real.getParents()) != describe(graphs, model.parents))
+            return "parents" + who;
+        if (real.getTravFlags() != model.flags)
+            return "flags" + who;
+        if (real.getRefCount() != 1 + int(model.parents.size()))
+            return "references" + who;
+        for (std::size_t k = 0; k < graphs.real.size(); ++k)
+        {
+            const int index = ModelNode::indexOf(model.children, graphs.model[k].get());
+            if (real.getChildIndex(graphs.real[k].get()) != index ||
+                graphs.real[k]->hasParent(&real) != (index >= 0))
+                return "index of " + std::to_string(k) + " among the children" + who;
+        }
+    }
+    return {};
+}
+
+class GraphEdits
+{
+public:
+    /// `choose` returns numbers from 0 to its argument - 1.
+    GraphEdits(GraphPair& pair, std::function<std::size_t(std::size_t)> choose)
+        : graphs(pair),
+          below(std::move(choose))
+    {
+    }
+
+    /// One edit that closes no cycle, or none; false when node and model answer differently.
+    bool step()
+    {
+        const std::size_t i = below(graphs.real.size());
+        const std::size_t k = below(graphs.real.size());
+        a = graphs.real[i].get();
+        b = graphs.real[k].get();
+        ma = graphs.model[i].get();
+        mb = graphs.model[k].get();
+        switch (below(14))
+        {
+        case 0:
+        case 1:
+        case 2:
+        case 3:
+            return (mb->reaches(ma) && ma != mb) || a->addChild(b) == ma->addChild(mb);
+        case 4:
+        case 5:
+            return mb->reaches(ma) || insert();
+        case 6:
+            return a->removeChild(b) == ma->removeChild(mb);
+        case 7:
+            a->detach();
+            ma->detach();
+            return true;
+        case 8:
+            a->remove();
+            ma->remove();
+            return true;
+        case 9:
+            return !noCycle(ma->children, mb) || !noCycle(mb, ma->parents) ||
+                   a->replace(b) == ma->replace(mb);
+        case 10:
+            return !noCycle(mb, ma->parents) || a->replaceGraph(b) == ma->replaceGraph(mb);
+        case 11:
+            return !noCycle(ma->children, mb) || (ma != mb && mb->reaches(ma)) ||
+                   a->insertBelow(b) == ma->insertBelow(mb);
+        case 12:
+            return (ma != mb && ma->reaches(mb)) || !noCycle(mb, ma->parents) ||
+                   a->insertAbove(b) == ma->insertAbove(mb);
+        default:
+            change();
+            return true;
+        }
+    }
+
+private:
+    bool insert()
+    {
+        const int at = int(below(ma->children.size() + 2));
+        return a->insertChild(at, b) == ma->insertChild(at, mb);
+    }
+    void change()
+    {
+        if (ma->transform)
+        {
+            static_cast<tbTransform*>(a)->setXYZ(1, 2, 3);
+            ma->changeMatrix();
+        }
+        const tbRef<tbTravContext> context(new tbTravContext);
+        b->update(context.get());
+        mb->update();
+    }
+    // Edges from the first to the second would close no cycle.
+    static bool noCycle(const ModelNode* from, const std::vector<ModelNode*>& to)
+    {
+        return std::none_of(to.begin(), to.end(),
+                            [=](const ModelNode* node) { return node != from && from->reaches(node); });
+    }
+    static bool noCycle(const std::vector<ModelNode*>& from, const ModelNode* to)
+    {
+        return std::none_of(from.begin(), from.end(),
+                            [=](const ModelNode* node) { return node != to && node->reaches(to); });
+    }
+
+    GraphPair& graphs;
+    std::function<std::size_t(std::size_t)> below;
+    tbGroup* a = nullptr;
+    tbGroup* b = nullptr;
+    ModelNode* ma = nullptr;
+    ModelNode* mb = nullptr;
+};
+} // namespace tbtest
