@@ -49,6 +49,8 @@ void startKernel(char** arguments)
     tbPlugIn::setSearchPolicy(tbPlugIn::SEARCH_NONE);
     tbInit(nullptr);
     tbPlugIn::setSearchPolicy(tbPlugIn::SEARCH_POLICY(std::atoi(arguments[POLICY])));
+    if (*arguments[LIST] == LIST_MARK)
+        tbPlugIn::setAllowList(arguments[LIST] + 1);
     tbPlugIn::enableDynamicPlugIns(*arguments[TRUST] == '1');
     tbModelFiles::enableOpenAnywhere(*arguments[ANYWHERE] == '1');
     for (char** path = arguments + FIRST_PATH; *path; ++path)

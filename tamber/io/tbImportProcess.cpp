@@ -4,6 +4,7 @@
 #include <tamber/io/tbPlugIn.h>
 #include <tamber/io/tbiImportOrder.h>
 #include <tamber/io/tbiLoaderLookup.h>
+#include <tamber/io/tbiPlugInRules.h>
 #include <tamber/kernel/tbFilePath.h>
 #include <tamber/kernel/tbMessage.h>
 #include <tamber/platform/tbiFile.h>
@@ -85,6 +86,12 @@ std::string findProgram()
     return {};
 }
 
+std::string allowListArgument()
+{
+    const std::optional<std::string> list = tbiPlugInRules::getOwnList();
+    return list ? LIST_MARK + *list : std::string();
+}
+
 tbiProcessOrder makeOrder(const tbiImportSource& source, const std::string& directory,
                           const tbImportLimits& limits)
 {
@@ -93,6 +100,7 @@ tbiProcessOrder makeOrder(const tbiImportSource& source, const std::string& dire
     order.arguments = {directory,
                        source.module,
                        std::to_string(int(tbPlugIn::getSearchPolicy())),
+                       allowListArgument(),
                        tbPlugIn::isDynamicPlugInsEnabled() ? "1" : "0",
                        tbModelFiles::isOpenAnywhereEnabled() ? "1" : "0",
                        source.path};

@@ -88,6 +88,16 @@ void clearError()
     tbiSetText(errorMesg, nullptr);
 }
 
+// The file to load a loader from: the one that it was loaded from before, unless it may not be taken any more. Its
+// bare name when there is none.
+std::string moduleFileOf(const tbiLoaderDef& def, tbiPlugInSearch& search)
+{
+    if (def.path && *def.path && (tbiPlugInLog::isAskedFor(def.path) || search.allows(def.path)))
+        return def.path;
+    const std::string found = search.find(def.moduleName);
+    return found.empty() ? def.moduleName : found;
+}
+
 std::string quoted(const char* name)
 {
     return "\"" + std::string(name ? name : "") + "\"";
@@ -214,9 +224,8 @@ tbLoader* tbLoader::loadFor(const char* extension)
     if (!def)
         return nullptr;
     tbiPlugInSearch search;
-    const bool hasPath =
-        def->path && *def->path && (tbiPlugInLog::isAskedFor(def->path) || search.allows(def->path));
-    if (!hasPath || !load(def->path, search, true))
+    const std::string file = moduleFileOf(*def, search);
+    if (!load(file.c_str(), search, true) && file != def->moduleName)
         load(def->moduleName, search, true);
     for (tbLoader* loader : *loaders)
         if (loader->definition == def)
@@ -385,7 +394,10 @@ bool tbiFindImportSource(const char* name, tbiImportSource& source)
     }
     source.extension = extension;
     if (const tbiLoaderDef* def = definitionFor(extension))
-        source.module = def->path && *def->path ? def->path : def->moduleName;
+    {
+        tbiPlugInSearch search;
+        source.module = moduleFileOf(*def, search);
+    }
     return true;
 }
 

@@ -28,6 +28,7 @@ constinit std::atomic<int> searchPolicy{POLICY_UNKNOWN};
 
 // What setAllowList() set, both guarded by the plug-in lock.
 constinit tbiStatic<tbiPlugInAllowList> ownList;
+constinit tbiStatic<std::string> ownListText;
 constinit bool haveOwnList = false;
 
 constinit std::atomic<bool> saidPolicy{false};
@@ -135,6 +136,7 @@ bool tbPlugIn::setAllowList(const char* list)
 {
     tbiLockGuard guard(tbiLocks::plugIn);
     *ownList = {};
+    *ownListText = list ? list : "";
     haveOwnList = list != nullptr;
     return !list || ownList->parse(list);
 }
@@ -142,6 +144,12 @@ bool tbPlugIn::setAllowList(const char* list)
 bool tbiPlugInRules::haveAllowList()
 {
     return currentList().has_value();
+}
+
+std::optional<std::string> tbiPlugInRules::getOwnList()
+{
+    tbiLockGuard guard(tbiLocks::plugIn);
+    return haveOwnList ? std::optional(*ownListText) : std::nullopt;
 }
 
 HINSTANCE tbiPlugInRules::load(const std::string& moduleName, const std::string& path, std::string& reason,
@@ -172,5 +180,6 @@ std::string tbiPlugInRules::checksumOf(const std::string& path)
 void tbiPlugInRules::release()
 {
     *ownList = {};
+    std::string().swap(*ownListText);
     haveOwnList = false;
 }

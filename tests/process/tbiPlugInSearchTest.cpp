@@ -1,0 +1,373 @@
+// Modules planted in every place that a search may come by. Each says so when its code runs.
+#include <tamber/io/tbPlugInReport.h>
+
+#include <tests/support/FileBuilder.h>
+#include <tests/support/Messages.h>
+#include <tests/support/TempFile.h>
+#include <tests/support/WorkFolder.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <map>
+#include <set>
+#include <sstream>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+using Names = std::set<std::string>;
+
+const fs::path PLANTED = PLANTED_FOLDER;
+const std::string LIST_SEPARATOR = PROGRAM_ENDING[0] ? ";" : ":";
+
+/// Null takes the variable away.
+void setVariable(const std::string& name, const char* value)
+{
+    static std::map<std::string, std::string> variables;
+    std::string& variable = variables[name];
+    variable = name + "=" + (value ? value : "");
+    putenv(variable.data());
+}
+
+void setVariable(const std::string& name, const std::string& value)
+{
+    setVariable(name, value.c_str());
+}
+
+std::string fileOf(const std::string& module)
+{
+    return module + MODULE_ENDING;
+}
+
+void place(const fs::path& file, const fs::path& directory)
+{
+    std::error_code error;
+    fs::create_hard_link(file, directory / file.filename(), error);
+    if (error)
+        fs::copy_file(file, directory / file.filename());
+}
+
+// A program in a directory of its own, run in a working directory that somebody else has filled.
+class PlantedModules : public testing::Test
+{
+protected:
+    PlantedModules() : root(fs::current_path())
+    {
+        tbtest::allowMessages();
+        for (const char* directory : {"app", "given", "work", "work/sub", "path"})
+            fs::create_directories(root / directory);
+        copyProgram();
+        plant("tbBesideLoader", "app");
+        plant("tbGivenLoader", "given");
+        plant("tbCurrentLoader", "work");
+        plant("tbPathLoader", "path");
+        plant("tbDeepLoader", "work/sub");
+        plant("tbListed", "app");
+        plant("tbSneaked", "work");
+        setVariable("TAMBER_PLUGIN_PATH", "sub" + LIST_SEPARATOR + (root / "given").string());
+        const char* path = std::getenv("PATH");
+        for (const std::string& part : {std::string(), std::string("sub"), (root / "path").string()})
+            path = append(path ? path : "", part);
+        setVariable("PATH", path);
+        setVariable("TAMBER_PLANTED", (root / "ran.txt").string());
+    }
+
+    /// The planted modules whose code ran while the program did.
+    Names run(const std::string& program, const std::string& arguments = "")
+    {
+        fs::remove(root / "ran.txt");
+        fs::current_path(root / "work");
+        const std::string file = (root / "app" / (program + PROGRAM_ENDING)).make_preferred().string();
+        const std::string out = (root / "out.txt").make_preferred().string();
+        code = std::system(("\"" + file + "\" " + arguments + " >\"" + out + "\" 2>&1").c_str());
+        fs::current_path(root);
+        output = tbtest::readAll(out);
+        Names names;
+        std::istringstream lines(tbtest::readAll((root / "ran.txt").string()));
+        for (std::string line; std::getline(lines, line);)
+            names.insert(line);
+        return names;
+    }
+
+    void plant(const char* module, const char* directory)
+    {
+        place(PLANTED / fileOf(module), root / directory);
+    }
+    bool said(const std::string& part) const { return output.find(part) != std::string::npos; }
+
+    /// A native file that lists modules in every way.
+    std::string writeList() const
+    {
+        tbtest::FileBuilder builder;
+        builder.add("tbModel", builder.record().object());
+        const std::vector<std::string> modules = {"tbListed.dll",
+                                                  "tbSneaked.dll",
+                                                  "sub\\tbDeepLoader.dll",
+                                                  "sub/tbDeepLoader.so",
+                                                  "\\\\localhost\\share\\tbDeepLoader.dll",
+                                                  "c:tbDeepLoader.dll",
+                                                  (root / "work/sub" / fileOf("tbDeepLoader")).string(),
+                                                  "tbAbsent.dll"};
+        tbtest::Record record = builder.record().integer(int(modules.size()));
+        for (const std::string& module : modules)
+            record.integer(0).integer(0).integer(0).name(module).integer(1).integer(2).integer(3);
+        builder.add("tbPlugIns", record);
+        const std::string path = (root / "list.tb").string();
+        tbtest::writeAll(path, builder.build());
+        return "\"" + path + "\"";
+    }
+
+    std::string checksumOf(const std::string& module) const
+    {
+        for (const auto& directory : tbPlugIn::report().directories)
+            for (const auto& found : directory.modules)
+                if (fs::path(found.path).filename() == fileOf(module))
+                    return found.sha256;
+        return "not found";
+    }
+
+    tbtest::WorkFolder folder;
+    fs::path root;
+    std::string output;
+    int code = 0;
+
+private:
+    const char* append(std::string list, const std::string& part)
+    {
+        static std::string whole;
+        whole = list + LIST_SEPARATOR + part;
+        return whole.c_str();
+    }
+
+    void copyProgram() const
+    {
+        for (const auto& entry : fs::directory_iterator(fs::path(PROBE).parent_path()))
+        {
+            const std::string name = entry.path().filename().string();
+            const bool isNeeded = name.starts_with("PlugInProbe") || name.starts_with("tamber") ||
+                                  name.find(".so") != std::string::npos || entry.path().extension() == ".dll";
+            if (entry.is_regular_file() && isNeeded && !name.starts_with("tamber_") &&
+                !name.starts_with("tbAssimp"))
+                place(entry.path(), root / "app");
+        }
+    }
+};
+
+const Names ALL = {"tbBesideLoader", "tbGivenLoader", "tbCurrentLoader", "tbPathLoader"};
+const Names APP = {"tbBesideLoader", "tbGivenLoader"};
+
+Names with(Names names, const Names& more)
+{
+    names.insert(more.begin(), more.end());
+    return names;
+}
+
+} // namespace
+
+TEST_F(PlantedModules, PolicyLimitsWhatALibraryUserLoads)
+{
+    const std::string list = writeList();
+    const struct
+    {
+        const char* policy;
+        Names searched;
+        Names listed; // with a file that lists modules
+    } cases[] = {{nullptr, ALL, with(ALL, {"tbListed", "tbSneaked"})},
+                 {"all", ALL, with(ALL, {"tbListed", "tbSneaked"})},
+                 {"app", APP, with(APP, {"tbListed"})},
+                 {"none", {}, {}},
+                 {"apps", {}, {}}};
+    for (const auto& expected : cases)
+    {
+        SCOPED_TRACE(expected.policy ? expected.policy : "not set");
+        setVariable("TAMBER_PLUGINS", expected.policy);
+        EXPECT_EQ(run("PlugInProbe"), expected.searched) << output;
+        EXPECT_EQ(run("PlugInProbe", list), expected.listed) << output;
+    }
+    EXPECT_TRUE(said("TAMBER_PLUGINS is not understood")) << output;
+}
+
+TEST_F(PlantedModules, LibraryOfAPlugInIsNotTakenFromTheWorkingDirectoryOrPath)
+{
+    plant("tbNeedyLoader", "app");
+    const fs::path helper = PLANTED / ("tbPlantedHelper" MODULE_ENDING);
+    place(helper, root / "work");
+    place(helper, root / "path");
+    setVariable("TAMBER_PLUGINS", "all");
+    EXPECT_FALSE(run("PlugInProbe").contains("tbNeedyLoader")) << output;
+    EXPECT_TRUE(said("Error loading plug-in: TBNEEDYLOADER.DLL")) << output;
+    place(helper, root / "app");
+    EXPECT_TRUE(run("PlugInProbe").contains("tbNeedyLoader")) << output;
+}
+
+TEST_F(PlantedModules, AllowListNamesWhatIsLoadedAndItsContent)
+{
+    const std::string path = (root / "path").string();
+    setVariable("TAMBER_PLUGIN_PATH", path);
+    const std::string checksum = checksumOf("tbPathLoader");
+    ASSERT_EQ(checksum.size(), 64u);
+    setVariable("TAMBER_PLUGIN_PATH", (root / "given").string());
+    setVariable("TAMBER_PLUGINS", "all");
+    const std::string other(64, 'a');
+    const struct
+    {
+        std::string list;
+        Names expected;
+    } cases[] = {{"", ALL},
+                 {" TBBESIDELOADER , tbCurrentLoader.dll", {"tbBesideLoader", "tbCurrentLoader"}},
+                 {"tbPathLoader=" + checksum + ",tbBesideLoader=" + other, {"tbPathLoader"}},
+                 {"tbPathLoader=" + other + ",tbPathLoader=" + checksum, {"tbPathLoader"}},
+                 {"tbPathLoader,tbPathLoader=" + other, {}},
+                 {"tbBesideLoader,tbPathLoader=12345", {"tbBesideLoader"}},
+                 {"nothing,,=,/tbPathLoader", {}}};
+    for (const auto& expected : cases)
+    {
+        SCOPED_TRACE(expected.list);
+        setVariable("TAMBER_PLUGIN_ALLOW", expected.list);
+        EXPECT_EQ(run("PlugInProbe"), expected.expected) << output;
+    }
+    EXPECT_TRUE(said("TAMBER_PLUGIN_ALLOW is not understood")) << output;
+    setVariable("TAMBER_PLUGIN_ALLOW", "tbPathLoader=" + checksum);
+    fs::remove(root / "path" / fileOf("tbPathLoader"));
+    fs::copy_file(PLANTED / fileOf("tbPathLoader"), root / "path" / fileOf("tbPathLoader"));
+    std::ofstream(root / "path" / fileOf("tbPathLoader"), std::ios::app | std::ios::binary) << '\0';
+    EXPECT_EQ(run("PlugInProbe"), Names()) << "one byte more";
+}
+
+TEST_F(PlantedModules, AllowListHoldsForPathsAndForAFileThatIsExchanged)
+{
+    const fs::path file = root / "path" / fileOf("tbPathLoader");
+    const fs::path swap = root / fileOf("swap");
+    fs::remove(file);
+    fs::copy_file(PLANTED / fileOf("tbPathLoader"), file);
+    fs::copy_file(PLANTED / fileOf("tbPathLoader"), swap);
+    setVariable("TAMBER_PLUGIN_PATH", file.parent_path().string());
+    const std::string list = "tbPathLoader=" + checksumOf("tbPathLoader");
+
+    EXPECT_TRUE(tbPlugIn::setAllowList("tbOther"));
+    EXPECT_EQ(tbPlugIn::load(file.string().c_str()), nullptr);
+    EXPECT_FALSE(tbPlugIn::setAllowList("tbPathLoader=1"));
+    EXPECT_EQ(tbPlugIn::load(file.string().c_str()), nullptr);
+    EXPECT_TRUE(tbPlugIn::setAllowList(list.c_str()));
+    tbPlugIn* plugIn = tbPlugIn::load(file.string().c_str());
+    ASSERT_NE(plugIn, nullptr);
+    EXPECT_TRUE(plugIn->unload());
+
+    setVariable("TAMBER_PLANTED_SWAP", swap.string());
+    setVariable("TAMBER_PLANTED_TARGET", file.string());
+    const bool isLoaded = tbPlugIn::load(file.string().c_str()) != nullptr;
+    EXPECT_EQ(isLoaded, fs::exists(swap)) << "either nothing can be exchanged, or it is noticed";
+}
+
+TEST_F(PlantedModules, WhatEverybodyMayChangeIsPassedOver)
+{
+    setVariable("TAMBER_PLUGINS", "app");
+    fs::remove(root / "given" / fileOf("tbGivenLoader"));
+    fs::copy_file(PLANTED / fileOf("tbGivenLoader"), root / "given" / fileOf("tbGivenLoader"));
+    const auto mayWrite = fs::perms::others_write;
+    fs::permissions(root / "given", mayWrite, fs::perm_options::add);
+    if ((fs::status(root / "given").permissions() & mayWrite) == fs::perms::none)
+        GTEST_SKIP() << "rights are not those of POSIX here";
+    fs::permissions(root / "given", mayWrite, fs::perm_options::remove);
+    for (const fs::path& place : {root / "given" / fileOf("tbGivenLoader"), root / "given", root})
+    {
+        SCOPED_TRACE(place);
+        fs::permissions(place, mayWrite, fs::perm_options::add);
+        EXPECT_FALSE(run("PlugInProbe").contains("tbGivenLoader"));
+        EXPECT_TRUE(said("Plug-in passed over, everybody may change it")) << output;
+        fs::permissions(place, mayWrite, fs::perm_options::remove);
+    }
+    fs::permissions(root, mayWrite | fs::perms::sticky_bit, fs::perm_options::add);
+    EXPECT_TRUE(run("PlugInProbe").contains("tbGivenLoader")) << "a sticky directory above does no harm";
+}
+
+TEST_F(PlantedModules, ReportTellsOfEveryPlaceAndModule)
+{
+    // Published checksums, of the contents of files that are no modules.
+    const std::pair<std::string, std::string> contents[] = {
+        {"", "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
+        {"abc", "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},
+        {"abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq",
+         "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1"},
+        {std::string(1000000, 'a'), "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0"}};
+    for (int i = 0; i < 4; ++i)
+        tbtest::writeAll((root / "given" / fileOf("tbBroken" + std::to_string(i) + "Loader")).string(),
+                         contents[i].first);
+    plant("tbGivenLoader", "path");
+    setVariable("TAMBER_PLUGIN_PATH", "sub" + LIST_SEPARATOR + (root / "given").string() + LIST_SEPARATOR +
+                                          (root / "given/").string() + LIST_SEPARATOR +
+                                          (root / "path").string());
+    tbPlugIn::setSearchPolicy(tbPlugIn::SEARCH_APP);
+    EXPECT_TRUE(tbPlugIn::setAllowList("tbGivenLoader,tbBroken0Loader,tbBroken1Loader,tbBroken2Loader"));
+    tbPlugIn::load("tbGivenLoader.dll");
+    for (const char* name :
+         {"tbBroken0Loader.dll", "tbBroken3Loader.dll", "tbPathLoader.dll", "tbAbsent.dll"})
+        EXPECT_EQ(tbPlugIn::load(name), nullptr);
+    const tbPlugInReport report = tbPlugIn::report();
+    tbPlugIn::setAllowList(nullptr);
+
+    EXPECT_TRUE(report.isListed);
+    ASSERT_GE(report.directories.size(), 5u);
+    EXPECT_EQ(report.directories[0].skipped, "it is not absolute");
+    EXPECT_EQ(report.directories[2].skipped, "it is listed before");
+    EXPECT_EQ(report.directories[4].source, "program");
+    const auto& given = report.directories[1].modules;
+    ASSERT_EQ(given.size(), 5u);
+    for (std::size_t i = 0; i < 4; ++i)
+        EXPECT_EQ(given[i].sha256, contents[i].second);
+    EXPECT_EQ(given[0].state, tbPlugInReport::FAILED);
+    EXPECT_NE(given[0].reason, "");
+    EXPECT_EQ(given[1].state, tbPlugInReport::FOUND);
+    EXPECT_EQ(given[3].state, tbPlugInReport::REFUSED);
+    EXPECT_EQ(given[4].state, tbPlugInReport::LOADED);
+    EXPECT_EQ(given[4].version, tbMakeVersion(1, 2, 3));
+    EXPECT_EQ(given[4].extensions, std::vector<std::string>{"tbGivenLoader"});
+    const auto& path = report.directories[3].modules;
+    ASSERT_EQ(path.size(), 2u);
+    EXPECT_EQ(path[0].reason, "another of its name comes before it");
+    EXPECT_EQ(path[1].state, tbPlugInReport::REFUSED);
+    ASSERT_EQ(report.others.size(), 1u);
+    EXPECT_EQ(report.others[0].moduleName, "TBABSENT.DLL");
+}
+
+#if defined(HAVE_PROGRAM)
+TEST_F(PlantedModules, ProgramTakesNothingFromTheWorkingDirectoryOrPathUnlessItIsTold)
+{
+    const std::string list = writeList();
+    for (const char* policy : {static_cast<const char*>(nullptr), "", "app"})
+    {
+        setVariable("TAMBER_PLUGINS", policy);
+        EXPECT_EQ(run("tamber", "plugins"), with(APP, {"tbListed"})) << output;
+        EXPECT_EQ(run("tamber", "run --frames 1 " + list), APP) << "files are not asked" << output;
+        EXPECT_EQ(run("tamber", "--trust run --frames 1 " + list), with(APP, {"tbListed"})) << output;
+    }
+    setVariable("TAMBER_PLUGINS", "all");
+    EXPECT_EQ(run("tamber", "run --frames 1 " + list), ALL) << output;
+    EXPECT_EQ(run("tamber", "plugins"), with(ALL, {"tbListed", "tbSneaked"})) << output;
+    EXPECT_EQ(code, 0) << output;
+    setVariable("TAMBER_PLUGIN_ALLOW", "tbNull,tbPortableKernel");
+    EXPECT_EQ(run("tamber", "plugins --json"), Names());
+    EXPECT_NE(code, 0);
+    EXPECT_TRUE(said("\"state\": \"refused\"")) << output;
+}
+
+TEST_F(PlantedModules, ProgramNamesThePlacesWhereAModuleIsMissing)
+{
+    tbtest::writeAll((root / "model.tbGivenLoader").string(), "x");
+    const std::string model = "\"" + (root / "model.tbGivenLoader").string() + "\"";
+    setVariable("TAMBER_PLUGIN_ALLOW", "tbPortableKernel");
+    EXPECT_EQ(run("tamber", "run " + model), Names());
+    for (const std::string part : {"Known extensions: tb", "Loaders were looked for in", "given", "app",
+                                   "tbGivenLoader" MODULE_ENDING " (it is not in the list of plug-ins"})
+        EXPECT_TRUE(said(part)) << part << "\n" << output;
+    setVariable("TAMBER_PLUGIN_ALLOW", "tbNull");
+    run("tamber", "run " + writeList());
+    EXPECT_NE(code, 0);
+    for (const std::string part :
+         {"tbPortableKernel.dll: the module cannot be loaded", "given", "not in the list"})
+        EXPECT_TRUE(said(part)) << part << "\n" << output;
+}
+#endif
