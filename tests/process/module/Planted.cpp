@@ -18,7 +18,7 @@ public:
         setRelease(1, 2, 3, "today");
         addExtension(PLANTED_NAME);
         if (const char* file = std::getenv("TAMBER_PLANTED"))
-            std::ofstream(file, std::ios::app) << PLANTED_NAME << '\n';
+            std::ofstream(file, std::ios::app | std::ios::binary) << PLANTED_NAME << '\n';
         const char* swap = std::getenv("TAMBER_PLANTED_SWAP");
         const char* target = std::getenv("TAMBER_PLANTED_TARGET");
         std::error_code ignored;
