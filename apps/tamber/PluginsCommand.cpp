@@ -39,12 +39,21 @@ bool isFaulty(const Module& module)
     return module.state == tbPlugInReport::REFUSED || module.state == tbPlugInReport::FAILED;
 }
 
-/// Loads what was found and nothing stands before, by name, so that the rules of the search hold.
+/// In other directories many a library has a name that could be a plug-in's.
+bool isForPlugIns(const Directory& directory)
+{
+    return directory.source == "TAMBER_PLUGIN_PATH" || directory.source == "program" ||
+           directory.source == "installed";
+}
+
+/// Loads what was found and nothing stands before: loaders everywhere, as the search does, and all plug-ins where none
+/// but plug-ins are put. By name, so that the rules of the search hold.
 void loadAll(const tbPlugInReport& report)
 {
     for (const Directory& directory : report.directories)
         for (const Module& module : directory.modules)
-            if (!isFaulty(module) && module.reason.empty())
+            if (module.state == tbPlugInReport::UNLOADED ||
+                (module.state == tbPlugInReport::FOUND && module.reason.empty() && isForPlugIns(directory)))
                 tbPlugIn::load(module.moduleName.c_str());
 }
 

@@ -60,9 +60,10 @@ HINSTANCE loadFile(tbPlugInReport::Module& noted)
     {
         tbiFreeModule(handle);
         handle = nullptr;
-        noted.reason = "it is no plug-in, for it made no record of its name";
+        noted.state = tbPlugInReport::FOREIGN;
+        noted.reason = "it made no record of its name";
     }
-    if (!handle && !refused && isBareName(noted.path.c_str()))
+    if (!handle && noted.state == tbPlugInReport::FAILED && isBareName(noted.path.c_str()))
     {
         noted.path.clear(); // the system did not find it either
         noted.reason = NOWHERE;

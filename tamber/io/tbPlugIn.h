@@ -21,8 +21,9 @@ public:
     // Where modules are looked for.
     enum SEARCH_POLICY : int
     {
-        SEARCH_ALL = 0, // also in the current directory and the directories of PATH
-        SEARCH_APP = 1, // TAMBER_PLUGIN_PATH, the application's and the library's own directories
+        SEARCH_ALL = 0, // also in the current directory, the system's and the directories of PATH
+        SEARCH_APP =
+            1, // TAMBER_PLUGIN_PATH, the application's, the installation's and the library's own directories
         SEARCH_NONE = 2 // nowhere: modules are loaded by path only
     };
 

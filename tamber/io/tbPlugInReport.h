@@ -15,7 +15,8 @@ struct tbPlugInReport
         LOADED = 1,   // in the process
         UNLOADED = 2, // was loaded, is known, and comes back when it is needed
         REFUSED = 3,  // not allowed to be loaded
-        FAILED = 4    // could not be loaded, or could not be found
+        FAILED = 4,   // could not be loaded, or could not be found
+        FOREIGN = 5   // a library that is no plug-in
     };
 
     struct Module
@@ -35,7 +36,8 @@ struct tbPlugInReport
     struct Directory
     {
         std::string path;
-        std::string source{};  // "TAMBER_PLUGIN_PATH", "program", "current", "installed", "library" or "PATH"
+        std::string
+            source{}; // "TAMBER_PLUGIN_PATH", "program", "current", "installed", "library", "system" or "PATH"
         std::string skipped{}; // why it is not searched; empty when it is
         std::vector<Module> modules{};
     };
@@ -45,10 +47,10 @@ struct tbPlugInReport
     std::vector<Directory> directories; // in the order of the search
     std::vector<Module> others;         // asked for, and in none of the directories
 
-    /// "found", "loaded", "unloaded", "refused" or "failed".
+    /// "found", "loaded", "unloaded", "refused", "failed" or "foreign".
     static const char* getStateName(STATE state)
     {
-        constexpr const char* NAMES[] = {"found", "loaded", "unloaded", "refused", "failed"};
+        constexpr const char* NAMES[] = {"found", "loaded", "unloaded", "refused", "failed", "foreign"};
         return NAMES[state];
     }
 };

@@ -31,8 +31,8 @@ tbiPlugInSearch::tbiPlugInSearch()
     addDirectory(tbiExecutableDirectory(), "program");
     if (policy == tbPlugIn::SEARCH_ALL)
         addDirectory(tbiCurrentDirectory(), "current");
-    addDirectory(tbiInstalledDirectory(), "installed");
-    addDirectory(tbiKernelDirectory(), "library");
+    for (const auto& [path, source] : tbiSharedDirectories(policy == tbPlugIn::SEARCH_ALL))
+        addDirectory(path, source);
     if (policy == tbPlugIn::SEARCH_ALL)
         addList("PATH");
 }

@@ -18,7 +18,7 @@ public:
     };
 
     /// The directories that the search policy allows, in order: those of TAMBER_PLUGIN_PATH, then the executable's,
-    /// the current one, the installed one, the kernel's own, those of PATH.
+    /// the current one, the shared ones, those of PATH.
     tbiPlugInSearch();
 
     const std::vector<Directory>& getDirectories() const { return directories; }

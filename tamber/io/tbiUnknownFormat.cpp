@@ -40,8 +40,9 @@ std::string brokenLoaders()
     std::string text;
     for (const auto& module : tbiPlugInLog::getAll())
     {
-        const bool isBroken =
-            module.state == tbPlugInReport::REFUSED || module.state == tbPlugInReport::FAILED;
+        const bool isBroken = module.state == tbPlugInReport::REFUSED ||
+                              module.state == tbPlugInReport::FAILED ||
+                              module.state == tbPlugInReport::FOREIGN;
         if (isBroken && tbiIsLoaderFile(tbiFilePart(module.path), tbiModuleEnding()))
             text += (text.empty() ? "" : "; ") + module.path + " (" + module.reason + ")";
     }

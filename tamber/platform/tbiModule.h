@@ -20,10 +20,18 @@ std::string tbiModulePath(HINSTANCE module);
 // Directories, without a separator at the end; empty when unknown.
 std::string tbiExecutableDirectory();
 std::string tbiCurrentDirectory();
-/// The directory of the installed plug-ins; the system's on Windows.
-std::string tbiInstalledDirectory();
-/// The directory of the module that holds this code; on Windows that of the system's installation.
-std::string tbiKernelDirectory();
+/// The directory of the module that holds this code.
+std::string tbiLibraryDirectory();
+
+struct tbiModuleDirectory
+{
+    std::string path;
+    const char* source; // what it is, in one word
+};
+/// The directories that plug-ins of all programs lie in: on POSIX those of the installation and the library. On
+/// Windows the system's own two, or without them the library's.
+std::vector<tbiModuleDirectory> tbiSharedDirectories(bool withSystem);
+
 /// Names of the files in a directory, in alphabetical order.
 std::vector<std::string> tbiListFiles(const std::string& directory);
 

@@ -42,8 +42,6 @@ bool tbiLimitsMemory();
 
 /// What a program's file name ends in, "" or ".exe".
 const char* tbiProgramEnding();
-/// The directory of the module that holds this code, without a separator at the end; empty when unknown.
-std::string tbiLibraryDirectory();
 
 /// Makes a directory of this user's own among the temporary files, which nobody else can enter. Empty on failure.
 std::string tbiMakePrivateDirectory();

@@ -105,23 +105,19 @@ std::string tbiCurrentDirectory()
     return error ? std::string() : current.string();
 }
 
-std::string tbiInstalledDirectory()
-{
-#ifdef TAMBER_PLUGIN_DIRECTORY
-    return TAMBER_PLUGIN_DIRECTORY;
-#else
-    return {};
-#endif
-}
-
-std::string tbiKernelDirectory()
+std::string tbiLibraryDirectory()
 {
     Dl_info info = {};
-    if (dladdr(reinterpret_cast<void*>(&tbiKernelDirectory), &info) == 0 || !info.dli_fname)
+    if (dladdr(reinterpret_cast<void*>(&tbiLibraryDirectory), &info) == 0 || !info.dli_fname)
         return {};
     std::error_code error;
     const fs::path library = fs::canonical(info.dli_fname, error);
     return error ? std::string() : directoryOf(library.string());
+}
+
+std::vector<tbiModuleDirectory> tbiSharedDirectories(bool)
+{
+    return {{TAMBER_PLUGIN_DIRECTORY, "installed"}, {tbiLibraryDirectory(), "library"}};
 }
 
 std::vector<std::string> tbiListFiles(const std::string& directory)

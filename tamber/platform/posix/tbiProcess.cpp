@@ -206,11 +206,6 @@ const char* tbiProgramEnding()
     return "";
 }
 
-std::string tbiLibraryDirectory()
-{
-    return tbiKernelDirectory();
-}
-
 std::string tbiMakePrivateDirectory()
 {
     const char* temporary = std::getenv("TMPDIR");

@@ -97,16 +97,25 @@ std::string tbiCurrentDirectory()
         pathFrom([](char* text, DWORD size) { return GetCurrentDirectoryA(size, text); }));
 }
 
-std::string tbiInstalledDirectory()
+std::string tbiLibraryDirectory()
 {
-    return withoutSeparator(
-        pathFrom([](char* text, DWORD size) { return DWORD(GetSystemDirectoryA(text, size)); }));
+    HMODULE module = nullptr;
+    if (!GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
+                                GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                            reinterpret_cast<const char*>(&tbiLibraryDirectory), &module))
+        return {};
+    return directoryOf(tbiModulePath(module));
 }
 
-std::string tbiKernelDirectory()
+std::vector<tbiModuleDirectory> tbiSharedDirectories(bool withSystem)
 {
-    return withoutSeparator(
-        pathFrom([](char* text, DWORD size) { return DWORD(GetWindowsDirectoryA(text, size)); }));
+    if (!withSystem)
+        return {{tbiLibraryDirectory(), "library"}};
+    const std::string system =
+        pathFrom([](char* text, DWORD size) { return DWORD(GetSystemDirectoryA(text, size)); });
+    const std::string windows =
+        pathFrom([](char* text, DWORD size) { return DWORD(GetWindowsDirectoryA(text, size)); });
+    return {{withoutSeparator(system), "system"}, {withoutSeparator(windows), "system"}};
 }
 
 std::vector<std::string> tbiListFiles(const std::string& directory)

@@ -257,20 +257,6 @@ const char* tbiProgramEnding()
     return ".exe";
 }
 
-std::string tbiLibraryDirectory()
-{
-    HMODULE module = nullptr;
-    if (!GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
-                                GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                            reinterpret_cast<const char*>(&tbiLibraryDirectory), &module))
-        return {};
-    std::string path(LONGEST_PATH, '\0');
-    const DWORD n = GetModuleFileNameA(module, path.data(), LONGEST_PATH);
-    path.resize(n < LONGEST_PATH ? n : 0);
-    const std::size_t separator = path.find_last_of("/\\");
-    return separator == std::string::npos ? std::string() : path.substr(0, separator);
-}
-
 // The folder for temporary files is the user's own, and what is made in it has its rights.
 std::string tbiMakePrivateDirectory()
 {
