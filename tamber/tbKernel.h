@@ -118,5 +118,6 @@
 #include <tamber/io/tbImportProcess.h>
 #include <tamber/io/tbLoader.h>
 #include <tamber/io/tbModelFiles.h>
+#include <tamber/io/tbNewFiles.h>
 #include <tamber/io/tbPlugIn.h>
 #include <tamber/io/tbPlugInReport.h>

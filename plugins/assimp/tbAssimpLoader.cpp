@@ -1,13 +1,20 @@
-// The record of this module: a loader for every format that the library reads.
+// The record of this module: a loader for every format that the library reads, and for some that are written.
 
 #include <portable/tbPortableModule.h>
 #include <tamber/graph/tbModel.h>
 #include <tamber/io/tbLoader.h>
+#include <tamber/io/tbNewFiles.h>
 #include <tamber/kernel/tbString.h>
 
+#include "tbiAssimpAxes.h"
+#include "tbiAssimpExport.h"
 #include "tbiAssimpFiles.h"
 #include "tbiAssimpGraph.h"
 #include "tbiAssimpMesh.h"
+#include "tbiExportFormats.h"
+#include "tbiExportScene.h"
+#include "tbiGltfWriter.h"
+#include "tbiModelError.h"
 
 #include <assimp/Importer.hpp>
 #include <assimp/config.h>
@@ -17,6 +24,7 @@
 #include <exception>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace
 {
@@ -70,6 +78,27 @@ public:
         return nullptr;
     }
 
+    /// Writes beside the target; an old file stays when false is returned, with error and message set. No exception
+    /// leaves it.
+    bool exportObject(const tbBase* object, const char* path) override
+    {
+        try
+        {
+            exportModel(object, path);
+            return true;
+        }
+        catch (const std::exception& error)
+        {
+            setErrorMessage(error.what());
+        }
+        catch (...)
+        {
+            setErrorMessage("the file cannot be written");
+        }
+        setError(LOADER_CANNOT_WRITE);
+        return false;
+    }
+
 private:
     /// Takes over the list "*.3d;*.3ds;..." of the library.
     void addExtensions()
@@ -84,6 +113,8 @@ private:
             if (!extension.empty() && extension != NATIVE_EXTENSION && !hasExtension(extension))
                 addExtension(extension.c_str());
         }
+        for (const tbiExportFormat& format : tbiExportFormats())
+            addExportExtension(format.extension);
     }
 
     bool hasExtension(const std::string& extension) const
@@ -104,7 +135,7 @@ private:
         if (scene)
         {
             tbiCheckFaces(*scene);
-            scene = importer.ApplyPostProcessing(STEPS);
+            scene = importer.ApplyPostProcessing(tbiIsOwnFile(*scene) ? 0 : STEPS);
         }
         if (!scene)
         {
@@ -113,6 +144,46 @@ private:
             return nullptr;
         }
         return tbiConvertScene(*scene, extensionOf(path)).release();
+    }
+
+    static void exportModel(const tbBase* object, const std::string& path)
+    {
+        if (!object->isOfType(tbGroup::getClassType()))
+            throw tbiModelError(std::string("a ") + object->getType()->getName() + " is no model");
+        const std::string_view extension = extensionOf(path);
+        const tbiExportFormat* format = tbiFindExportFormat(extension);
+        if (!format)
+            throw tbiModelError(readOnlyMessage(extension));
+        const auto up = tbiIsZUp(extension) ? tbiExportScene::Z_UP : tbiExportScene::Y_UP;
+        const tbiExportScene scene = tbiCollectScene(static_cast<const tbGroup&>(*object), up);
+        const std::size_t name = path.find_last_of("/\\") + 1; // 0 when there is no directory
+        std::vector<tbiOutputFile> files;
+        if (format->writer == tbiExportFormat::GLB)
+            files.push_back({path.substr(name), tbiWriteGlb(scene)});
+        else if (format->writer == tbiExportFormat::GLTF)
+            files.push_back({path.substr(name), tbiWriteGltf(scene)});
+        else
+            files = tbiWriteByLibrary(scene, *format, path.substr(name));
+        writeFiles(path.substr(0, name), files);
+    }
+
+    static void writeFiles(const std::string& directory, const std::vector<tbiOutputFile>& files)
+    {
+        tbNewFiles newFiles;
+        for (const tbiOutputFile& file : files)
+            if (!newFiles.add((directory + file.name).c_str(), file.bytes.data(), file.bytes.size()))
+                throw tbiModelError("\"" + directory + file.name + "\" cannot be written");
+        if (!newFiles.commit())
+            throw tbiModelError("the new files cannot take their places in \"" + directory + "\"");
+    }
+
+    static std::string readOnlyMessage(std::string_view extension)
+    {
+        std::string message =
+            "models are read from ." + std::string(extension) + " but not written to it. Written are:";
+        for (const tbiExportFormat& format : tbiExportFormats())
+            message += std::string(" ") + format.extension;
+        return message;
     }
 
     /// The format is known, the file is not what it should be.

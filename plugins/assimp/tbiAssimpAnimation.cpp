@@ -3,6 +3,8 @@
 #include <portable/tbKeyFrameAction.h>
 #include <tamber/graph/tbTransform.h>
 
+#include "tbiGltfAnimations.h"
+
 #include <assimp/anim.h>
 #include <assimp/scene.h>
 
@@ -28,12 +30,27 @@ void addKeys(Table& table, const Key* keys, unsigned count, double secondsPerTic
         table.addKey(float(keys[i].mTime * secondsPerTick), convert(keys[i].mValue));
 }
 
-tbRef<tbKeyFrameAction> convertChannel(const aiNodeAnim& channel, double secondsPerTick)
+constexpr unsigned ALL_KINDS =
+    tbiGltfAnimations::POSITIONS | tbiGltfAnimations::ROTATIONS | tbiGltfAnimations::SCALES;
+
+/// The kinds of keys to take of an animation.
+unsigned kindsOf(const tbiMovedNode& node, unsigned animation)
+{
+    for (std::size_t i = 0; i + 1 < node.notes.size(); i += 2)
+        if (node.notes[i] == float(animation) && node.notes[i + 1] >= 0.0f && node.notes[i + 1] < 16.0f)
+            return unsigned(node.notes[i + 1]);
+    return ALL_KINDS;
+}
+
+tbRef<tbKeyFrameAction> convertChannel(const aiNodeAnim& channel, double secondsPerTick, unsigned kinds)
 {
     tbRef<tbKeyFrameAction> action = new tbKeyFrameAction;
-    addKeys(action->getPositions(), channel.mPositionKeys, channel.mNumPositionKeys, secondsPerTick);
-    addKeys(action->getRotations(), channel.mRotationKeys, channel.mNumRotationKeys, secondsPerTick);
-    addKeys(action->getScales(), channel.mScalingKeys, channel.mNumScalingKeys, secondsPerTick);
+    if (kinds & tbiGltfAnimations::POSITIONS)
+        addKeys(action->getPositions(), channel.mPositionKeys, channel.mNumPositionKeys, secondsPerTick);
+    if (kinds & tbiGltfAnimations::ROTATIONS)
+        addKeys(action->getRotations(), channel.mRotationKeys, channel.mNumRotationKeys, secondsPerTick);
+    if (kinds & tbiGltfAnimations::SCALES)
+        addKeys(action->getScales(), channel.mScalingKeys, channel.mNumScalingKeys, secondsPerTick);
     action->setExtrapolation(tbExtrapolation::LOOP);
     action->pause(true);
     return action;
@@ -52,10 +69,11 @@ void tbiAddAnimations(const aiScene& scene, const tbiNodesByName& nodes)
             const auto node = nodes.find(animation.mChannels[j]->mNodeName.C_Str());
             if (node == nodes.end())
                 continue;
-            const tbRef<tbKeyFrameAction> action = convertChannel(*animation.mChannels[j], 1.0 / ticks);
-            if (animation.mName.length > 0)
+            const unsigned kinds = kindsOf(node->second, i);
+            const auto action = convertChannel(*animation.mChannels[j], 1.0 / ticks, kinds);
+            if (animation.mName.length > 0 && !(kinds & tbiGltfAnimations::UNNAMED))
                 action->setName(animation.mName.C_Str());
-            node->second->addChild(action.get());
+            node->second.transform->addChild(action.get());
         }
     }
 }

@@ -1,5 +1,7 @@
 #include "tbiAssimpAxes.h"
 
+#include <tamber/graph/tbTransform.h>
+
 #include <assimp/scene.h>
 
 #include <algorithm>
@@ -23,8 +25,27 @@ bool tbiIsZUp(const aiScene& scene, std::string_view extension)
         return axis == Z_AXIS;
     if (scene.mFlags & AI_SCENE_FLAGS_TERRAIN)
         return true; // z holds the elevation
+    return tbiIsZUp(extension);
+}
+
+bool tbiIsZUp(std::string_view extension)
+{
     std::string folded(extension);
     std::transform(folded.begin(), folded.end(), folded.begin(),
                    [](unsigned char c) { return char(std::tolower(c)); });
     return std::find(Z_UP_EXTENSIONS.begin(), Z_UP_EXTENSIONS.end(), folded) != Z_UP_EXTENSIONS.end();
+}
+
+tbMatrix tbiTurn()
+{
+    tbMatrix matrix;
+    matrix.makeRot(90.0f, 1.0f, 0.0f, 0.0f);
+    return matrix;
+}
+
+bool tbiIsTurn(const tbGroup& node)
+{
+    return node.isOfType(tbTransform::getClassType()) && node.getName() &&
+           std::string_view(node.getName()) == TBI_TURN_NAME &&
+           *static_cast<const tbTransform&>(node).getMatrix() == tbiTurn();
 }

@@ -7,6 +7,9 @@
 #include <tamber/kernel/tbRef.h>
 #include <tamber/render/tbStyle.h>
 
+#include "tbiExtras.h"
+#include "tbiNotedTraits.h"
+
 #include <assimp/GltfMaterial.h>
 #include <assimp/material.h>
 #include <assimp/scene.h>
@@ -94,6 +97,16 @@ void embedImage(const aiTexture& image, tbTexture& texture)
     texture.setPixels(int(image.mWidth), int(image.mHeight), rgba.data());
 }
 
+/// Where the image of the surface's colour is; NONE when there is none.
+aiTextureType pathOf(const aiMaterial& source, aiString& path)
+{
+    for (const aiTextureType type : {aiTextureType_DIFFUSE, aiTextureType_BASE_COLOR})
+        if (source.GetTextureCount(type) > 0)
+            return source.GetTexture(type, 0, &path) == AI_SUCCESS && path.length > 0 ? type
+                                                                                      : aiTextureType_NONE;
+    return aiTextureType_NONE;
+}
+
 /// Additive materials and those that light passes through mix with what is behind them.
 void addBlend(const aiMaterial& source, float opacity, std::vector<tbRef<tbVisualTrait>>& traits)
 {
@@ -139,6 +152,23 @@ void tbiAssimpMaterials::addTraits(unsigned index, tbStyle& style)
         style.addTrait(trait.get());
 }
 
+void tbiAssimpMaterials::addNotedTraits(int id, const tbiExtras& notes, unsigned index, tbStyle& style)
+{
+    const auto [place, isNew] = noted.try_emplace(id);
+    if (isNew)
+    {
+        aiString path;
+        const bool hasPath =
+            index < scene.mNumMaterials && pathOf(*scene.mMaterials[index], path) != aiTextureType_NONE;
+        place->second = tbiMakeNotedTraits(notes, hasPath ? scene.GetEmbeddedTexture(path.C_Str()) : nullptr);
+        for (tbRef<tbVisualTrait>& trait : place->second)
+            if (trait->isOfType(tbTexture::getClassType()))
+                trait = shareTexture(static_cast<tbTexture*>(trait.get()));
+    }
+    for (const tbRef<tbVisualTrait>& trait : place->second)
+        style.addTrait(trait.get());
+}
+
 tbiAssimpMaterials::Traits tbiAssimpMaterials::convert(const aiMaterial& source)
 {
     Traits traits;
@@ -157,11 +187,9 @@ tbiAssimpMaterials::Traits tbiAssimpMaterials::convert(const aiMaterial& source)
 
 void tbiAssimpMaterials::addTexture(const aiMaterial& source, Traits& traits)
 {
-    aiTextureType type = aiTextureType_DIFFUSE;
-    if (source.GetTextureCount(type) == 0)
-        type = aiTextureType_BASE_COLOR;
     aiString path;
-    if (source.GetTexture(type, 0, &path) != AI_SUCCESS || path.length == 0)
+    const aiTextureType type = pathOf(source, path);
+    if (type == aiTextureType_NONE)
         return;
     tbRef<tbTexture> texture = new tbTexture;
     if (const aiTexture* image = scene.GetEmbeddedTexture(path.C_Str()))
@@ -173,12 +201,17 @@ void tbiAssimpMaterials::addTexture(const aiMaterial& source, Traits& traits)
     source.Get(AI_MATKEY_MAPPINGMODE_U(type, 0), modeU);
     source.Get(AI_MATKEY_MAPPINGMODE_V(type, 0), modeV);
     texture->setWrap(toWrap(modeU), toWrap(modeV));
+    traits.push_back(shareTexture(texture));
+}
+
+/// The equal one that came before, where there is one.
+tbRef<tbVisualTrait> tbiAssimpMaterials::shareTexture(const tbRef<tbTexture>& texture)
+{
     const auto same =
         std::find_if(textures.begin(), textures.end(),
                      [&](const tbRef<tbTexture>& earlier) { return earlier->isEqual(texture.get()); });
     if (same != textures.end())
-        texture = *same;
-    else
-        textures.push_back(texture);
-    traits.emplace_back(texture.get());
+        return same->get();
+    textures.push_back(texture);
+    return texture.get();
 }

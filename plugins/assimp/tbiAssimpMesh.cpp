@@ -3,7 +3,7 @@
 #include <portable/tbMesh.h>
 #include <tamber/render/tbVertexArray.h>
 
-#include "tbiImportError.h"
+#include "tbiModelError.h"
 
 #include <assimp/scene.h>
 
@@ -44,12 +44,12 @@ unsigned char* put(unsigned char* where, const void* bytes, std::size_t size)
 tbRef<tbVertexArray> convertVertices(const aiMesh& source)
 {
     if (source.mNumVertices > unsigned(std::numeric_limits<int>::max()))
-        throw tbiImportError("a mesh has too many vertices");
+        throw tbiModelError("a mesh has too many vertices");
     const unsigned type = layoutOf(source);
     tbRef<tbVertexArray> vertices = new tbVertexArray(int(source.mNumVertices), type);
     auto* where = vertices ? static_cast<unsigned char*>(vertices->getData()) : nullptr;
     if (!where)
-        throw tbiImportError("there is no memory for the vertices");
+        throw tbiModelError("there is no memory for the vertices");
     const int sets = vertices->getNumTexCoordSets();
     for (unsigned i = 0; i < source.mNumVertices; ++i)
     {
@@ -93,7 +93,7 @@ std::vector<unsigned int> convertIndices(const aiMesh& source, tbMesh::PRIMITIVE
             indices.insert(indices.end(), face.mIndices, face.mIndices + size);
     }
     if (indices.size() > std::size_t(std::numeric_limits<int>::max()))
-        throw tbiImportError("a mesh has too many indices");
+        throw tbiModelError("a mesh has too many indices");
     return indices;
 }
 } // namespace
@@ -105,7 +105,7 @@ void tbiCheckFaces(const aiScene& scene)
         const aiMesh& mesh = *scene.mMeshes[i];
         if (!std::all_of(mesh.mFaces, mesh.mFaces + mesh.mNumFaces,
                          [&](const aiFace& face) { return isWhole(face, mesh.mNumVertices); }))
-            throw tbiImportError("a face names vertices that are not there");
+            throw tbiModelError("a face names vertices that are not there");
     }
 }
 
@@ -122,6 +122,6 @@ tbRef<tbMesh> tbiConvertMesh(const aiMesh& source)
         return mesh;
     const tbRef<tbVertexArray> vertices = convertVertices(source);
     if (!mesh->set(isCloud ? tbMesh::POINTS : primitive, vertices.get(), indices.data(), int(indices.size())))
-        throw tbiImportError("there is no memory for the indices");
+        throw tbiModelError("there is no memory for the indices");
     return mesh;
 }

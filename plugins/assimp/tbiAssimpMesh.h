@@ -6,9 +6,9 @@ struct aiMesh;
 struct aiScene;
 class tbMesh;
 
-/// Throws tbiImportError when a face of any mesh has no indices or names a vertex that is not there.
+/// Throws tbiModelError when a face of any mesh has no indices or names a vertex that is not there.
 void tbiCheckFaces(const aiScene& scene);
 
 /// The vertices and the points, lines or triangles of `source`; vertices without any face are points. Faces of
-/// other kinds are left out. Throws tbiImportError when the mesh is too large or memory is out.
+/// other kinds are left out. Throws tbiModelError when the mesh is too large or memory is out.
 tbRef<tbMesh> tbiConvertMesh(const aiMesh& source);
