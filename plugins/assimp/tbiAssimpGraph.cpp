@@ -190,7 +190,7 @@ bool tbiIsOwnFile(const aiScene& scene)
 
 tbiNewModel tbiConvertScene(const aiScene& scene, std::string_view extension)
 {
-    if (!scene.mRootNode || scene.mNumMeshes == 0)
+    if (!scene.mRootNode || (scene.mNumMeshes == 0 && !tbiIsOwnFile(scene)))
         throw tbiModelError("the file holds nothing to draw");
     Converter converter(scene, tbiIsOwnFile(scene));
     bool isTurned = false;
