@@ -2,6 +2,7 @@
 
 #include "BuildCommand.h"
 #include "CheckCommand.h"
+#include "DiffCommand.h"
 #include "DumpCommand.h"
 #include "InfoCommand.h"
 #include "PickCommand.h"
@@ -16,6 +17,7 @@ std::vector<std::unique_ptr<Command>> makeCommands()
     commands.push_back(std::make_unique<PluginsCommand>());
     commands.push_back(std::make_unique<InfoCommand>());
     commands.push_back(std::make_unique<CheckCommand>());
+    commands.push_back(std::make_unique<DiffCommand>());
     commands.push_back(std::make_unique<DumpCommand>());
     commands.push_back(std::make_unique<BuildCommand>());
     return commands;

@@ -80,7 +80,7 @@ inline void fill(tbBase* object, int number)
     }
 }
 
-/// Entries of a class that nobody knows, which refer to arrays of every type.
+/// Arrays of every type, and an entry of a class that nobody knows.
 inline void writeArrays(tbFile& file)
 {
     tbEntry* entry = file.newEntry(file.newTag("Unknown"));
@@ -92,7 +92,7 @@ inline void writeArrays(tbFile& file)
             bytes[i] = static_cast<unsigned char>(i + 40);
         array->writeRef(&file, entry);
     }
-    entry->writeChunk("tail", 4);
+    entry->setData("alien", 5); // what it referred with has a byte order that nobody knows
 }
 
 inline std::string everyClassFile(bool swapped = false, bool packed = false)

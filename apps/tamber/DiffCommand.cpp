@@ -1,0 +1,204 @@
+#include "DiffCommand.h"
+
+#include "CommandError.h"
+#include "Json.h"
+#include "ModelFile.h"
+
+#include <apps/tamber/native/FindingText.h>
+
+#include <tamber/graph/tbGroup.h>
+
+#include <CLI/CLI.hpp>
+
+#include <filesystem>
+#include <iostream>
+#include <optional>
+#include <random>
+#include <system_error>
+
+namespace
+{
+using namespace native;
+
+constexpr const char* NATIVE_EXTENSION = ".tb";
+
+enum Result : int
+{
+    EQUAL = 0,
+    DIFFERENT = 1
+};
+
+// True for what cannot be read, too: that is said without the kernel.
+bool isNative(const std::string& path)
+{
+    if (std::filesystem::path(path).extension() == NATIVE_EXTENSION)
+        return true;
+    try
+    {
+        Findings ignored;
+        return Image(openFileSource(path), ignored).hasHeader();
+    }
+    catch (const SourceError&)
+    {
+        return true;
+    }
+}
+
+// A file of its own in the system's directory for such files, gone with it.
+class TemporaryFile
+{
+public:
+    TemporaryFile()
+    {
+        std::random_device random;
+        const auto directory = std::filesystem::temp_directory_path();
+        do
+            path = directory / ("tamber" + std::to_string(random()) + NATIVE_EXTENSION);
+        while (std::filesystem::exists(path));
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile()
+    {
+        std::error_code ignored;
+        std::filesystem::remove(path, ignored);
+    }
+
+    std::filesystem::path path;
+};
+
+// One of the two as a native file.
+class Operand
+{
+public:
+    explicit Operand(const std::string& path)
+    {
+        std::string source = path;
+        if (!isNative(path))
+        {
+            source = imported.emplace().path.string();
+            saveModel(*loadModel(path), source);
+        }
+        try
+        {
+            Findings findings;
+            image.emplace(openFileSource(source), findings);
+            if (findings.count(Severity::ERROR) > 0)
+                throw CommandError(path, textOf(findings.getKept().front()));
+            if (image->getNumEntries() == 0)
+                throw CommandError(path, "holds nothing");
+        }
+        catch (const SourceError& error)
+        {
+            throw CommandError(path, error.what());
+        }
+    }
+
+    Image& getImage() { return *image; }
+
+private:
+    std::optional<TemporaryFile> imported;
+    std::optional<Image> image; // closed before its file goes
+};
+
+std::string lineOf(const Difference& difference)
+{
+    const std::string separator = difference.path.empty() || difference.field.empty() ? "" : " ";
+    const std::string place = difference.path + separator + difference.field + ": ";
+    switch (difference.kind)
+    {
+    case Difference::VALUE:
+    case Difference::UNREADABLE:
+    case Difference::MISSING:
+        return place + difference.a + " -> " + difference.b;
+    case Difference::COUNT:
+        return place + difference.a + " of them -> " + difference.b;
+    case Difference::CLASS:
+        return place + "class " + difference.a + " -> " + difference.b;
+    case Difference::SHARING:
+        return place + "shared otherwise: " + difference.a + " -> " + difference.b;
+    case Difference::MORE:
+        return place + difference.a + " more differ";
+    }
+    return place;
+}
+
+void printText(const DiffResult& result)
+{
+    for (const Difference& difference : result.listed)
+        std::cout << lineOf(difference) << '\n';
+    if (result.count > result.listed.size())
+        std::cout << "and " << result.count - result.listed.size() << " more\n";
+    for (const std::string& note : result.notes)
+        std::cout << "note: " << note << '\n';
+    if (result.count == 0)
+        std::cout << "equal\n";
+}
+
+void printJson(const std::string& a, const std::string& b, const DiffOptions& options,
+               const DiffResult& result)
+{
+    Json out(std::cout);
+    out.beginObject();
+    out.member("a", a).member("b", b).member("tolerance", options.tolerance);
+    out.member("equal", result.count == 0).member("differences", result.count);
+    out.key("listed").beginArray();
+    for (const Difference& difference : result.listed)
+    {
+        out.beginObject();
+        out.member("kind", nameOf(difference.kind));
+        out.member("path", difference.path).member("field", difference.field);
+        out.member("a", difference.a).member("b", difference.b);
+        out.endObject();
+    }
+    out.endArray();
+    out.key("notes").beginArray();
+    for (const std::string& note : result.notes)
+        out.value(note);
+    out.endArray().endObject();
+}
+} // namespace
+
+void DiffCommand::define(CLI::App& app)
+{
+    CLI::App& command = addTo(app, "diff", "Say what differs between two files or models, object by object");
+    const char* help = "A native file (.tb), or a model of any format that a loader reads";
+    command.add_option("A", fileA, help)->required();
+    command.add_option("B", fileB, help)->required();
+    command
+        .add_option("--tolerance", options.tolerance,
+                    "Numbers that differ by no more, or by no more times the larger, are the same")
+        ->capture_default_str()
+        ->check(CLI::NonNegativeNumber);
+    command.add_option("--limit", options.limit, "How many differences to list; all are counted")
+        ->capture_default_str();
+    command.add_flag("--json", json, "Print JSON instead of text");
+    command.footer(
+        "Byte order, packing, versions and the order of entries are no differences. Exit code 0 for "
+        "equal ones,\n"
+        "1 for different ones, 2 when either cannot be read. docs/text-format.md says more.");
+}
+
+bool DiffCommand::needsKernel() const
+{
+    return !isNative(fileA) || !isNative(fileB);
+}
+
+int DiffCommand::run()
+{
+    Operand a(fileA);
+    Operand b(fileB);
+    try
+    {
+        const DiffResult result = diffImages(a.getImage(), b.getImage(), options);
+        if (json)
+            printJson(fileA, fileB, options, result);
+        else
+            printText(result);
+        return result.count == 0 ? EQUAL : DIFFERENT;
+    }
+    catch (const SourceError& error)
+    {
+        throw CommandError(fileA + ", " + fileB, error.what());
+    }
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Command.h"
+
+#include <apps/tamber/native/Diff.h>
+
+#include <string>
+
+// tamber diff: what differs between two files or models.
+class DiffCommand : public Command
+{
+public:
+    void define(CLI::App& app) override;
+    /// 0 when they are equal, 1 when they differ.
+    int run() override;
+    int getFailureCode() const override { return 2; }
+    /// For models of foreign formats.
+    bool needsKernel() const override;
+
+private:
+    std::string fileA;
+    std::string fileB;
+    native::DiffOptions options;
+    bool json = false;
+};
