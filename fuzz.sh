@@ -43,6 +43,16 @@ seeds_of() # TARGET
     esac
 }
 
+# How long inputs get: long enough for every turn that the target can take, and no longer, because that takes time.
+longest() # TARGET
+{
+    case $1 in
+    graph) echo 512 ;;
+    entry | plugins) echo 1024 ;;
+    *) echo 8192 ;;
+    esac
+}
+
 # Every seed is replayed whole; of those that fuzzing begins with, the fuzzer cuts what is too long.
 fuzz() # TARGET
 {
@@ -56,7 +66,7 @@ fuzz() # TARGET
     [ ${#seeds[@]} -eq 0 ] || "$program" "${options[@]}" "${seeds[@]/#/$root/}" >>"$log" 2>&1 || result=1
     if [ $result -eq 0 ] && [ "$seconds" -gt 0 ]; then
         [ ${#seeds[@]} -eq 0 ] || cp -u "${seeds[@]}" "$corpus"
-        "$program" "${options[@]}" -max_len=16384 -max_total_time="$seconds" -dict="$root/fuzz/native.dict" \
+        "$program" "${options[@]}" -max_len="$(longest "$target")" -len_control=0 -max_total_time="$seconds" -dict="$root/fuzz/native.dict" \
             "$corpus" >>"$log" 2>&1 || result=1
     fi
     after=$(find "$out" -maxdepth 1 -name "$target-*" | wc -l)
