@@ -20,7 +20,9 @@ bool tbiReadFile(int descriptor, void* bytes, std::size_t size, std::int64_t pos
 bool tbiWriteFile(int descriptor, const void* bytes, std::size_t size, std::int64_t position) noexcept;
 
 // A file that takes another's place when it is complete. It lies in the target's directory, where a link leads to,
-// under a name of its own, and has the rights of the file that it will replace; a new file is its owner's alone.
+// and has the rights of the file that it will replace; a new file is its owner's alone. Its name is the target's and
+// ".saving-1", or the next number that no other save has. What a save left behind that was killed goes when the
+// target is saved next.
 struct tbiReplacement
 {
     int descriptor = -1;
@@ -30,9 +32,9 @@ struct tbiReplacement
 
 /// Makes the empty file. False, and nothing left behind, when the directory or an existing target cannot be written,
 /// and when the target is no regular file.
-bool tbiBeginReplacement(tbiReplacement& replacement, const char* target);
+bool tbiBeginReplacement(tbiReplacement& replacement, const char* target) noexcept;
 /// Cuts the file to `length` bytes, makes it safe on the medium and renames it. False, and the target untouched, when
 /// one of these fails. The file is closed, and gone unless it became the target.
-bool tbiFinishReplacement(tbiReplacement& replacement, std::int64_t length);
+bool tbiFinishReplacement(tbiReplacement& replacement, std::int64_t length) noexcept;
 /// Closes and removes the file.
-void tbiAbandonReplacement(tbiReplacement& replacement);
+void tbiAbandonReplacement(tbiReplacement& replacement) noexcept;

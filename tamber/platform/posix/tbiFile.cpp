@@ -2,12 +2,15 @@
 
 #include <tamber/platform/tbiFile.h>
 
+#include <tamber/kernel/tbiMemoryWatch.h>
 #include <tamber/platform/tbiPath.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <memory>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -16,6 +19,7 @@ namespace
 {
 
 constexpr mode_t OWNER_ONLY = S_IRUSR | S_IWUSR;
+constexpr int NAME_ATTEMPTS = 1000;
 
 template <class Call>
 auto untilDone(Call call)
@@ -47,7 +51,9 @@ int openRegular(const char* path, int access)
 {
     if (!path || *path == 0)
         return -1;
-    const std::string native = nativePath(path);
+    std::string native;
+    if (!tbiWithoutThrow(false, [&] { return native = nativePath(path), true; }))
+        return -1;
     // Opening a device can act on it, so what stands there is looked at before and, for good, after.
     struct stat status = {};
     if (stat(native.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
@@ -73,12 +79,8 @@ std::string directoryOf(const std::string& path)
 // Where links lead to; the path itself when nothing stands there yet.
 std::string followLinks(const std::string& path)
 {
-    char* resolved = realpath(path.c_str(), nullptr);
-    if (!resolved)
-        return path;
-    std::string target = resolved;
-    std::free(resolved);
-    return target;
+    const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr), &std::free);
+    return resolved ? resolved.get() : path;
 }
 
 bool syncDirectory(const std::string& path)
@@ -100,6 +102,88 @@ bool targetRights(const std::string& target, mode_t& rights)
         return errno == ENOENT;
     rights = status.st_mode & 07777;
     return S_ISREG(status.st_mode) && access(target.c_str(), W_OK) == 0;
+}
+
+enum class LOCK
+{
+    TAKEN,
+    HELD_BY_ANOTHER,
+    UNKNOWN // not on this file system
+};
+
+// The lock says that whoever makes the file is alive: it goes with the process.
+LOCK takeLock(int descriptor)
+{
+    if (untilDone([&] { return flock(descriptor, LOCK_EX | LOCK_NB); }) == 0)
+        return LOCK::TAKEN;
+    return errno == EWOULDBLOCK ? LOCK::HELD_BY_ANOTHER : LOCK::UNKNOWN;
+}
+
+bool standsAt(const char* path, int descriptor)
+{
+    struct stat there = {};
+    struct stat open = {};
+    return lstat(path, &there) == 0 && fstat(descriptor, &open) == 0 && there.st_dev == open.st_dev &&
+           there.st_ino == open.st_ino;
+}
+
+// Removes what a save left behind that was killed. One that goes on, or has just become its target, stays.
+bool removeAbandoned(const char* path)
+{
+    const int descriptor =
+        untilDone([&] { return open(path, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); });
+    if (descriptor < 0)
+        return false;
+    const bool removed =
+        takeLock(descriptor) == LOCK::TAKEN && standsAt(path, descriptor) && unlink(path) == 0;
+    close(descriptor);
+    return removed;
+}
+
+// Makes and locks a file; -1 with errno set when it cannot be made, EEXIST when another save has the name.
+int makeLocked(const char* path)
+{
+    const int descriptor = aboveStandardStreams(
+        untilDone([&] { return open(path, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, OWNER_ONLY); }));
+    if (descriptor < 0)
+        return -1;
+    if (takeLock(descriptor) != LOCK::HELD_BY_ANOTHER && standsAt(path, descriptor))
+        return descriptor;
+    close(descriptor); // taken for an abandoned one before it was locked
+    errno = EEXIST;
+    return -1;
+}
+
+// The first name beside the target that no other save has.
+bool makeBeside(tbiReplacement& replacement)
+{
+    for (int number = 1; number <= NAME_ATTEMPTS; ++number)
+    {
+        replacement.path = replacement.target + ".saving-" + std::to_string(number);
+        const char* path = replacement.path.c_str();
+        bool again = true;
+        while (again)
+        {
+            replacement.descriptor = makeLocked(path);
+            if (replacement.descriptor > 0)
+                return true;
+            if (errno != EEXIST)
+                return false;
+            again = removeAbandoned(path);
+        }
+    }
+    return false;
+}
+
+bool beginReplacement(tbiReplacement& replacement, const char* target)
+{
+    replacement.target = followLinks(nativePath(target));
+    mode_t rights = OWNER_ONLY;
+    if (!targetRights(replacement.target, rights) || !makeBeside(replacement))
+        return false;
+    // Where the rights cannot be taken over, the file stays its owner's alone.
+    static_cast<void>(fchmod(replacement.descriptor, rights) == 0);
+    return true;
 }
 
 } // namespace
@@ -156,41 +240,33 @@ bool tbiWriteFile(int descriptor, const void* bytes, std::size_t size, std::int6
     return true;
 }
 
-bool tbiBeginReplacement(tbiReplacement& replacement, const char* target)
+bool tbiBeginReplacement(tbiReplacement& replacement, const char* target) noexcept
 {
-    if (!target || *target == 0)
-        return false;
-    replacement.target = followLinks(nativePath(target));
-    mode_t rights = OWNER_ONLY;
-    if (!targetRights(replacement.target, rights))
-        return false;
-    replacement.path = replacement.target + ".XXXXXX";
-    replacement.descriptor = aboveStandardStreams(mkostemp(replacement.path.data(), O_CLOEXEC));
-    if (replacement.descriptor < 0)
-        return false;
-    // Where the rights cannot be taken over, the file stays its owner's alone.
-    static_cast<void>(fchmod(replacement.descriptor, rights) == 0);
-    return true;
+    return target && *target != 0 &&
+           tbiWithoutThrow(false, [&] { return beginReplacement(replacement, target); });
 }
 
-bool tbiFinishReplacement(tbiReplacement& replacement, std::int64_t length)
+// The file is renamed while it is locked, so that no other save takes it for an abandoned one. What closing could
+// report has been reported by the synchronisation.
+bool tbiFinishReplacement(tbiReplacement& replacement, std::int64_t length) noexcept
 {
     const int descriptor = std::exchange(replacement.descriptor, -1);
-    bool done = untilDone([&] { return ftruncate(descriptor, off_t(length)); }) == 0;
-    done = done && untilDone([&] { return fsync(descriptor); }) == 0;
-    done = close(descriptor) == 0 && done;
-    done = done && std::rename(replacement.path.c_str(), replacement.target.c_str()) == 0;
+    const char* path = replacement.path.c_str();
+    const bool done = untilDone([&] { return ftruncate(descriptor, off_t(length)); }) == 0 &&
+                      untilDone([&] { return fsync(descriptor); }) == 0 &&
+                      std::rename(path, replacement.target.c_str()) == 0;
     if (!done)
-        unlink(replacement.path.c_str());
-    else
-        syncDirectory(replacement.target);
+        unlink(path);
+    close(descriptor);
+    if (done) // the new file stands there, whether the directory can be made safe now or not
+        tbiWithoutThrow([&] { syncDirectory(replacement.target); });
     return done;
 }
 
-void tbiAbandonReplacement(tbiReplacement& replacement)
+void tbiAbandonReplacement(tbiReplacement& replacement) noexcept
 {
     if (replacement.descriptor < 0)
         return;
-    close(std::exchange(replacement.descriptor, -1));
     unlink(replacement.path.c_str());
+    close(std::exchange(replacement.descriptor, -1));
 }

@@ -2,6 +2,7 @@
 
 #include <tamber/platform/tbiModule.h>
 
+#include <tamber/kernel/tbiMemoryWatch.h>
 #include <tamber/platform/tbiModuleName.h>
 #include <tamber/platform/tbiPath.h>
 
@@ -26,17 +27,23 @@ std::string directoryOf(const std::string& path)
 
 struct ModuleSearch
 {
-    std::string_view name;
+    std::string_view wanted;
     std::string path;
+
+    bool tryModule(const char* name)
+    {
+        if (!name || tbiModuleName(name) != wanted)
+            return false;
+        path = name;
+        return true;
+    }
 };
 
+// Nothing is thrown through the system's loop, which holds a lock.
 int compareModule(dl_phdr_info* info, std::size_t, void* context)
 {
-    auto& search = *static_cast<ModuleSearch*>(context);
-    if (!info->dlpi_name || tbiModuleName(info->dlpi_name) != search.name)
-        return 0;
-    search.path = info->dlpi_name;
-    return 1;
+    auto* search = static_cast<ModuleSearch*>(context);
+    return tbiWithoutThrow(false, [=] { return search->tryModule(info->dlpi_name); }) ? 1 : 0;
 }
 
 // `protection` is the bit that makes a directory safe although everybody may write to it.

@@ -2,6 +2,9 @@
 // and \n escaped. Names compare without case. The file is replaced as a whole, so that a crash never loses it.
 #include <tamber/platform/tbiSettingsStore.h>
 
+#include <tamber/kernel/tbiMemoryWatch.h>
+#include <tamber/platform/tbiFile.h>
+
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -11,9 +14,7 @@
 #include <string>
 #include <vector>
 
-#include <fcntl.h>
 #include <strings.h>
-#include <unistd.h>
 
 namespace
 {
@@ -89,37 +90,19 @@ bool replaceFile(const fs::path& file, const std::vector<std::string>& lines)
     std::string content;
     for (const std::string& line : lines)
         (content += line) += '\n';
-    std::string temporary = file.string() + ".XXXXXX";
-    const int descriptor = mkstemp(temporary.data());
-    if (descriptor < 0)
+    tbiReplacement replacement;
+    if (!tbiBeginReplacement(replacement, file.c_str()))
         return false;
-    std::error_code error;
-    if (const fs::file_status former = fs::status(file, error); fs::exists(former))
-        fs::permissions(temporary, former.permissions(), error);
-    const char* rest = content.data();
-    std::size_t left = content.size();
-    while (left > 0)
-    {
-        const ssize_t n = ::write(descriptor, rest, left);
-        if (n <= 0)
-            break;
-        rest += n;
-        left -= std::size_t(n);
-    }
-    const bool written = left == 0 && fsync(descriptor) == 0;
-    const bool closed = close(descriptor) == 0;
-    if (written && closed && std::rename(temporary.c_str(), file.c_str()) == 0)
-        return true;
-    std::remove(temporary.c_str());
+    if (tbiWriteFile(replacement.descriptor, content.data(), content.size(), 0))
+        return tbiFinishReplacement(replacement, std::int64_t(content.size()));
+    tbiAbandonReplacement(replacement);
     return false;
 }
 
 bool writeValue(const char* name, const std::string& value)
 {
-    fs::path file = settingsFile();
+    const fs::path file = settingsFile();
     std::error_code error;
-    if (fs::is_symlink(file, error))
-        file = fs::canonical(file, error); // the link stays, what it leads to is replaced
     if (file.empty() || !isWritableName(name))
         return false;
     if (file.has_parent_path())
@@ -142,12 +125,8 @@ bool writeValue(const char* name, const std::string& value)
     return replaceFile(file, lines);
 }
 
-} // namespace
-
-int tbiReadSetting(const char* name, void* bytes, std::size_t size)
+int readValue(const char* name, void* bytes, std::size_t size)
 {
-    if (!name)
-        return -1;
     std::vector<std::string> lines;
     readLines(settingsFile(), lines);
     for (const std::string& line : lines)
@@ -173,14 +152,21 @@ int tbiReadSetting(const char* name, void* bytes, std::size_t size)
     return -1;
 }
 
+} // namespace
+
+int tbiReadSetting(const char* name, void* bytes, std::size_t size)
+{
+    return name ? tbiWithoutThrow(-1, [=] { return readValue(name, bytes, size); }) : -1;
+}
+
 bool tbiWriteSettingNumber(const char* name, unsigned int value)
 {
     char text[16];
     std::snprintf(text, sizeof text, "0x%08x", value);
-    return writeValue(name, text);
+    return tbiWithoutThrow(false, [&] { return writeValue(name, text); });
 }
 
 bool tbiWriteSettingText(const char* name, const char* text)
 {
-    return text && writeValue(name, quote(text));
+    return text && tbiWithoutThrow(false, [=] { return writeValue(name, quote(text)); });
 }

@@ -1,5 +1,7 @@
 #include <tamber/platform/tbiFile.h>
 
+#include <tamber/kernel/tbiMemoryWatch.h>
+
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
@@ -8,14 +10,16 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstdio>
+#include <cstddef>
+#include <cstring>
 #include <utility>
+#include <vector>
 
 namespace
 {
 
 constexpr std::size_t LARGEST_TRANSFER = std::size_t{1} << 30;
-constexpr int NAME_ATTEMPTS = 100;
+constexpr int NAME_ATTEMPTS = 1000;
 
 HANDLE handleOf(int descriptor)
 {
@@ -87,6 +91,48 @@ bool mayBeReplaced(const std::string& target)
     return descriptor > 0;
 }
 
+// The first name beside the target that no other save has. A file that somebody is writing cannot be deleted, so one
+// that can was left behind by a save that was killed.
+bool makeBeside(tbiReplacement& replacement)
+{
+    for (int number = 1; number <= NAME_ATTEMPTS; ++number)
+    {
+        replacement.path = replacement.target + ".saving-" + std::to_string(number);
+        const char* path = replacement.path.c_str();
+        DeleteFileA(path);
+        const HANDLE handle = CreateFileA(path, GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (handle != INVALID_HANDLE_VALUE)
+        {
+            replacement.descriptor = descriptorOf(handle, _O_RDWR);
+            return replacement.descriptor > 0;
+        }
+        // Denied: another save has just given its file up.
+        if (GetLastError() != ERROR_FILE_EXISTS && GetLastError() != ERROR_ACCESS_DENIED)
+            return false;
+    }
+    return false;
+}
+
+bool beginReplacement(tbiReplacement& replacement, const char* target)
+{
+    replacement.target = followLinks(target);
+    return mayBeReplaced(replacement.target) && makeBeside(replacement);
+}
+
+// Renames an open file, so that at no moment another save takes it for an abandoned one.
+bool renameOpen(HANDLE handle, const char* target)
+{
+    const int length = MultiByteToWideChar(CP_ACP, 0, target, -1, nullptr, 0);
+    std::vector<unsigned char> block(offsetof(FILE_RENAME_INFO, FileName) +
+                                     std::size_t(std::max(length, 1)) * sizeof(WCHAR));
+    auto* info = reinterpret_cast<FILE_RENAME_INFO*>(block.data());
+    info->ReplaceIfExists = TRUE;
+    info->FileNameLength = DWORD(std::max(length - 1, 0)) * DWORD(sizeof(WCHAR));
+    MultiByteToWideChar(CP_ACP, 0, target, -1, info->FileName, length);
+    return length > 1 && SetFileInformationByHandle(handle, FileRenameInfo, info, DWORD(block.size())) != 0;
+}
+
 } // namespace
 
 int tbiOpenFile(const char* path) noexcept
@@ -145,48 +191,28 @@ bool tbiWriteFile(int descriptor, const void* bytes, std::size_t size, std::int6
     return true;
 }
 
-bool tbiBeginReplacement(tbiReplacement& replacement, const char* target)
+bool tbiBeginReplacement(tbiReplacement& replacement, const char* target) noexcept
 {
-    if (!target || *target == 0)
-        return false;
-    replacement.target = followLinks(target);
-    if (!mayBeReplaced(replacement.target))
-        return false;
-    static constinit std::atomic<unsigned> counter{0};
-    for (int attempt = 0; attempt < NAME_ATTEMPTS; ++attempt)
-    {
-        char ending[32];
-        std::snprintf(ending, sizeof ending, ".%lx-%x", GetCurrentProcessId(), counter.fetch_add(1));
-        replacement.path = replacement.target + ending;
-        const HANDLE handle = CreateFileA(replacement.path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                                          CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
-        if (handle != INVALID_HANDLE_VALUE)
-        {
-            replacement.descriptor = descriptorOf(handle, _O_RDWR);
-            return replacement.descriptor > 0;
-        }
-        if (GetLastError() != ERROR_FILE_EXISTS)
-            return false;
-    }
-    return false;
+    return target && *target != 0 &&
+           tbiWithoutThrow(false, [&] { return beginReplacement(replacement, target); });
 }
 
-bool tbiFinishReplacement(tbiReplacement& replacement, std::int64_t length)
+bool tbiFinishReplacement(tbiReplacement& replacement, std::int64_t length) noexcept
 {
     const int descriptor = std::exchange(replacement.descriptor, -1);
+    const HANDLE handle = handleOf(descriptor);
     LARGE_INTEGER end = {};
     end.QuadPart = length;
-    bool done = SetFilePointerEx(handleOf(descriptor), end, nullptr, FILE_BEGIN) != 0 &&
-                SetEndOfFile(handleOf(descriptor)) != 0 && FlushFileBuffers(handleOf(descriptor)) != 0;
-    done = _close(descriptor) == 0 && done;
-    done = done && MoveFileExA(replacement.path.c_str(), replacement.target.c_str(),
-                               MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+    const bool done = SetFilePointerEx(handle, end, nullptr, FILE_BEGIN) != 0 && SetEndOfFile(handle) != 0 &&
+                      FlushFileBuffers(handle) != 0 &&
+                      tbiWithoutThrow(false, [&] { return renameOpen(handle, replacement.target.c_str()); });
+    _close(descriptor);
     if (!done)
         DeleteFileA(replacement.path.c_str());
     return done;
 }
 
-void tbiAbandonReplacement(tbiReplacement& replacement)
+void tbiAbandonReplacement(tbiReplacement& replacement) noexcept
 {
     if (replacement.descriptor < 0)
         return;
