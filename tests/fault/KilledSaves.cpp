@@ -1,0 +1,109 @@
+// Programs that save over one file again and again are killed in the middle. After every kill the file is whole, and
+// what the killed ones left behind is gone after the next save.
+//
+// usage: KilledSaves ROUNDS          kills that many times, and says what it met
+//        KilledSaves --save FILE     saves until it is killed
+
+#include <tamber/graph/tbGroup.h>
+#include <tamber/io/tbFile.h>
+#include <tamber/io/tbLoader.h>
+#include <tamber/kernel/tbMessage.h>
+#include <tamber/kernel/tbRef.h>
+#include <tests/fault/Child.h>
+#include <tests/support/TempFile.h>
+#include <tests/support/WorkFolder.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <random>
+#include <thread>
+
+namespace
+{
+
+constexpr int NUM_NODES = 3000;
+
+// A tree of nodes with one name: a mixture of two saves would show.
+tbRef<tbGroup> makeTree(const std::string& name)
+{
+    tbRef<tbGroup> root(new tbGroup);
+    root->setName(name.c_str());
+    for (int i = 0; i < NUM_NODES; ++i)
+    {
+        auto* node = new tbGroup;
+        node->setName(name.c_str());
+        root->addChild(node);
+    }
+    return root;
+}
+
+bool save(const std::string& name, const std::string& path)
+{
+    return tbLoader::exportFile(makeTree(name).get(), path.c_str());
+}
+
+bool isWhole(const std::string& path)
+{
+    const tbRef<tbBase> read(tbLoader::importFile(path.c_str()));
+    const auto* root = dynamic_cast<const tbGroup*>(read.get());
+    if (!root || root->getNumChildren() != NUM_NODES)
+        return false;
+    for (const tbGroup* node : root->getChildren())
+        if (!node->getName() || std::strcmp(node->getName(), root->getName()) != 0)
+            return false;
+    return true;
+}
+
+int saveForEver(const std::string& path)
+{
+    for (unsigned number = 0;; ++number)
+        if (!save(std::string(1 + number % 50, char('a' + number % 26)), path))
+            return 1;
+}
+
+int killSaves(const std::string& program, int rounds)
+{
+    const tbtest::WorkFolder folder;
+    const tbtest::TempDirectory directory;
+    const std::string path = directory.path("saved.tb");
+    if (!save("first", path))
+        return 1;
+    std::mt19937 random(7);
+    int inTheMiddle = 0;
+    int mostLeft = 0;
+    for (int round = 0; round < rounds; ++round)
+    {
+        {
+            const tbtest::Child one({program, "--save", path});
+            const std::unique_ptr<tbtest::Child> other(
+                round % 4 == 0 ? new tbtest::Child({program, "--save", path}) : nullptr);
+            std::this_thread::sleep_for(std::chrono::milliseconds(20 + random() % 40));
+            if (!one.isRunning() || (other && !other->isRunning()))
+                return std::printf("round %d: a save failed\n", round), 1;
+        }
+        if (!isWhole(path))
+            return std::printf("round %d: the file is damaged: %s\n", round, tbLoader::getErrorMessage()), 1;
+        const int left = directory.count() - 1;
+        inTheMiddle += left > 0 ? 1 : 0;
+        mostLeft = left > mostLeft ? left : mostLeft;
+    }
+    if (!save("last", path) || !isWhole(path) || directory.count() > mostLeft)
+        return std::printf("the last save failed\n"), 1;
+    std::printf(
+        "%d kills, %d in the middle of a save; the file was whole every time, at most %d files were left\n",
+        rounds, inTheMiddle, mostLeft);
+    return mostLeft <= 2 ? 0 : 1; // no more than were killed at once
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    tbSetMessageFunc([](const char*) {});
+    if (argc == 3 && std::strcmp(argv[1], "--save") == 0)
+        return saveForEver(argv[2]);
+    const int rounds = argc == 2 ? std::atoi(argv[1]) : 100;
+    return killSaves(std::filesystem::absolute(argv[0]).string(), rounds);
+}
