@@ -48,6 +48,8 @@ tbBase* tbKeyFrameAction::createCopy() const
 tbGroup* tbKeyFrameAction::copyGroup() const
 {
     auto* node = new tbKeyFrameAction(*this);
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     return node;
 }

@@ -139,6 +139,8 @@ tbBase* tbMesh::createCopy() const
 tbGroup* tbMesh::copyGroup() const
 {
     auto* made = new tbMesh;
+    if (!made)
+        return nullptr;
     addGroupMapping(this, made);
     made->share(*this);
     if (vertexArray)
@@ -152,6 +154,8 @@ tbGroup* tbMesh::copyGroup() const
 tbGroup* tbMesh::cloneGroup() const
 {
     auto* made = new tbMesh;
+    if (!made)
+        return nullptr;
     addGroupMapping(this, made);
     made->share(*this);
     made->clone(*this);

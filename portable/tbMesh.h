@@ -84,7 +84,7 @@ private:
     void replaceVertices(tbVertexArray* vertices);
     void replaceIndices(tbiSharedBlock* block);
     void updateBounds();
-    const tbiMeshTree& getTree() const;
+    const tbiMeshTree* getTree() const;
     void dropTree();
     void getCorners(int i, tbVec3* corners) const;
     void collideRay(tbCollider* collider, int i) const;

@@ -43,7 +43,8 @@ void tbMesh::setHitTolerance(float distance)
     hitTolerance = distance > 0.0f ? distance : 0.0f;
 }
 
-const tbiMeshTree& tbMesh::getTree() const
+// Null when there is no memory for it.
+const tbiMeshTree* tbMesh::getTree() const
 {
     const tbiMeshTree* built = tree.load(std::memory_order_acquire);
     if (!built)
@@ -52,11 +53,11 @@ const tbiMeshTree& tbMesh::getTree() const
         built = tree.load(std::memory_order_acquire);
         if (!built)
         {
-            built = new tbiMeshTree(*this);
+            built = tbiMeshTree::make(*this);
             tree.store(built, std::memory_order_release);
         }
     }
-    return *built;
+    return built;
 }
 
 void tbMesh::dropTree()
@@ -132,7 +133,11 @@ void tbMesh::collideRay(tbCollider* collider, int i) const
         nearestPoint = point;
         query.maxDistance = distance;
     };
-    getTree().visit(query, tolerance, test);
+    if (const tbiMeshTree* found = getTree())
+        found->visit(query, tolerance, test);
+    else
+        for (int candidate = 0; candidate < getNumPrimitives(); ++candidate)
+            test(candidate);
     if (nearest >= 0)
         report(collider, i, nearest, nearestPoint, query.maxDistance);
 }

@@ -47,6 +47,8 @@ tbBase* tbPathAction::createCopy() const
 tbGroup* tbPathAction::copyGroup() const
 {
     auto* node = new tbPathAction(*this);
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     return node;
 }

@@ -64,7 +64,16 @@ float tbiMeshTree::Slabs::enter(const Box& box, float limit) const
     return begin <= end ? begin : std::numeric_limits<float>::infinity();
 }
 
-tbiMeshTree::tbiMeshTree(const tbMesh& mesh)
+const tbiMeshTree* tbiMeshTree::make(const tbMesh& mesh)
+{
+    auto* tree = new tbiMeshTree;
+    if (tree && tbTryAllocate([&] { tree->build(mesh); }))
+        return tree;
+    delete tree;
+    return nullptr;
+}
+
+void tbiMeshTree::build(const tbMesh& mesh)
 {
     const tbVertexArray* vertices = mesh.getVertexArray();
     const int n = mesh.getNumPrimitives();

@@ -21,7 +21,8 @@ public:
         float maxDistance; // shortened by `visit` to look no farther than a hit
     };
 
-    explicit tbiMeshTree(const tbMesh& mesh);
+    /// Null when memory is out.
+    static const tbiMeshTree* make(const tbMesh& mesh);
 
     /// Calls visit(primitive) for every primitive whose box, widened by `margin` on every side, meets the ray between
     /// 0 and the query's maximum distance, boxes near the origin first. Nothing is allocated.
@@ -65,6 +66,7 @@ private:
         float margin;
     };
 
+    void build(const tbMesh& mesh);
     void build(const std::vector<Box, tbAllocator<Box>>& boxes);
     void split(int node, int begin, int end, const std::vector<Box, tbAllocator<Box>>& boxes);
 

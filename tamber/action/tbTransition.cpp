@@ -1,6 +1,7 @@
 #include <tamber/action/tbTransition.h>
 
 #include <tamber/io/tbEntry.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbTravContext.h>
 
 TB_DEFINE_TRAV_TRAIT_CLASS(tbTransition, tbTravTrait)
@@ -32,7 +33,7 @@ bool tbTransition::operator==(const tbTransition& other) const
 
 tbBase* tbTransition::createCopy() const
 {
-    return new tbTransition(*this);
+    return tbiCopyOf(*this);
 }
 
 tbEntry* tbTransition::read(tbFile* file, tbEntry* entry)

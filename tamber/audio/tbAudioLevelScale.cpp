@@ -1,6 +1,7 @@
 #include <tamber/audio/tbAudioLevelScale.h>
 
 #include <tamber/audio/tbListener.h>
+#include <tamber/kernel/tbiWhole.h>
 
 TB_DEFINE_AUDIO_TRAIT_CLASS(tbAudioLevelScale, tbAudioScale)
 
@@ -26,7 +27,7 @@ tbAudioLevelScale::~tbAudioLevelScale()
 
 tbBase* tbAudioLevelScale::createCopy() const
 {
-    return new tbAudioLevelScale(*this);
+    return tbiCopyOf(*this);
 }
 
 tbBase* tbAudioLevelScale::createDisposableCopy(tbArena* arena) const

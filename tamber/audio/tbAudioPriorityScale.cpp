@@ -1,6 +1,7 @@
 #include <tamber/audio/tbAudioPriorityScale.h>
 
 #include <tamber/audio/tbListener.h>
+#include <tamber/kernel/tbiWhole.h>
 
 TB_DEFINE_AUDIO_TRAIT_CLASS(tbAudioPriorityScale, tbAudioScale)
 
@@ -26,7 +27,7 @@ tbAudioPriorityScale::~tbAudioPriorityScale()
 
 tbBase* tbAudioPriorityScale::createCopy() const
 {
-    return new tbAudioPriorityScale(*this);
+    return tbiCopyOf(*this);
 }
 
 tbBase* tbAudioPriorityScale::createDisposableCopy(tbArena* arena) const

@@ -6,6 +6,7 @@
 #include <tamber/io/tbEntry.h>
 #include <tamber/kernel/tbArena.h>
 #include <tamber/kernel/tbiText.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/math/tbMatrix.h>
 #include <tamber/trav/tbTraitStack.h>
 #include <tamber/trav/tbTravContext.h>
@@ -105,7 +106,7 @@ void tbEmitter::clone(const tbEmitter& other)
 
 tbBase* tbEmitter::createCopy() const
 {
-    return new tbEmitter(*this);
+    return tbiCopyOf(*this);
 }
 
 tbBase* tbEmitter::createDisposableCopy(tbArena* arena) const
@@ -116,6 +117,8 @@ tbBase* tbEmitter::createDisposableCopy(tbArena* arena) const
 tbGroup* tbEmitter::copyGroup() const
 {
     auto* node = new tbEmitter;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->copy(*this);
     return node;
@@ -124,6 +127,8 @@ tbGroup* tbEmitter::copyGroup() const
 tbGroup* tbEmitter::cloneGroup() const
 {
     auto* node = new tbEmitter;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->clone(*this);
     return node;

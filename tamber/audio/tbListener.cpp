@@ -15,6 +15,8 @@ namespace
 tbTravContext* makeContext()
 {
     auto* context = new tbTravContext;
+    if (!context)
+        return nullptr;
     context->ref();
     constexpr auto kinds = tbTraitStack::AUDIO_STACK | tbTraitStack::TRAV_STACK;
     context->setTraitStack(new tbTraitStack(kinds, true));

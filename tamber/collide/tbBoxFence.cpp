@@ -2,6 +2,7 @@
 
 #include <tamber/graph/tbGroupType.h>
 #include <tamber/io/tbEntry.h>
+#include <tamber/kernel/tbiWhole.h>
 
 TB_DEFINE_NODE_CLASS(tbBoxFence, tbFence)
 
@@ -57,7 +58,7 @@ void tbBoxFence::setMaxCorner(const tbVec3& corner)
 
 tbBase* tbBoxFence::createCopy() const
 {
-    return new tbBoxFence(*this);
+    return tbiCopyOf(*this);
 }
 
 tbBase* tbBoxFence::createDisposableCopy(tbArena* arena) const
@@ -68,6 +69,8 @@ tbBase* tbBoxFence::createDisposableCopy(tbArena* arena) const
 tbGroup* tbBoxFence::copyGroup() const
 {
     auto* node = new tbBoxFence;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->copy(*this);
     return node;
@@ -76,6 +79,8 @@ tbGroup* tbBoxFence::copyGroup() const
 tbGroup* tbBoxFence::cloneGroup() const
 {
     auto* node = new tbBoxFence;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->clone(*this);
     return node;

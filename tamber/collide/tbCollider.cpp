@@ -7,6 +7,7 @@
 #include <tamber/kernel/tbMessage.h>
 #include <tamber/kernel/tbStats.h>
 #include <tamber/kernel/tbTime.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/math/tbQuat.h>
 #include <tamber/render/tbGeometry.h>
 #include <tamber/thread/tbEvent.h>
@@ -86,6 +87,8 @@ tbTravContext* shareContext()
     if (!shared)
     {
         auto* made = new tbTravContext;
+        if (!made)
+            return nullptr;
         made->ref();
         made->setTraitStack(new tbTraitStack(tbTraitStack::TRAV_STACK, true));
         if (sharedTravCon.compare_exchange_strong(shared, made))
@@ -100,8 +103,25 @@ tbTravContext* shareContext()
 tbEvent* makeEvent()
 {
     auto* event = new tbEvent;
-    event->ref();
+    if (event)
+        event->ref();
     return event;
+}
+
+template <class Item>
+bool addNew(tbTList<Item*>& list, Item* item)
+{
+    if (item && list.add(item) >= 0)
+        return true;
+    delete item;
+    return false;
+}
+
+template <class Item>
+void cut(tbTList<Item*>& list, int num)
+{
+    while (list.getNum() > num)
+        delete list.removeLast();
 }
 
 void savePath(tbTravPath*& path, const tbTravStack& stack)
@@ -156,15 +176,17 @@ tbCollider::~tbCollider()
     tbCollider::removeAllRays();
     dropVolumes();
     tbiDropTraits(traits);
-    rayHitEvent->unRef();
-    volumeHitEvent->unRef();
+    if (rayHitEvent)
+        rayHitEvent->unRef();
+    if (volumeHitEvent)
+        volumeHitEvent->unRef();
     if (travContext)
         travContext->unRef();
 }
 
 tbBase* tbCollider::createCopy() const
 {
-    return new tbCollider(*this);
+    return tbiCopyOf(*this);
 }
 
 // Rays, settings and traits; hits, events and context stay each collider's own.
@@ -201,10 +223,14 @@ void tbCollider::addRay(const tbRay& ray)
 {
     if (localRays.getNum() >= MAX_RAYS)
         return;
-    localRays.add(new tbRay(ray));
-    worldRays.add(new tbRay);
-    workingRays.add(new tbRay);
-    hits.add(new tbHit);
+    const int before = localRays.getNum();
+    const bool added = addNew(localRays, new tbRay(ray)) && addNew(worldRays, new tbRay) &&
+                       addNew(workingRays, new tbRay) && addNew(hits, new tbHit);
+    if (added)
+        return;
+    cut(localRays, before);
+    cut(worldRays, before);
+    cut(workingRays, before);
 }
 
 void tbCollider::removeAllRays()
@@ -358,7 +384,7 @@ int tbCollider::intersect(tbGroup* root)
     const double start = travContext->getStats() ? tbGetTime() : 0.0;
     walk(root);
     if (rayHitMode != RAY_HIT_ALL && lastRayWithHit() >= 0)
-        rayHitEvent->trigger(this);
+        tbEvent::trigger(rayHitEvent, this);
     const int found = result();
     if (scene)
         scene->applyDirect(this, false);
@@ -417,6 +443,11 @@ void tbCollider::buildVolume()
     if (!localVolume)
         for (tbVolume** volume : {&localVolume, &worldVolume, &workingVolume})
             *volume = volumeMode == VOLUME_SPHERE ? static_cast<tbVolume*>(new tbSphere) : new tbBox;
+    if (!localVolume || !worldVolume || !workingVolume)
+    {
+        dropVolumes();
+        return;
+    }
     localVolume->makeEmpty();
     for (int i = getNumRays() - 1; i >= 0; --i)
     {
@@ -490,7 +521,7 @@ void tbCollider::recordVolumeHit(const tbGroup* node, unsigned int target)
     volumeHit.node = node;
     save(volumeHit);
     if (volumeHitMode == VOLUME_HIT_ALL)
-        volumeHitEvent->trigger(this);
+        tbEvent::trigger(volumeHitEvent, this);
 }
 
 // True with the first ray that meets the volume. Rays that were asked before it and missed are not asked again
@@ -551,7 +582,7 @@ void tbCollider::generateRayHit(int ray, const tbGroup* node, const tbVec3& poin
     hit.node = node;
     hit.mask = travContext->getColliderMask();
     if (rayHitMode == RAY_HIT_ALL)
-        rayHitEvent->trigger(this);
+        tbEvent::trigger(rayHitEvent, this);
 }
 
 void tbCollider::applyMatrix(const tbMatrix& matrix, unsigned int failedRays)

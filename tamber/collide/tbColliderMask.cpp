@@ -1,6 +1,7 @@
 #include <tamber/collide/tbColliderMask.h>
 
 #include <tamber/io/tbEntry.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbTravContext.h>
 
 TB_DEFINE_TRAV_TRAIT_CLASS(tbColliderMask, tbTravTrait)
@@ -30,7 +31,7 @@ tbColliderMask::~tbColliderMask()
 
 tbBase* tbColliderMask::createCopy() const
 {
-    return new tbColliderMask(*this);
+    return tbiCopyOf(*this);
 }
 
 tbBase* tbColliderMask::createDisposableCopy(tbArena* arena) const

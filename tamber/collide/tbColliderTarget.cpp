@@ -1,6 +1,7 @@
 #include <tamber/collide/tbColliderTarget.h>
 
 #include <tamber/io/tbEntry.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbTravContext.h>
 
 TB_DEFINE_TRAV_TRAIT_CLASS(tbColliderTarget, tbTravTrait)
@@ -30,7 +31,7 @@ tbColliderTarget::~tbColliderTarget()
 
 tbBase* tbColliderTarget::createCopy() const
 {
-    return new tbColliderTarget(*this);
+    return tbiCopyOf(*this);
 }
 
 tbBase* tbColliderTarget::createDisposableCopy(tbArena* arena) const

@@ -2,6 +2,7 @@
 
 #include <tamber/graph/tbGroupType.h>
 #include <tamber/io/tbEntry.h>
+#include <tamber/kernel/tbiWhole.h>
 
 TB_DEFINE_NODE_CLASS(tbSphereFence, tbFence)
 
@@ -57,7 +58,7 @@ void tbSphereFence::setCenter(const tbVec3& center)
 
 tbBase* tbSphereFence::createCopy() const
 {
-    return new tbSphereFence(*this);
+    return tbiCopyOf(*this);
 }
 
 tbBase* tbSphereFence::createDisposableCopy(tbArena* arena) const
@@ -68,6 +69,8 @@ tbBase* tbSphereFence::createDisposableCopy(tbArena* arena) const
 tbGroup* tbSphereFence::copyGroup() const
 {
     auto* node = new tbSphereFence;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->copy(*this);
     return node;
@@ -76,6 +79,8 @@ tbGroup* tbSphereFence::copyGroup() const
 tbGroup* tbSphereFence::cloneGroup() const
 {
     auto* node = new tbSphereFence;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->clone(*this);
     return node;

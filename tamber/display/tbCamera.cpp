@@ -116,6 +116,8 @@ tbCamera::~tbCamera()
 void tbCamera::createContext()
 {
     context = new tbTravContext;
+    if (!context)
+        return;
     context->ref();
     context->reset();
     context->setCamera(this);

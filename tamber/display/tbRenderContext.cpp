@@ -103,7 +103,8 @@ tbRenderContext::tbRenderContext(tbWindow* owner) : window(owner)
     constexpr auto families =
         tbTraitStack::STACK_TYPES(tbTraitStack::VISUAL_STACK | tbTraitStack::TRAV_STACK);
     traitStack = new tbTraitStack(families, true);
-    traitStack->ref();
+    if (traitStack)
+        traitStack->ref();
     renderContexts->add(this);
 }
 

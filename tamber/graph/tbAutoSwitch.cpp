@@ -2,6 +2,7 @@
 
 #include <tamber/graph/tbScene.h>
 #include <tamber/io/tbEntry.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbTravContext.h>
 
 TB_DEFINE_NODE_CLASS(tbAutoSwitch, tbSwitch)
@@ -43,7 +44,7 @@ tbAutoSwitch::~tbAutoSwitch()
 
 tbBase* tbAutoSwitch::createCopy() const
 {
-    return new tbAutoSwitch(*this);
+    return tbiCopyOf(*this);
 }
 
 tbBase* tbAutoSwitch::createDisposableCopy(tbArena* arena) const
@@ -54,6 +55,8 @@ tbBase* tbAutoSwitch::createDisposableCopy(tbArena* arena) const
 tbGroup* tbAutoSwitch::copyGroup() const
 {
     auto* node = new tbAutoSwitch;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->copy(*this);
     return node;
@@ -62,6 +65,8 @@ tbGroup* tbAutoSwitch::copyGroup() const
 tbGroup* tbAutoSwitch::cloneGroup() const
 {
     auto* node = new tbAutoSwitch;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->clone(*this);
     return node;

@@ -6,6 +6,7 @@
 #include <tamber/display/tbCamera.h>
 #include <tamber/io/tbEntry.h>
 #include <tamber/kernel/tbArena.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tamber/trav/tbiScopes.h>
 
@@ -105,7 +106,7 @@ void tbBillboard::clone(const tbBillboard& other)
 
 tbBase* tbBillboard::createCopy() const
 {
-    return new tbBillboard(*this);
+    return tbiCopyOf(*this);
 }
 
 tbBase* tbBillboard::createDisposableCopy(tbArena* arena) const
@@ -116,6 +117,8 @@ tbBase* tbBillboard::createDisposableCopy(tbArena* arena) const
 tbGroup* tbBillboard::copyGroup() const
 {
     auto* node = new tbBillboard;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->copy(*this);
     return node;
@@ -124,6 +127,8 @@ tbGroup* tbBillboard::copyGroup() const
 tbGroup* tbBillboard::cloneGroup() const
 {
     auto* node = new tbBillboard;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->clone(*this);
     return node;

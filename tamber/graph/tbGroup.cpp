@@ -2,6 +2,7 @@
 
 #include <tamber/io/tbEntry.h>
 #include <tamber/kernel/tbString.h>
+#include <tamber/kernel/tbiWhole.h>
 
 #include "tbiDirectCalls.h"
 #include "tbiLocalStack.h"
@@ -189,7 +190,7 @@ void tbGroup::setNodeFlags(NODE_FLAGS splitting)
 
 tbBase* tbGroup::createCopy() const
 {
-    return new tbGroup(*this);
+    return tbiCopyOf(*this);
 }
 
 tbBase* tbGroup::createDisposableCopy(tbArena* arena) const

@@ -84,7 +84,7 @@ public:
     /// second one: callers step on once, `previous` itself is compared with nothing.
     tbGroup* findGroup(const char* wanted, const tbGroup* previous = nullptr) const;
 
-    /// A deep copy with count 0, null when the class is not copied. Action nodes in it refer to the new nodes.
+    /// A deep copy with count 0, null when the class is not copied and when memory is out. Action nodes in it refer to the new nodes.
     tbGroup* makeCopy() const;
     /// As makeCopy(), but nodes may share their data with the originals.
     tbGroup* makeClone() const;

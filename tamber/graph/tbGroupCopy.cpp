@@ -5,6 +5,7 @@
 #include <tamber/containers/tbiStatic.h>
 #include <tamber/graph/tbiCopyLists.h>
 #include <tamber/kernel/tbiLocks.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/thread/tbiLockGuard.h>
 
 #include "tbiLocalStack.h"
@@ -28,8 +29,8 @@ void tbiReleaseCopyLists()
 
 void tbGroup::addGroupMapping(const tbGroup* previous, tbGroup* node)
 {
-    prevGroups->add(previous);
-    newGroups->add(node);
+    if (prevGroups->add(previous) >= 0 && newGroups->add(node) < 0)
+        prevGroups->removeLast();
 }
 
 void tbGroup::resolveGroup(tbGroup* node)
@@ -63,6 +64,8 @@ void tbGroup::emptyGroupMapping()
 tbGroup* tbGroup::copyGroup() const
 {
     auto* node = new tbGroup;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->copy(*this);
     return node;
@@ -71,6 +74,8 @@ tbGroup* tbGroup::copyGroup() const
 tbGroup* tbGroup::cloneGroup() const
 {
     auto* node = new tbGroup;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->clone(*this);
     return node;
@@ -81,9 +86,9 @@ void tbGroup::addCopiesOf(const tbGroup& other, CopyKind kind)
 {
     for (int i = 0; i < other.getNumChildren(); ++i)
     {
-        tbGroup* node = other.getChild(i)->copyOfKind(kind);
-        const tbiPropagation::FreshNode fresh(node);
-        addChild(node);
+        const tbRef<tbGroup> node(other.getChild(i)->copyOfKind(kind));
+        const tbiPropagation::FreshNode fresh(node.get());
+        addChild(node.get());
     }
 }
 
@@ -108,11 +113,12 @@ void tbGroup::clone(const tbGroup& other)
 tbGroup* tbGroup::makeDeep(CopyKind kind) const
 {
     tbiLockGuard guard(tbiLocks::group);
+    const tbiMemoryWatch memory;
     tbGroup* node = copyOfKind(kind);
     if (node)
         resolveGroupMapping(node);
     emptyGroupMapping();
-    return node;
+    return tbiWhole(node, memory);
 }
 
 tbGroup* tbGroup::makeCopy() const

@@ -2,6 +2,7 @@
 
 #include <tamber/io/tbEntry.h>
 #include <tamber/kernel/tbiText.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbTravContext.h>
 
 #include "tbiMaskScope.h"
@@ -13,7 +14,7 @@ TB_DEFINE_NODE_CLASS(tbModel, tbTransform)
 tbModel::tbModel() : colliderMask(new tbColliderMask)
 {
     initInstance();
-    colliderMask->setMask(0);
+    setColliderMask(0);
 }
 
 tbModel::tbModel(const tbModel& other)
@@ -22,8 +23,7 @@ tbModel::tbModel(const tbModel& other)
       colliderMask(new tbColliderMask)
 {
     initInstance();
-    setFileName(other.fileName);
-    *colliderMask = *other.colliderMask;
+    assign(other);
 }
 
 tbModel::~tbModel()
@@ -37,7 +37,8 @@ void tbModel::assign(const tbModel& other)
 {
     setFileName(other.fileName);
     enabled = other.enabled;
-    *colliderMask = *other.colliderMask;
+    if (colliderMask && other.colliderMask)
+        *colliderMask = *other.colliderMask;
 }
 
 tbModel& tbModel::operator=(const tbModel& other)
@@ -68,12 +69,14 @@ void tbModel::clone(const tbModel& other)
 
 tbBase* tbModel::createCopy() const
 {
-    return new tbModel(*this);
+    return tbiCopyOf(*this);
 }
 
 tbGroup* tbModel::copyGroup() const
 {
     auto* node = new tbModel;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->copy(*this);
     return node;
@@ -82,6 +85,8 @@ tbGroup* tbModel::copyGroup() const
 tbGroup* tbModel::cloneGroup() const
 {
     auto* node = new tbModel;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->clone(*this);
     return node;
@@ -94,12 +99,13 @@ void tbModel::setFileName(const char* path)
 
 unsigned tbModel::getColliderMask() const
 {
-    return colliderMask->getMask();
+    return colliderMask ? colliderMask->getMask() : 0;
 }
 
 void tbModel::setColliderMask(unsigned mask)
 {
-    colliderMask->setMask(mask);
+    if (colliderMask)
+        colliderMask->setMask(mask);
 }
 
 void tbModel::enable(bool on)

@@ -6,6 +6,7 @@
 #include <tamber/io/tbEntry.h>
 #include <tamber/kernel/tbArena.h>
 #include <tamber/kernel/tbStats.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tamber/trav/tbiScopes.h>
 #include <tamber/volume/tbSphere.h>
@@ -86,11 +87,18 @@ void tbRangeSwitch::removeRanges()
     ranges.reset();
 }
 
+void tbRangeSwitch::addRange(const tbiRange& range)
+{
+    auto* added = new tbiRange(range);
+    if (added && ranges.add(added) < 0)
+        delete added;
+}
+
 void tbRangeSwitch::copyRanges(const tbRangeSwitch& other)
 {
     removeRanges();
     for (const tbiRange* range : other.ranges)
-        ranges.add(new tbiRange(*range));
+        addRange(*range);
     resizeRanges(getNumChildren());
 }
 
@@ -110,7 +118,7 @@ void tbRangeSwitch::clone(const tbRangeSwitch& other)
 
 tbBase* tbRangeSwitch::createCopy() const
 {
-    return new tbRangeSwitch(*this);
+    return tbiCopyOf(*this);
 }
 
 tbBase* tbRangeSwitch::createDisposableCopy(tbArena* arena) const
@@ -121,6 +129,8 @@ tbBase* tbRangeSwitch::createDisposableCopy(tbArena* arena) const
 tbGroup* tbRangeSwitch::copyGroup() const
 {
     auto* node = new tbRangeSwitch;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->copy(*this);
     return node;
@@ -129,6 +139,8 @@ tbGroup* tbRangeSwitch::copyGroup() const
 tbGroup* tbRangeSwitch::cloneGroup() const
 {
     auto* node = new tbRangeSwitch;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->clone(*this);
     return node;
@@ -147,8 +159,18 @@ bool tbRangeSwitch::insertRange(int i)
         range->range = i == ranges.getNum() ? previous->range + NEXT_RANGE : previous->range;
         range->setTransition(previous->transition);
     }
+    const int before = ranges.getNum();
     ranges.insert(i, range);
-    return true;
+    if (ranges.getNum() > before)
+        return true;
+    delete range;
+    return false;
+}
+
+void tbRangeSwitch::removeRange(int i)
+{
+    delete ranges[i];
+    ranges.removeOrderedIndex(i);
 }
 
 void tbRangeSwitch::resizeRanges(int n)
@@ -162,17 +184,25 @@ void tbRangeSwitch::resizeRanges(int n)
 
 bool tbRangeSwitch::addChild(tbGroup* child)
 {
+    const int i = ranges.getNum();
+    if (!insertRange(i))
+        return false;
     const bool added = tbSwitch::addChild(child);
-    if (added)
-        insertRange(ranges.getNum());
+    if (!added)
+        removeRange(i);
     return added;
 }
 
 bool tbRangeSwitch::insertChild(int i, tbGroup* child)
 {
+    if (i < 0 || i > getNumChildren())
+        return false;
+    const int place = std::min(i, ranges.getNum());
+    if (!insertRange(place))
+        return false;
     const bool inserted = tbSwitch::insertChild(i, child);
-    if (inserted)
-        insertRange(std::min(i, ranges.getNum()));
+    if (!inserted)
+        removeRange(place);
     return inserted;
 }
 
@@ -182,10 +212,7 @@ bool tbRangeSwitch::removeChild(tbGroup* child)
     if (!tbSwitch::removeChild(child))
         return false;
     if (ranges.indexInRange(i))
-    {
-        delete ranges[i];
-        ranges.removeOrderedIndex(i);
-    }
+        removeRange(i);
     return true;
 }
 
@@ -398,7 +425,7 @@ tbEntry* tbRangeSwitch::read(tbFile* file, tbEntry* entry)
         read.transition = entry->readFloat();
         read.inverseWidth = entry->readFloat();
         if (i < getNumChildren())
-            ranges.add(new tbiRange(read));
+            addRange(read);
     }
     resizeRanges(getNumChildren());
     centerFixed = entry->readInt() != 0;

@@ -65,6 +65,8 @@ private:
     tbGroup* selected(const tbTravContext* context) const;
     bool insertRange(int i);
     void resizeRanges(int n);
+    void removeRange(int i);
+    void addRange(const tbiRange& range);
     void removeRanges();
     void copyRanges(const tbRangeSwitch& other);
     void assign(const tbRangeSwitch& other);

@@ -3,6 +3,7 @@
 #include <tamber/kernel/tbInit.h>
 #include <tamber/kernel/tbStats.h>
 #include <tamber/kernel/tbTime.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/thread/tbEvent.h>
 #include <tamber/thread/tbLock.h>
 #include <tamber/thread/tbSemaphore.h>
@@ -23,6 +24,8 @@ namespace
 template <class Call>
 void callDirectly(tbiSceneLists* lists, tbScene::DIRECT_CALL kind, Call call)
 {
+    if (!lists)
+        return;
     tbiDirectCallList& list = lists->directCalls[kind];
     const tbiNodeSnapshot registered(list.getNodes());
     for (tbGroup* node : registered)
@@ -57,6 +60,8 @@ void tbScene::initMembers()
     postUpdateEvent = new tbEvent;
     lists = new tbiSceneLists;
     travContext = new tbTravContext;
+    if (!travContext)
+        return;
     travContext->setScene(this);
     travContext->setTraitStack(new tbTraitStack(tbTraitStack::ALL_STACKS, false));
 }
@@ -90,12 +95,14 @@ void tbScene::clone(const tbScene& other)
 
 tbBase* tbScene::createCopy() const
 {
-    return new tbScene(*this);
+    return tbiCopyOf(*this);
 }
 
 tbGroup* tbScene::copyGroup() const
 {
     auto* node = new tbScene;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->copy(*this);
     return node;
@@ -104,6 +111,8 @@ tbGroup* tbScene::copyGroup() const
 tbGroup* tbScene::cloneGroup() const
 {
     auto* node = new tbScene;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->clone(*this);
     return node;
@@ -160,12 +169,12 @@ void tbScene::update()
     context->setScene(this);
     {
         const tbiVolumeScope bounds(context.get(), &volume);
-        preUpdateEvent->trigger(this);
+        tbEvent::trigger(preUpdateEvent.get(), this);
         callDirectly(lists, DIRECT_UPDATE_BEFORE, [this](tbGroup* node) { node->updateDirect(this, true); });
         if (anyTravFlags(TF_ANY_UPDATE))
             tbStyle::update(context.get());
         callDirectly(lists, DIRECT_UPDATE_AFTER, [this](tbGroup* node) { node->updateDirect(this, false); });
-        postUpdateEvent->trigger(this);
+        tbEvent::trigger(postUpdateEvent.get(), this);
     }
     if (tbStats* stats = context->getStats())
         stats->addFrame(tbGetTime() - start);
@@ -203,12 +212,12 @@ void tbScene::removeDirectCall(DIRECT_CALL kind, tbGroup* node)
 
 int tbScene::getNumPlayingEmitters() const
 {
-    return lists->playing.getNum();
+    return lists ? lists->playing.getNum() : 0;
 }
 
 tbEmitter* tbScene::getPlayingEmitter(int i) const
 {
-    return i >= 0 && i < lists->playing.getNum() ? lists->playing[i] : nullptr;
+    return i >= 0 && i < getNumPlayingEmitters() ? lists->playing[i] : nullptr;
 }
 
 void tbScene::addPlayingEmitter(tbEmitter* emitter)

@@ -4,9 +4,15 @@
 
 #include <tamber/thread/tbLock.h>
 #include <tamber/thread/tbSemaphore.h>
+#include <tamber/thread/tbiLockGuard.h>
 
 void tbScene::acquireForMods()
 {
+    if (!accessLock || !modsSemaphore)
+    {
+        editing = true;
+        return;
+    }
     for (;;)
     {
         modsSemaphore->dec();
@@ -23,6 +29,11 @@ void tbScene::acquireForMods()
 
 void tbScene::releaseFromMods()
 {
+    if (!accessLock || !modsSemaphore)
+    {
+        editing = false;
+        return;
+    }
     accessLock->acquire();
     const bool wasEditing = editing;
     editing = false;
@@ -35,25 +46,25 @@ void tbScene::releaseFromMods()
 
 void tbScene::acquireForQuery()
 {
-    accessLock->acquire();
+    const tbiLockGuard guard(accessLock.get());
     ++queryCount;
-    accessLock->release();
 }
 
 void tbScene::releaseFromQuery()
 {
-    accessLock->acquire();
+    const tbiLockGuard guard(accessLock.get());
     if (queryCount > 0 && --queryCount == 0 && editorWaits)
     {
         editorWaits = false;
         modsSemaphore->inc();
     }
-    accessLock->release();
 }
 
 // tbLock::available() takes the lock when it can.
 bool tbScene::isAccessFree() const
 {
+    if (!accessLock)
+        return true;
     if (!accessLock->available())
         return false;
     accessLock->release();

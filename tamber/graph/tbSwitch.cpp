@@ -8,6 +8,7 @@
 #include <tamber/kernel/tbArena.h>
 #include <tamber/kernel/tbStats.h>
 #include <tamber/kernel/tbTime.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tamber/trav/tbiScopes.h>
 
@@ -95,7 +96,7 @@ void tbSwitch::clone(const tbSwitch& other)
 
 tbBase* tbSwitch::createCopy() const
 {
-    return new tbSwitch(*this);
+    return tbiCopyOf(*this);
 }
 
 tbBase* tbSwitch::createDisposableCopy(tbArena* arena) const
@@ -106,6 +107,8 @@ tbBase* tbSwitch::createDisposableCopy(tbArena* arena) const
 tbGroup* tbSwitch::copyGroup() const
 {
     auto* node = new tbSwitch;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->copy(*this);
     return node;
@@ -114,6 +117,8 @@ tbGroup* tbSwitch::copyGroup() const
 tbGroup* tbSwitch::cloneGroup() const
 {
     auto* node = new tbSwitch;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->clone(*this);
     return node;

@@ -1,6 +1,7 @@
 #include "tbTransform.h"
 
 #include <tamber/io/tbEntry.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/math/tbQuat.h>
 #include <tamber/math/tbVec3.h>
 #include <tamber/trav/tbTravContext.h>
@@ -90,7 +91,7 @@ void tbTransform::clone(const tbTransform& other)
 
 tbBase* tbTransform::createCopy() const
 {
-    return new tbTransform(*this);
+    return tbiCopyOf(*this);
 }
 
 tbBase* tbTransform::createDisposableCopy(tbArena* arena) const
@@ -101,6 +102,8 @@ tbBase* tbTransform::createDisposableCopy(tbArena* arena) const
 tbGroup* tbTransform::copyGroup() const
 {
     auto* node = new tbTransform;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->copy(*this);
     return node;
@@ -109,6 +112,8 @@ tbGroup* tbTransform::copyGroup() const
 tbGroup* tbTransform::cloneGroup() const
 {
     auto* node = new tbTransform;
+    if (!node)
+        return nullptr;
     addGroupMapping(this, node);
     node->clone(*this);
     return node;

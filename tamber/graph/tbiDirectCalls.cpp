@@ -49,7 +49,12 @@ bool tbiPlayingList::add(tbEmitter* emitter)
     if (places.find(emitter) >= 0)
         return false;
     const int place = emitters.add(emitter);
-    return place >= 0 && places.set(emitter, place);
+    if (place < 0)
+        return false;
+    if (places.set(emitter, place))
+        return true;
+    emitters.removeLast();
+    return false;
 }
 
 bool tbiPlayingList::remove(tbEmitter* emitter)
@@ -135,6 +140,8 @@ void tbiDirectCalls::forget(tbGroup* node)
 
 void tbiDirectCalls::forget(tbScene* scene)
 {
+    if (!scene->lists)
+        return;
     for (tbiDirectCallList& list : scene->lists->directCalls)
         for (tbGroup* node : list.getNodes())
             if (node)

@@ -32,11 +32,11 @@ void tbEntry::freeData()
     capacity = 0;
 }
 
-void tbEntry::bind(const void* object, KIND handleKind)
+bool tbEntry::bind(const void* object, KIND handleKind)
 {
-    file->rebind(this, object);
     kind = handleKind;
     failed = false;
+    return file->rebind(this, object);
 }
 
 void tbEntry::setHandle(const void* object)

@@ -119,7 +119,8 @@ private:
 
     static constexpr int FIRST_CAPACITY = 1024;
 
-    void bind(const void* object, KIND handleKind);
+    /// False when memory is out; the entry stands for nothing then.
+    bool bind(const void* object, KIND handleKind);
     void freeData();
     /// Gives back what the buffer holds beyond the data.
     void trim();

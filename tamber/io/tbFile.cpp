@@ -3,6 +3,7 @@
 #include <tamber/io/tbiFileState.h>
 #include <tamber/kernel/tbMessage.h>
 #include <tamber/kernel/tbVersion.h>
+#include <tamber/kernel/tbiMemoryWatch.h>
 #include <tamber/kernel/tbiText.h>
 #include <tamber/platform/tbiFile.h>
 
@@ -66,12 +67,16 @@ bool isMagic(const unsigned char* bytes, bool& swap)
 
 } // namespace
 
-tbFile::tbFile() : maxDepth(DEFAULT_DEPTH), maxObjects(DEFAULT_OBJECTS), state(new tbiFileState) {}
+tbFile::tbFile() : maxDepth(DEFAULT_DEPTH), maxObjects(DEFAULT_OBJECTS)
+{
+    static_assert(sizeof(tbiFileState) <= STATE_SIZE);
+    state = new (static_cast<void*>(statePlace)) tbiFileState;
+}
 
 tbFile::~tbFile()
 {
     close();
-    delete state;
+    state->~tbiFileState();
 }
 
 // Errors
@@ -81,14 +86,22 @@ const char* tbFile::getErrorText() const
     return state->errorText.c_str();
 }
 
+// Texts are for people: one that there is no memory for gives way to a shorter one.
 bool tbFile::setError(FILE_ERROR error, const char* rule)
 {
     lastError = error;
-    state->errorText = state->label.empty() ? rule : state->label + ": " + rule;
+    if (!tbiWithoutThrow(false, [&] { return state->setErrorText(rule); }))
+        state->errorText = "memory is out";
     return false;
 }
 
 void tbFile::report(const tbEntry* entry, const char* rule)
+{
+    setError(FILE_READ_ERROR, rule);
+    tbiWithoutThrow([&] { describe(entry, rule); });
+}
+
+void tbFile::describe(const tbEntry* entry, const char* rule)
 {
     std::string text = rule;
     if (entry)
@@ -111,10 +124,14 @@ void tbFile::reportUnknownClass(const tbEntry* entry)
     if (tag->reported)
         return;
     tag->reported = true;
-    const std::string name = printable(tag);
-    state->errorText = state->label + ": no plug-in supplies the class " + name;
-    tbMessage("%s: no plug-in supplies the class %s, its objects are left out\n", state->label.c_str(),
-              name.c_str());
+    tbiWithoutThrow(
+        [&]
+        {
+            const std::string name = printable(tag);
+            state->errorText = state->label + ": no plug-in supplies the class " + name;
+            tbMessage("%s: no plug-in supplies the class %s, its objects are left out\n",
+                      state->label.c_str(), name.c_str());
+        });
 }
 
 void tbFile::failWrite(const char* rule)
@@ -135,18 +152,32 @@ bool tbFile::open(const char* path, const char* mode)
 {
     close();
     lastError = FILE_OK;
+    return tbiWithoutThrow(false, [=, this] { return openAs(path, mode); }) || refuse(FILE_READ_ERROR);
+}
+
+// Closes after a failure, which was for want of memory when nobody has named another reason.
+bool tbFile::refuse(FILE_ERROR errorWithoutMemory)
+{
+    if (lastError == FILE_OK)
+        setError(errorWithoutMemory, "memory is out");
+    freeAll();
+    return false;
+}
+
+bool tbFile::openAs(const char* path, const char* mode)
+{
     state->open(path, path ? printable(path, false) : "(null)");
     if (!path || !mode || mode[0] != 'r')
         return setError(FILE_CANNOT_OPEN, "no path, or an unknown mode");
     openMode = mode[1] == 'w' ? MODE_READ_WRITE : MODE_READ;
+    const tbiMemoryWatch memory;
     descriptor = openMode == MODE_READ ? tbiOpenFile(path) : tbiOpenFileForUpdate(path);
     tbiSetText(fileName, path);
+    if (memory.ranOut())
+        return false;
     if (descriptor < 1)
-        setError(FILE_CANNOT_OPEN, "not a regular file that can be opened");
-    else if (readTables())
-        return true;
-    freeAll();
-    return false;
+        return setError(FILE_CANNOT_OPEN, "not a regular file that can be opened");
+    return readTables();
 }
 
 bool tbFile::readTables()
@@ -161,6 +192,8 @@ bool tbFile::readTables()
     if (!isMagic(bytes + HEADER_MAGIC, byteSwapped))
         return setError(FILE_BAD_FORMAT, "not a file of this format");
     header = new tbiFileHeader;
+    if (!header)
+        return false;
     header->version = load<std::uint32_t>(bytes + HEADER_VERSION, byteSwapped);
     header->numEntries = load<std::uint32_t>(bytes + HEADER_ENTRIES, byteSwapped);
     header->numTags = load<std::uint32_t>(bytes + HEADER_TAGS, byteSwapped);
@@ -180,7 +213,7 @@ bool tbFile::readTables()
     const std::size_t tableBytes = std::size_t(tagBytes + recordBytes);
     auto* tables = static_cast<unsigned char*>(tbMemory::malloc(tableBytes));
     bool read = tables && state->window.read(tables, tableBytes, HEADER_SIZE);
-    if (!read)
+    if (tables && !read)
         setError(FILE_READ_ERROR, "the file ends within its tables");
     read = read && readTags(tables, int(header->numTags)) &&
            readDirectory(tables + tagBytes, int(header->numEntries));
@@ -232,12 +265,19 @@ bool tbFile::create(const char* path)
 {
     close();
     lastError = FILE_OK;
+    return tbiWithoutThrow(false, [=, this] { return createAs(path); }) || refuse(FILE_CANNOT_OPEN);
+}
+
+bool tbFile::createAs(const char* path)
+{
     state->open(path, path ? printable(path, false) : "(null)");
     if (!state->writer.begin(path))
         return setError(FILE_CANNOT_OPEN, "the file cannot be made or replaced");
     descriptor = state->writer.getDescriptor();
     openMode = MODE_CREATE;
     header = new tbiFileHeader;
+    if (!header)
+        return false;
     header->version = tbGetVersion();
     return true;
 }
@@ -408,13 +448,18 @@ tbEntry* tbFile::findEntry(const void* handle) const
     return last;
 }
 
-void tbFile::rebind(tbEntry* entry, const void* object)
+bool tbFile::rebind(tbEntry* entry, const void* object)
 {
     if (entry->handle)
         state->handles.remove(hashHandle(entry->handle), entry);
-    entry->handle = object;
+    entry->handle = nullptr;
     if (object && !state->handles.add(hashHandle(object), entry))
+    {
         failWrite("memory is out");
+        return false;
+    }
+    entry->handle = object;
+    return true;
 }
 
 tbEntry* tbFile::findEntry(int tag) const

@@ -150,10 +150,14 @@ private:
     // Errors
     bool setError(FILE_ERROR error, const char* rule);
     void report(const tbEntry* entry, const char* rule);
+    void describe(const tbEntry* entry, const char* rule);
     void reportUnknownClass(const tbEntry* entry);
     void failWrite(const char* rule);
 
     // Opening
+    bool openAs(const char* path, const char* mode);
+    bool createAs(const char* path);
+    bool refuse(FILE_ERROR errorWithoutMemory);
     bool readTables();
     bool readTags(const unsigned char* records, int number);
     bool readDirectory(const unsigned char* records, int number);
@@ -180,7 +184,7 @@ private:
     void hold(tbEntry* entry, HoldDataFunc holdData);
     void dropHold(tbEntry* entry);
     void dropHolds();
-    void rebind(tbEntry* entry, const void* object);
+    bool rebind(tbEntry* entry, const void* object);
 
     // Writing
     bool canWrite();
@@ -199,5 +203,7 @@ private:
     tbTList<tbiTag*> tags;
     int maxDepth;
     unsigned int maxObjects;
-    tbiFileState* state;
+    tbiFileState* state; // in the place below: a file is usable without memory
+    static constexpr std::size_t STATE_SIZE = 512;
+    alignas(std::max_align_t) unsigned char statePlace[STATE_SIZE];
 };

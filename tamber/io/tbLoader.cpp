@@ -12,6 +12,7 @@
 #include <tamber/kernel/tbFilePath.h>
 #include <tamber/kernel/tbString.h>
 #include <tamber/kernel/tbiLocks.h>
+#include <tamber/kernel/tbiMemoryWatch.h>
 #include <tamber/kernel/tbiText.h>
 #include <tamber/platform/tbiModule.h>
 #include <tamber/platform/tbiModuleName.h>
@@ -68,9 +69,12 @@ tbiLoaderDef* definitionOf(const char* moduleName)
     auto* def = new tbiLoaderDef;
     if (!def)
         return nullptr;
-    tbiSetText(def->moduleName, moduleName);
-    loaderDefs->add(def);
-    return def;
+    def->moduleName = tbiCopyText(moduleName);
+    if (def->moduleName && loaderDefs->add(def) >= 0)
+        return def;
+    tbMemory::free(def->moduleName);
+    delete def;
+    return nullptr;
 }
 
 tbiLoaderDef* definitionFor(const char* extension)
@@ -98,6 +102,13 @@ std::string moduleFileOf(const tbiLoaderDef& def, tbiPlugInSearch& search)
     return found.empty() ? def.moduleName : found;
 }
 
+void setOutOfMemory(tbLoader::LOADER_ERROR code)
+{
+    errorCode = code;
+    tbiSetText(errorMesg, nullptr); // no other failure's text, when there is no memory for this one's
+    tbiSetText(errorMesg, "memory is out");
+}
+
 std::string quoted(const char* name)
 {
     return "\"" + std::string(name ? name : "") + "\"";
@@ -121,10 +132,9 @@ void addOnce(tbTList<char*>& extensions, const char* extension)
     for (const char* known : extensions)
         if (sameName(known, extension))
             return;
-    char* copy = nullptr;
-    tbiSetText(copy, extension);
-    if (copy)
-        extensions.add(copy);
+    char* copy = tbiCopyText(extension);
+    if (copy && extensions.add(copy) < 0)
+        tbMemory::free(copy);
 }
 
 const char* nativeExtension(const tbBase* object)
@@ -154,11 +164,12 @@ bool exportNative(const tbBase* object, std::string path)
         tbiSetLoaderFailure(tbLoader::LOADER_FILE_NOT_FOUND, file.getErrorText());
         return false;
     }
+    const tbiMemoryWatch memory;
     bool written = object->write(&file, nullptr) != nullptr;
     if (written)
     {
         tbPlugIn::savePlugIns(&file);
-        written = file.write();
+        written = !memory.ranOut() && file.write();
     }
     if (!written)
         tbiSetLoaderFailure(tbLoader::LOADER_CANNOT_WRITE, file.getErrorText());
@@ -173,7 +184,7 @@ tbLoader::tbLoader(const char* moduleFile) : tbPlugIn(moduleFile), definition(nu
     tbiLockGuard guard(tbiLocks::plugIn);
     definition = definitionOf(getModuleName() ? getModuleName() : "");
     if (definition && getModule())
-        tbiSetText(definition->path, tbiModulePath(getModule()).c_str());
+        tbiWithoutThrow([this] { tbiSetText(definition->path, tbiModulePath(getModule()).c_str()); });
     loaders->add(this);
 }
 
@@ -211,9 +222,13 @@ const char* tbLoader::getExtension(int i) const
 
 void tbLoader::initLoaders()
 {
-    tbiPlugInSearch search;
-    for (const std::string& path : search.findLoaders())
-        load(path.c_str(), search, true);
+    tbiWithoutThrow(
+        []
+        {
+            tbiPlugInSearch search;
+            for (const std::string& path : search.findLoaders())
+                load(path.c_str(), search, true);
+        });
     unloadAll();
 }
 
@@ -236,7 +251,21 @@ tbLoader* tbLoader::loadFor(const char* extension)
     return nullptr;
 }
 
+// What was read while memory ran out may lack something anywhere, so nothing of it is handed out.
 tbBase* tbLoader::importFile(const char* name)
+{
+    clearError();
+    const tbiMemoryWatch memory;
+    tbBase* root = tbiWithoutThrow<tbBase*>(nullptr, [name] { return importFrom(name); });
+    if (!memory.ranOut())
+        return root;
+    if (root)
+        root->unRef();
+    setOutOfMemory(LOADER_UNKNOWN_FORMAT);
+    return nullptr;
+}
+
+tbBase* tbLoader::importFrom(const char* name)
 {
     tbiImportSource source;
     if (!tbiFindImportSource(name, source))
@@ -260,6 +289,16 @@ tbBase* tbLoader::importFile(const char* name)
 bool tbLoader::exportFile(const tbBase* object, const char* name)
 {
     clearError();
+    const tbiMemoryWatch memory;
+    if (tbiWithoutThrow(false, [object, name] { return exportTo(object, name); }))
+        return true;
+    if (memory.ranOut())
+        setOutOfMemory(LOADER_CANNOT_WRITE);
+    return false;
+}
+
+bool tbLoader::exportTo(const tbBase* object, const char* name)
+{
     if (!object || !name || *name == 0)
     {
         tbiSetLoaderFailure(LOADER_CANNOT_WRITE, "no object, or no file name");
@@ -297,9 +336,12 @@ bool tbLoader::addTamberFileType(tbType* type, const char* extension)
     if (!fileType)
         return false;
     fileType->type = type;
-    tbiSetText(fileType->extension, extension);
-    fileTypes->add(fileType);
-    return true;
+    fileType->extension = tbiCopyText(extension);
+    if (fileType->extension && fileTypes->add(fileType) >= 0)
+        return true;
+    tbMemory::free(fileType->extension);
+    delete fileType;
+    return false;
 }
 
 int tbLoader::getNumTamberFileTypes()
@@ -423,8 +465,15 @@ tbBase* tbImportOfType(const char* fileName, const tbType* type)
     if (!root || root->isOfType(type))
         return root;
     root->unRef();
-    tbiSetLoaderFailure(tbLoader::LOADER_UNKNOWN_FORMAT,
-                        quoted(fileName) + " does not hold a " + (type ? type->getName() : "(none)"));
+    if (!tbiWithoutThrow(false,
+                         [=]
+                         {
+                             tbiSetLoaderFailure(tbLoader::LOADER_UNKNOWN_FORMAT,
+                                                 quoted(fileName) + " does not hold a " +
+                                                     (type ? type->getName() : "(none)"));
+                             return true;
+                         }))
+        setOutOfMemory(tbLoader::LOADER_UNKNOWN_FORMAT);
     return nullptr;
 }
 

@@ -73,6 +73,8 @@ protected:
     static void setErrorMessage(const char* text);
 
 private:
+    static tbBase* importFrom(const char* name);
+    static bool exportTo(const tbBase* object, const char* name);
     static tbLoader* loadFor(const char* extension);
 
     tbiLoaderDef* definition;

@@ -8,6 +8,7 @@
 #include <tamber/kernel/tbMessage.h>
 #include <tamber/kernel/tbType.h>
 #include <tamber/kernel/tbiLocks.h>
+#include <tamber/kernel/tbiMemoryWatch.h>
 #include <tamber/kernel/tbiText.h>
 #include <tamber/platform/tbiModule.h>
 #include <tamber/platform/tbiModuleName.h>
@@ -85,15 +86,18 @@ void noteRelease(tbPlugInReport::Module& noted, const tbPlugIn& record)
 tbPlugIn::tbPlugIn(const char* moduleFile)
 {
     if (moduleFile)
-    {
-        const std::string normalised = tbiModuleName(moduleFile);
-        tbiSetText(moduleName, normalised.c_str());
-        tbMessage("Loading plug-in:   %s\n", normalised.c_str());
-        module = tbiFindModule(normalised);
-        dynamic = module && dynamicFromNowOn.load(std::memory_order_relaxed);
-    }
+        tbiWithoutThrow([=, this] { nameAfter(moduleFile); });
     tbiLockGuard guard(tbiLocks::plugIn);
     plugIns->add(this);
+}
+
+void tbPlugIn::nameAfter(const char* moduleFile)
+{
+    const std::string normalised = tbiModuleName(moduleFile);
+    tbiSetText(moduleName, normalised.c_str());
+    tbMessage("Loading plug-in:   %s\n", normalised.c_str());
+    module = tbiFindModule(normalised);
+    dynamic = module && dynamicFromNowOn.load(std::memory_order_relaxed);
 }
 
 tbPlugIn::~tbPlugIn()
@@ -174,7 +178,12 @@ bool tbPlugIn::unload()
     LoadLocks locks;
     if (!dynamic || !loadedByKernel || !module || refCount.load(std::memory_order_acquire) >= 1)
         return false;
-    const std::string nameOfModule = moduleName;
+    return tbiWithoutThrow(false, [this] { return unloadModule(); });
+}
+
+bool tbPlugIn::unloadModule()
+{
+    const std::string nameOfModule = moduleName ? moduleName : "";
     if (!tbiFreeModule(module))
         return false;
     if (tbiFindModule(nameOfModule))
@@ -192,10 +201,14 @@ tbPlugIn* tbPlugIn::load(const char* path)
 {
     if (!path || *path == 0)
         return nullptr;
-    if (!isBareName(path))
-        tbiPlugInLog::noteAskedFor(path);
-    tbiPlugInSearch search;
-    return load(path, search, true);
+    return tbiWithoutThrow<tbPlugIn*>(nullptr,
+                                      [path]
+                                      {
+                                          if (!isBareName(path))
+                                              tbiPlugInLog::noteAskedFor(path);
+                                          tbiPlugInSearch search;
+                                          return load(path, search, true);
+                                      });
 }
 
 tbPlugIn* tbPlugIn::load(const char* path, tbiPlugInSearch& search, bool trusted)
@@ -242,10 +255,15 @@ tbPlugIn* tbPlugIn::find(const char* nameOfModule)
 {
     if (!nameOfModule)
         return nullptr;
-    const std::string normalised = tbiModuleName(nameOfModule);
+    return tbiWithoutThrow<tbPlugIn*>(nullptr,
+                                      [nameOfModule] { return findNormalised(tbiModuleName(nameOfModule)); });
+}
+
+tbPlugIn* tbPlugIn::findNormalised(const std::string& nameOfModule)
+{
     tbiLockGuard guard(tbiLocks::plugIn);
     for (tbPlugIn* plugIn : *plugIns)
-        if (plugIn->moduleName && normalised == plugIn->moduleName)
+        if (plugIn->moduleName && nameOfModule == plugIn->moduleName)
             return plugIn;
     return nullptr;
 }

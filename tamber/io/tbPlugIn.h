@@ -5,6 +5,7 @@
 #include <tamber/kernel/tbVersion.h>
 
 #include <atomic>
+#include <string>
 
 class tbiPlugInSearch;
 struct tbPlugInReport;
@@ -107,6 +108,10 @@ private:
     void addType(tbType* type);
     void removeType(tbType* type);
     void deleteTypes();
+    void nameAfter(const char* moduleFile);
+    bool unloadModule();
+    static tbPlugIn* findNormalised(const std::string& nameOfModule);
+    static void loadListed(tbEntry* entry);
     /// `trusted` paths are taken as they are and may be left to the system's search; others must be bare names of
     /// modules in the plug-in directories.
     static tbPlugIn* load(const char* path, tbiPlugInSearch& search, bool trusted);

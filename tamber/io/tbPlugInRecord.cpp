@@ -4,6 +4,7 @@
 #include <tamber/io/tbFile.h>
 #include <tamber/io/tbiPlugInSearch.h>
 #include <tamber/kernel/tbiLocks.h>
+#include <tamber/kernel/tbiMemoryWatch.h>
 #include <tamber/platform/tbiModuleName.h>
 #include <tamber/thread/tbiLockGuard.h>
 
@@ -86,6 +87,11 @@ void tbPlugIn::loadPlugIns(tbFile* file)
     if (!entry || !plugInLoadingEnabled.load(std::memory_order_relaxed) || !file->readEntry(entry))
         return;
     entry->reset();
+    tbiWithoutThrow([entry] { loadListed(entry); });
+}
+
+void tbPlugIn::loadListed(tbEntry* entry)
+{
     tbiPlugInSearch search; // the directories are listed once for the whole file
     load(companionModule, search, false);
 

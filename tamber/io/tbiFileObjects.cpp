@@ -97,14 +97,23 @@ tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
         return nullptr;
     }
     object->refNoCheck(); // nothing that happens while it reads may delete it
-    if (!readInto(object, entry))
+    const tbiMemoryWatch memory;
+    const bool read = readInto(object, entry);
+    if (memory.ranOut())
+        entry->fail("memory is out");
+    if (!read || memory.ranOut())
+    {
+        entry->failed = true;
+        object->unRef();
+        return nullptr;
+    }
+    if (!entry->bind(object, tbEntry::KIND_OBJECT))
     {
         entry->failed = true;
         object->unRef();
         return nullptr;
     }
     object->refCount.fetch_sub(1, std::memory_order_relaxed);
-    entry->bind(object, tbEntry::KIND_OBJECT);
     return object;
 }
 
@@ -167,9 +176,12 @@ tbEntry* tbFile::writeObject(const tbBase* object)
         failWrite("references nest too deep");
         return nullptr;
     }
+    const tbiMemoryWatch memory;
     ++state->writeDepth;
     tbEntry* entry = object->write(this, nullptr);
     --state->writeDepth;
+    if (memory.ranOut())
+        failWrite("memory is out");
     if (entry)
         entry->trim();
     return entry;
@@ -189,6 +201,11 @@ void* tbFile::readDataRef(tbEntry* entry, const char* className, ReadDataFunc re
     if (!sameKind)
     {
         report(entry, "a reference to an entry of another kind");
+        return nullptr;
+    }
+    if (!state->prepareHold())
+    {
+        entry->fail("memory is out");
         return nullptr;
     }
     void* data = target->handle ? const_cast<void*>(target->handle) : makeData(target, read, holdData);
@@ -211,11 +228,8 @@ void* tbFile::makeData(tbEntry* target, ReadDataFunc read, HoldDataFunc holdData
     target->state = tbEntry::STATE_IDLE;
     target->freeData();
     target->reset();
-    if (data && !target->failed)
-    {
-        target->bind(data, tbEntry::KIND_DATA);
+    if (data && !target->failed && target->bind(data, tbEntry::KIND_DATA))
         return data;
-    }
     target->failed = true;
     if (data)
     {

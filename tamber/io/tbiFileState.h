@@ -5,6 +5,7 @@
 #include <tamber/io/tbiFileWindow.h>
 #include <tamber/io/tbiFileWriter.h>
 #include <tamber/io/tbiHashTable.h>
+#include <tamber/kernel/tbiMemoryWatch.h>
 
 #include <algorithm>
 #include <string>
@@ -51,6 +52,22 @@ struct tbiFileState : tbAllocated<tbiFileState>
 
     /// Sets what the entries of a file of `length` bytes may hold.
     void setBudget(std::int64_t length) { dataBudget = std::max(SMALLEST_BUDGET, BUDGET_FACTOR * length); }
+    bool setErrorText(const char* rule)
+    {
+        errorText = label.empty() ? rule : label + ": " + rule;
+        return true;
+    }
+    /// Makes room for one more held data. False when memory is out.
+    bool prepareHold()
+    {
+        return tbiWithoutThrow(false,
+                               [this]
+                               {
+                                   if (heldData.size() == heldData.capacity())
+                                       heldData.reserve(heldData.size() * 2 + 16);
+                                   return true;
+                               });
+    }
     /// Forgets the file that was open; the last error stays to be asked for.
     void close()
     {

@@ -4,6 +4,21 @@
 
 #include <new>
 
+/// Runs `work`, which may throw for want of memory. False when it did.
+template <class Work>
+bool tbTryAllocate(Work work) noexcept
+{
+    try
+    {
+        work();
+        return true;
+    }
+    catch (const std::bad_alloc&)
+    {
+        return false;
+    }
+}
+
 // Lets containers of the standard library take their memory from tbMemory.
 template <class T>
 struct tbAllocator

@@ -2,6 +2,7 @@
 
 #include <tamber/containers/tbList.h>
 #include <tamber/containers/tbiStatic.h>
+#include <tamber/kernel/tbiMemoryWatch.h>
 #include <tamber/kernel/tbiText.h>
 #include <tamber/platform/tbiPath.h>
 
@@ -47,12 +48,29 @@ int probe(std::string candidate, int size, char* found)
     return opens ? int(candidate.size()) + 1 : 0;
 }
 
+// `found` may be the same buffer as `name`.
+int findFile(const std::string& wanted, int size, char* found)
+{
+    const int length = probe(wanted, size, found);
+    if (length > 0 || wanted.empty())
+        return length;
+    for (const char* path : *paths)
+    {
+        std::string candidate = path;
+        if (candidate.back() != '\\' && wanted.front() != '\\')
+            candidate += '\\';
+        if (const int n = probe(candidate + wanted, size, found))
+            return n;
+    }
+    return 0;
+}
+
 } // namespace
 
 void tbAddFilePath(const char* dir)
 {
     if (dir)
-        addPath(dir);
+        tbiWithoutThrow([dir] { addPath(dir); });
 }
 
 void tbAddFilePaths(const char* list)
@@ -62,7 +80,7 @@ void tbAddFilePaths(const char* list)
     while (*list != 0)
     {
         const std::size_t length = std::strcspn(list, ";");
-        addPath(std::string(list, length));
+        tbiWithoutThrow([=] { addPath(std::string(list, length)); });
         list += length;
         if (*list == ';')
             ++list;
@@ -88,19 +106,5 @@ const char* tbGetFilePath(int i)
 
 int tbFindFile(const char* name, int size, char* found)
 {
-    if (!name)
-        return 0;
-    const std::string wanted = name; // `found` may be the same buffer
-    const int length = probe(wanted, size, found);
-    if (length > 0 || wanted.empty())
-        return length;
-    for (const char* path : *paths)
-    {
-        std::string candidate = path;
-        if (candidate.back() != '\\' && wanted.front() != '\\')
-            candidate += '\\';
-        if (const int n = probe(candidate + wanted, size, found))
-            return n;
-    }
-    return 0;
+    return name ? tbiWithoutThrow(0, [=] { return findFile(name, size, found); }) : 0;
 }

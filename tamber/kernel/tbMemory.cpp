@@ -1,6 +1,7 @@
 #include <tamber/kernel/tbMemory.h>
 
 #include <tamber/kernel/tbArena.h>
+#include <tamber/kernel/tbiMemoryWatch.h>
 #include <tamber/platform/tbiHeap.h>
 
 #include <atomic>
@@ -18,6 +19,8 @@ void* counted(void* block) noexcept
 {
     if (block)
         bytesInUse.fetch_add(tbiBlockSize(block), std::memory_order_relaxed);
+    else
+        tbiMemoryWatch::note();
     return block;
 }
 
@@ -44,7 +47,7 @@ void* tbMemory::malloc32(std::size_t size) noexcept
 void* tbMemory::calloc(std::size_t count, std::size_t size) noexcept
 {
     if (size != 0 && count > SIZE_MAX / size)
-        return nullptr;
+        return counted(nullptr);
     return counted(std::calloc(count, size));
 }
 
@@ -54,8 +57,9 @@ void* tbMemory::realloc(void* p, std::size_t size) noexcept
     if (p && before >= size)
         return p;
     void* grown = std::realloc(p, size);
-    if (grown)
-        bytesInUse.fetch_add(tbiBlockSize(grown) - before, std::memory_order_relaxed);
+    if (!grown)
+        return counted(nullptr);
+    bytesInUse.fetch_add(tbiBlockSize(grown) - before, std::memory_order_relaxed);
     return grown;
 }
 

@@ -1,6 +1,7 @@
 #include <tamber/kernel/tbStats.h>
 
 #include <tamber/graph/tbGroup.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbAudioTrait.h>
 #include <tamber/trav/tbTravTrait.h>
 #include <tamber/trav/tbVisualTrait.h>
@@ -41,7 +42,7 @@ tbStats::~tbStats()
 
 tbBase* tbStats::createCopy() const
 {
-    return new tbStats(*this);
+    return tbiCopyOf(*this);
 }
 
 void tbStats::assign(const tbStats& other)

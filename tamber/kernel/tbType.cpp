@@ -8,6 +8,7 @@
 #include <tamber/kernel/tbiKernelLists.h>
 #include <tamber/kernel/tbiLocks.h>
 #include <tamber/kernel/tbiText.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/thread/tbiLockGuard.h>
 
 #include <cctype>
@@ -254,6 +255,13 @@ tbBase* tbType::createInstance(const char* className)
         return type->create();
     const tbType* type = initRegistered(className) ? lastTypeNamed(className, nameHash) : nullptr;
     return type ? type->create() : nullptr;
+}
+
+tbBase* tbType::create() const
+{
+    const tbiMemoryWatch memory;
+    tbBase* object = createFunc ? createFunc() : nullptr;
+    return tbiWhole(object, memory);
 }
 
 int tbType::getNumTypes()

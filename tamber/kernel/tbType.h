@@ -62,8 +62,9 @@ public:
     }
     /// Version word of the plug-in that supplied the class, else the kernel's.
     unsigned int getVersion() const;
-    /// Makes an object with the class's create function; null when it has none.
-    tbBase* create() const { return createFunc ? createFunc() : nullptr; }
+    /// Makes an object with the class's create function; null when it has none, and when memory is out for the object
+    /// or a part of it.
+    tbBase* create() const;
 
     /// Live instances; `recursive` includes those of derived classes, own instances first, then each child type's
     /// in the order of creation.

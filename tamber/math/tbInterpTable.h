@@ -32,15 +32,28 @@ template <class Value, class Traits>
 class tbInterpTable : public tbAllocated<tbInterpTable<Value, Traits>>
 {
 public:
-    /// Adds a key behind those of the same or an earlier time. A time that is no number is refused.
+    tbInterpTable() = default;
+    /// Without keys when memory is out.
+    tbInterpTable(const tbInterpTable& other) : tbAllocated<tbInterpTable<Value, Traits>>() { *this = other; }
+    tbInterpTable& operator=(const tbInterpTable& other)
+    {
+        interpolation = other.interpolation;
+        extrapolation = other.extrapolation;
+        lastKey = other.lastKey;
+        if (!tbTryAllocate([&] { keys = other.keys; }))
+            keys.clear();
+        return *this;
+    }
+
+    /// Adds a key behind those of the same or an earlier time. False for a time that is no number and when memory is
+    /// out.
     bool addKey(float time, const Value& value)
     {
         if (std::isnan(time))
             return false;
         const auto behind = std::upper_bound(keys.begin(), keys.end(), time,
                                              [](float wanted, const Key& key) { return wanted < key.time; });
-        keys.insert(behind, Key{time, value});
-        return true;
+        return tbTryAllocate([&] { keys.insert(behind, Key{time, value}); });
     }
     /// False when `i` is no key.
     bool removeKey(int i)
@@ -104,7 +117,11 @@ public:
         extrapolation = tbExtrapolation(entry->readInt());
         const int n = entry->readCount((Traits::NUM_FLOATS + 1) * int(sizeof(float)));
         keys.clear();
-        keys.reserve(std::size_t(n));
+        if (!tbTryAllocate([&] { keys.reserve(std::size_t(n)); }))
+        {
+            entry->fail("memory is out");
+            return false;
+        }
         for (int i = 0; i < n; ++i)
         {
             Key key{entry->readFloat(), Traits::neutral()};

@@ -17,6 +17,21 @@ tbVec3 zero()
 
 } // namespace
 
+tbSpline::tbSpline(const tbSpline& other) : tbAllocated<tbSpline>(), type(other.type)
+{
+    *this = other;
+}
+
+tbSpline& tbSpline::operator=(const tbSpline& other)
+{
+    type = other.type;
+    closed = other.closed;
+    if (!tbTryAllocate([&] { points = other.points; }))
+        points.clear();
+    changed();
+    return *this;
+}
+
 void tbSpline::setType(TYPE splineType)
 {
     type = splineType;
@@ -31,7 +46,7 @@ void tbSpline::setClosed(bool on)
 
 void tbSpline::addPoint(const tbVec3& point)
 {
-    points.push_back(point);
+    tbTryAllocate([&] { points.push_back(point); });
     changed();
 }
 
@@ -113,7 +128,8 @@ void tbSpline::measure() const
     const int steps = getNumSegments() * STEPS_PER_SEGMENT;
     if (!lengths.empty() || steps == 0)
         return;
-    lengths.reserve(std::size_t(steps) + 1);
+    if (!tbTryAllocate([&] { lengths.reserve(std::size_t(steps) + 1); }))
+        return;
     lengths.push_back(0.0f);
     tbVec3 last = getPosition(0.0f);
     double length = 0;
@@ -160,7 +176,8 @@ bool tbSpline::read(tbEntry* entry)
     type = TYPE(entry->readInt());
     closed = entry->readInt() != 0;
     const int n = entry->readCount(3 * int(sizeof(float)));
-    points.assign(std::size_t(n), zero());
+    if (!tbTryAllocate([&] { points.assign(std::size_t(n), zero()); }))
+        entry->fail("memory is out");
     for (tbVec3& point : points)
         point.read(entry);
     changed();

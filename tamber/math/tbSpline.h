@@ -21,6 +21,9 @@ public:
     };
 
     explicit tbSpline(TYPE splineType = CATMULL_ROM) : type(splineType) {}
+    /// Without points when memory is out.
+    tbSpline(const tbSpline& other);
+    tbSpline& operator=(const tbSpline& other);
 
     void setType(TYPE splineType);
     TYPE getType() const { return type; }
@@ -28,6 +31,7 @@ public:
     void setClosed(bool on);
     bool isClosed() const { return closed; }
 
+    /// Nothing is added when memory is out.
     void addPoint(const tbVec3& point);
     /// Not range checked.
     void setPoint(int i, const tbVec3& point);

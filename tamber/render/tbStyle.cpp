@@ -4,6 +4,7 @@
 #include <tamber/collide/tbCollider.h>
 #include <tamber/display/tbCamera.h>
 #include <tamber/io/tbFile.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbAudioTrait.h>
 #include <tamber/trav/tbTravTrait.h>
 #include <tamber/trav/tbTraverser.h>
@@ -33,7 +34,11 @@ template <class Trait>
 void addCopies(tbStyle* style, const tbTList<Trait*>& traits, bool share)
 {
     for (Trait* trait : traits)
-        style->addTrait(share && trait->isShareable() ? trait : static_cast<Trait*>(trait->createCopy()));
+    {
+        const tbRef<Trait> added(share && trait->isShareable() ? trait
+                                                               : static_cast<Trait*>(trait->createCopy()));
+        style->addTrait(added.get());
+    }
 }
 
 template <class Trait>
@@ -119,7 +124,7 @@ void tbStyle::assign(const tbStyle& other, bool share)
 
 tbBase* tbStyle::createCopy() const
 {
-    return new tbStyle(*this);
+    return tbiCopyOf(*this);
 }
 
 void tbStyle::copy(const tbStyle& other)
@@ -141,6 +146,8 @@ void tbStyle::clone(const tbStyle& other)
 tbGroup* tbStyle::copyGroup() const
 {
     tbStyle* made = new tbStyle;
+    if (!made)
+        return nullptr;
     addGroupMapping(this, made);
     made->copy(*this);
     return made;
@@ -149,6 +156,8 @@ tbGroup* tbStyle::copyGroup() const
 tbGroup* tbStyle::cloneGroup() const
 {
     tbStyle* made = new tbStyle;
+    if (!made)
+        return nullptr;
     addGroupMapping(this, made);
     made->clone(*this);
     return made;

@@ -5,6 +5,7 @@
 #include <tamber/io/tbEntry.h>
 #include <tamber/kernel/tbTime.h>
 #include <tamber/kernel/tbiLocks.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/thread/tbiHeldList.h>
 #include <tamber/thread/tbiLockGuard.h>
 #include <tamber/thread/tbiWait.h>
@@ -39,13 +40,15 @@ void addTo(tbTList<T*>& list, T* object)
 
 tbEvent::tbEvent() : lock(new tbLock)
 {
-    lock->ref();
+    if (lock)
+        lock->ref();
     initInstance();
 }
 
 tbEvent::tbEvent(const tbEvent& other) : tbBase(other), lock(new tbLock)
 {
-    lock->ref();
+    if (lock)
+        lock->ref();
     initInstance();
     takeOver(other);
 }
@@ -75,13 +78,14 @@ tbEvent::~tbEvent()
     deleteInstance();
     releaseAll(actions);
     releaseAll(actionNodes);
-    lock->unRef();
+    if (lock)
+        lock->unRef();
     const auto free = tbiHold(mutex); // whoever pulsed it last is done with it
 }
 
 tbBase* tbEvent::createCopy() const
 {
-    return new tbEvent(*this);
+    return tbiCopyOf(*this);
 }
 
 // One lock at a time: two events may be assigned to each other on two threads.
@@ -115,9 +119,11 @@ tbEvent* tbEvent::findOrCreate(const char* name)
     tbiLockGuard guard(tbiLocks::type); // two threads that ask for one name get one event
     if (tbEvent* event = find(name, nullptr, true))
         return event;
+    const tbiMemoryWatch memory;
     auto* event = new tbEvent;
-    event->setName(name);
-    return event;
+    if (event)
+        event->setName(name);
+    return tbiWhole(event, memory);
 }
 
 void tbEvent::pulse()

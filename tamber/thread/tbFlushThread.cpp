@@ -1,18 +1,21 @@
 #include <tamber/thread/tbFlushThread.h>
 
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/thread/tbSemaphore.h>
 
 TB_DEFINE_SERVICE_CLASS(tbFlushThread, tbAction)
 
 tbFlushThread::tbFlushThread() : finished(new tbSemaphore(0, 1))
 {
-    finished->ref();
+    if (finished)
+        finished->ref();
     initInstance();
 }
 
 tbFlushThread::tbFlushThread(const tbFlushThread& other) : tbAction(other), finished(new tbSemaphore(0, 1))
 {
-    finished->ref();
+    if (finished)
+        finished->ref();
     initInstance();
 }
 
@@ -25,12 +28,13 @@ tbFlushThread& tbFlushThread::operator=(const tbFlushThread& other)
 tbFlushThread::~tbFlushThread()
 {
     deleteInstance();
-    finished->unRef();
+    if (finished)
+        finished->unRef();
 }
 
 tbBase* tbFlushThread::createCopy() const
 {
-    return new tbFlushThread(*this);
+    return tbiCopyOf(*this);
 }
 
 bool tbFlushThread::apply(tbBase* initiator, tbEvent*)

@@ -1,6 +1,7 @@
 #include <tamber/thread/tbLock.h>
 
 #include <tamber/kernel/tbiLocks.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/thread/tbiThreadRecord.h>
 #include <tamber/thread/tbiWait.h>
 
@@ -73,7 +74,7 @@ tbLock::~tbLock()
 
 tbBase* tbLock::createCopy() const
 {
-    return new tbLock(*this);
+    return tbiCopyOf(*this);
 }
 
 void tbLock::enableAll(bool enable)

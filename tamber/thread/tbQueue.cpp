@@ -1,5 +1,6 @@
 #include <tamber/thread/tbQueue.h>
 
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/thread/tbiLockGuard.h>
 
 #include <algorithm>
@@ -13,7 +14,8 @@ tbQueue::tbQueue(int size, int length)
       itemSize(std::max(size, 1)),
       lock(new tbLock)
 {
-    lock->ref();
+    if (lock)
+        lock->ref();
     initInstance();
     allocate();
 }
@@ -25,7 +27,8 @@ tbQueue::tbQueue(const tbQueue& other)
       lock(new tbLock),
       mode(other.getMode())
 {
-    lock->ref();
+    if (lock)
+        lock->ref();
     initInstance();
     tbiLockGuard guard(other.lock);
     slots = other.slots;
@@ -41,13 +44,14 @@ tbQueue::tbQueue(const tbQueue& other)
 tbQueue::~tbQueue()
 {
     deleteInstance();
-    lock->unRef();
+    if (lock)
+        lock->unRef();
     tbMemory::free(buffer);
 }
 
 tbBase* tbQueue::createCopy() const
 {
-    return new tbQueue(*this);
+    return tbiCopyOf(*this);
 }
 
 // Without memory the queue has no slots: it takes nothing and gives nothing.

@@ -1,5 +1,6 @@
 #include <tamber/thread/tbSemaphore.h>
 
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/thread/tbiWait.h>
 
 TB_DEFINE_SERVICE_CLASS(tbSemaphore, tbBase)
@@ -41,7 +42,7 @@ tbSemaphore::~tbSemaphore()
 
 tbBase* tbSemaphore::createCopy() const
 {
-    return new tbSemaphore(*this);
+    return tbiCopyOf(*this);
 }
 
 void tbSemaphore::enableAll(bool enable)

@@ -1,6 +1,7 @@
 #include <tamber/trav/tbCull.h>
 
 #include <tamber/io/tbEntry.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbTravContext.h>
 
 TB_DEFINE_TRAV_TRAIT_CLASS(tbCull, tbTravTrait)
@@ -28,7 +29,7 @@ tbCull::~tbCull()
 
 tbBase* tbCull::createCopy() const
 {
-    return new tbCull(*this);
+    return tbiCopyOf(*this);
 }
 
 tbBase* tbCull::createDisposableCopy(tbArena* arena) const

@@ -1,6 +1,7 @@
 #include <tamber/trav/tbPrune.h>
 
 #include <tamber/io/tbEntry.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbTravContext.h>
 
 TB_DEFINE_TRAV_TRAIT_CLASS(tbPrune, tbTravTrait)
@@ -24,7 +25,7 @@ tbPrune::~tbPrune()
 
 tbBase* tbPrune::createCopy() const
 {
-    return new tbPrune(*this);
+    return tbiCopyOf(*this);
 }
 
 tbEntry* tbPrune::read(tbFile* file, tbEntry* entry)

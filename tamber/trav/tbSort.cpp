@@ -1,6 +1,7 @@
 #include <tamber/trav/tbSort.h>
 
 #include <tamber/io/tbEntry.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbTravContext.h>
 
 TB_DEFINE_TRAV_TRAIT_CLASS(tbSort, tbTravTrait)
@@ -24,7 +25,7 @@ tbSort::~tbSort()
 
 tbBase* tbSort::createCopy() const
 {
-    return new tbSort(*this);
+    return tbiCopyOf(*this);
 }
 
 // Unlike setMask(), keeps every bit of the file: a file read and written again stays the same.

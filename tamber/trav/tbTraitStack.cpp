@@ -3,6 +3,7 @@
 #include <tamber/audio/tbListener.h>
 #include <tamber/display/tbCamera.h>
 #include <tamber/kernel/tbStats.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbAudioTrait.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tamber/trav/tbTravTrait.h>
@@ -44,8 +45,9 @@ void applyCounted(const Trait* trait, Device* device)
 
 tbTraitStack::tbTraitStack(STACK_TYPES types, bool keepDefaults)
     : stackTypes(keepDefaults ? types | DEFAULT_STACK : types),
-      families(new Families)
+      families(new (static_cast<void*>(familiesPlace)) Families)
 {
+    static_assert(sizeof(Families) <= FAMILIES_SIZE);
     initInstance();
     reallocArrays();
 }
@@ -53,7 +55,7 @@ tbTraitStack::tbTraitStack(STACK_TYPES types, bool keepDefaults)
 tbTraitStack::tbTraitStack(const tbTraitStack& other)
     : tbBase(other),
       stackTypes(other.stackTypes),
-      families(new Families)
+      families(new (static_cast<void*>(familiesPlace)) Families)
 {
     initInstance();
     reallocArrays();
@@ -65,8 +67,8 @@ tbTraitStack& tbTraitStack::operator=(const tbTraitStack& other)
         return *this;
     tbBase::operator=(other);
     stackTypes = other.stackTypes;
-    delete families;
-    families = new Families;
+    families->~Families();
+    families = new (static_cast<void*>(familiesPlace)) Families;
     reallocArrays();
     ++visualStackID;
     return *this;
@@ -75,17 +77,18 @@ tbTraitStack& tbTraitStack::operator=(const tbTraitStack& other)
 tbTraitStack::~tbTraitStack()
 {
     deleteInstance();
-    delete families;
+    families->~Families();
 }
 
 tbBase* tbTraitStack::createCopy() const
 {
-    return new tbTraitStack(*this);
+    return tbiCopyOf(*this);
 }
 
 void tbTraitStack::reallocArrays()
 {
     Families& f = *families;
+    const tbiMemoryWatch memory;
     const bool keepDefaults = (stackTypes & DEFAULT_STACK) != 0;
     if ((stackTypes & VISUAL_STACK) != 0 && f.visual.update(keepDefaults))
     {
@@ -100,6 +103,11 @@ void tbTraitStack::reallocArrays()
         f.changedAudio.resize(f.audio.getNum());
     if ((stackTypes & TRAV_STACK) != 0)
         f.trav.update(keepDefaults);
+    if (!memory.ranOut())
+        return;
+    f.visual.invalidate(); // the next reset tries again
+    f.audio.invalidate();
+    f.trav.invalidate();
 }
 
 void tbTraitStack::pushTrait(tbTravTrait* trait, tbTravContext* context)

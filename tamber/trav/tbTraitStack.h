@@ -120,5 +120,7 @@ private:
     std::uint32_t visualStackID = 0; // unsigned, so that it may wrap around
     std::uint32_t audioStackID = 0;
     STACK_TYPES stackTypes;
-    Families* families;
+    Families* families; // in the place below: no walk has to do without
+    static constexpr std::size_t FAMILIES_SIZE = 384;
+    alignas(std::max_align_t) unsigned char familiesPlace[FAMILIES_SIZE];
 };

@@ -2,6 +2,7 @@
 
 #include <tamber/graph/tbGroup.h>
 #include <tamber/kernel/tbStats.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbTraitStack.h>
 
 TB_DEFINE_CLASS(tbTravContext, tbBase)
@@ -63,7 +64,7 @@ tbTravContext::~tbTravContext()
 
 tbBase* tbTravContext::createCopy() const
 {
-    return new tbTravContext(*this);
+    return tbiCopyOf(*this);
 }
 
 void tbTravContext::reset()

@@ -1,6 +1,7 @@
 #include <tamber/trav/tbTraverser.h>
 
 #include <tamber/graph/tbGroup.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbTravContext.h>
 
 TB_DEFINE_CLASS(tbTraverser, tbBase)
@@ -29,7 +30,7 @@ tbTraverser::~tbTraverser()
 
 tbBase* tbTraverser::createCopy() const
 {
-    return new tbTraverser(*this);
+    return tbiCopyOf(*this);
 }
 
 void tbTraverser::traverse(tbGroup* root)

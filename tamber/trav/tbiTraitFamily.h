@@ -91,6 +91,8 @@ public:
     /// Builds the slots anew when types came or went since the last call; false when none did. What was applied is
     /// forgotten then.
     bool update(bool keepDefaults);
+    /// The next update() builds the slots anew.
+    void invalidate() { built = false; }
 
     /// See tbTraitStack::getVisualTraits().
     const Trait** makeList(tbTraitStack::LIST_TYPE list, int& count, tbArena* arena, bool copy) const;
