@@ -215,7 +215,7 @@ const std::vector<Damage>& damages()
              f.setLastStored(lengthAnd({2, 0, 0}), 4, RLE);
          }},
         {PACKED_TRAILING,
-         {},
+         {RECORD_UNREAD},
          [](S f) {
              f.setLastStored(lengthAnd({8, 0, 0, 9}), 8, RLE);
          }},

@@ -215,9 +215,11 @@ private:
     void checkReference(const Field& field, std::uint32_t i, Edge::Role role, const ClassInfo* family)
     {
         const std::int32_t target = record.getInt(field, i);
-        const auto report = [&](Kind kind) {
-            entry.add(kind, field.offset + 4 * i,
-                      std::string(field.name) + ": entry " + std::to_string(target));
+        const auto report = [&](Kind kind)
+        {
+            if (!state.findings.countOnly(kind))
+                entry.add(kind, field.offset + 4 * i,
+                          std::string(field.name) + ": entry " + std::to_string(target));
         };
         if (target == -1)
             return;

@@ -80,14 +80,20 @@ private:
                 enter(edge.getTarget());
                 break;
             case OPEN:
-                add(edge.getRole() == Edge::TARGET ? Kind::TARGET_ABOVE : Kind::CYCLE, step.entry,
-                    "with entry " + std::to_string(edge.getTarget()));
+                reportCycle(step.entry, edge);
                 break;
             case DONE:
                 takeUp(step.entry, edge.getTarget(), edge.getRole());
                 break;
             }
         }
+    }
+
+    void reportCycle(int entry, Edge edge)
+    {
+        const Kind kind = edge.getRole() == Edge::TARGET ? Kind::TARGET_ABOVE : Kind::CYCLE;
+        if (!state.findings.countOnly(kind))
+            add(kind, entry, "with entry " + std::to_string(edge.getTarget()));
     }
 
     void enter(int entry)

@@ -37,7 +37,7 @@ void checkOverlaps(CheckState& state)
         if (region.size == 0)
             continue;
         const std::uint64_t covered = furthest == NO_ENTRY ? 0 : stored[std::size_t(furthest)].end();
-        if (region.offset < covered)
+        if (region.offset < covered && !state.findings.countOnly(Kind::DATA_OVERLAP))
             state.findings.add(state.image.makeFinding(Kind::DATA_OVERLAP, entry, region.offset,
                                                        "with entry " + std::to_string(furthest)));
         if (region.end() > covered)

@@ -8,15 +8,28 @@
 namespace native
 {
 
-void Findings::add(Finding finding)
+void Findings::countOne(Kind kind)
 {
-    const KindInfo& info = infoOf(finding.kind);
+    const KindInfo& info = infoOf(kind);
     ++bySeverity[unsigned(info.severity)];
     if (byKind.empty())
         byKind.resize(allKinds().size());
     ++byKind[std::size_t(&info - allKinds().data())];
+}
+
+void Findings::add(Finding finding)
+{
+    countOne(finding.kind);
     if (kept.size() < limit)
         kept.push_back(std::move(finding));
+}
+
+bool Findings::countOnly(Kind kind)
+{
+    if (kept.size() < limit)
+        return false;
+    countOne(kind);
+    return true;
 }
 
 void Findings::sort()
