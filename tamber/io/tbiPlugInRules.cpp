@@ -6,6 +6,7 @@
 #include <tamber/io/tbiSha256.h>
 #include <tamber/kernel/tbMessage.h>
 #include <tamber/kernel/tbiLocks.h>
+#include <tamber/kernel/tbiText.h>
 #include <tamber/platform/tbiModule.h>
 #include <tamber/platform/tbiModuleFile.h>
 #include <tamber/platform/tbiModuleName.h>
@@ -26,9 +27,9 @@ constexpr std::size_t PIECE = 64 * 1024; // of a file, in bytes
 constexpr int POLICY_UNKNOWN = -1;
 constinit std::atomic<int> searchPolicy{POLICY_UNKNOWN};
 
-// What setAllowList() set, both guarded by the plug-in lock.
+// What setAllowList() set, all guarded by the plug-in lock.
 constinit tbiStatic<tbiPlugInAllowList> ownList;
-constinit tbiStatic<std::string> ownListText;
+constinit char* ownListText = nullptr;
 constinit bool haveOwnList = false;
 
 constinit std::atomic<bool> saidPolicy{false};
@@ -136,7 +137,7 @@ bool tbPlugIn::setAllowList(const char* list)
 {
     tbiLockGuard guard(tbiLocks::plugIn);
     *ownList = {};
-    *ownListText = list ? list : "";
+    tbiSetText(ownListText, list);
     haveOwnList = list != nullptr;
     return !list || ownList->parse(list);
 }
@@ -149,7 +150,7 @@ bool tbiPlugInRules::haveAllowList()
 std::optional<std::string> tbiPlugInRules::getOwnList()
 {
     tbiLockGuard guard(tbiLocks::plugIn);
-    return haveOwnList ? std::optional(*ownListText) : std::nullopt;
+    return haveOwnList ? std::optional<std::string>(ownListText ? ownListText : "") : std::nullopt;
 }
 
 HINSTANCE tbiPlugInRules::load(const std::string& moduleName, const std::string& path, std::string& reason,
@@ -180,6 +181,6 @@ std::string tbiPlugInRules::checksumOf(const std::string& path)
 void tbiPlugInRules::release()
 {
     *ownList = {};
-    std::string().swap(*ownListText);
+    tbiSetText(ownListText, nullptr);
     haveOwnList = false;
 }
