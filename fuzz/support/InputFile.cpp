@@ -5,8 +5,6 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <unistd.h>
 
 namespace tbfuzz
@@ -34,7 +32,11 @@ void InputFile::set(std::span<const std::uint8_t> bytes) const
 
 std::vector<std::uint8_t> InputFile::get() const
 {
-    std::ifstream in(place, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
+    const int descriptor = open(place.c_str(), O_RDONLY | O_CLOEXEC);
+    check(descriptor >= 0, "the file is there");
+    std::vector<std::uint8_t> bytes(std::filesystem::file_size(place));
+    check(read(descriptor, bytes.data(), bytes.size()) == ssize_t(bytes.size()), "the file can be read");
+    close(descriptor);
+    return bytes;
 }
 } // namespace tbfuzz
