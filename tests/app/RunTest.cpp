@@ -1,5 +1,7 @@
 // 'tamber run' as a process: what it prints where, and its exit code.
 
+#include <tests/app/Program.h>
+
 #include <portable/tbMesh.h>
 #include <tamber/graph/tbModel.h>
 #include <tamber/io/tbLoader.h>
@@ -16,40 +18,12 @@
 
 #include <gtest/gtest.h>
 
+using tbtest::holds;
+using tbtest::Result;
+using tbtest::run;
+
 namespace
 {
-struct Result
-{
-    int code;
-    std::string out;
-    std::string err;
-};
-
-std::string readAll(const char* path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
-}
-
-/// The exit code in what std::system() gives: the value itself, or its second byte.
-int exitCode(int status)
-{
-    return status > 255 ? status >> 8 : status;
-}
-
-Result run(const std::string& arguments)
-{
-    const std::string program = std::filesystem::path(TAMBER_PROGRAM).make_preferred().string();
-    const int status = std::system(("\"" + program + "\" " + arguments + " >out.txt 2>err.txt").c_str());
-    return {exitCode(status), readAll("out.txt"), readAll("err.txt")};
-}
-
-bool holds(const std::string& text, const std::string& part)
-{
-    return text.find(part) != std::string::npos;
-}
-
 /// What a run counted: the rows that do not depend on the machine, in no order and without spaces and bytes.
 std::set<std::string> countsOf(const std::string& output)
 {
