@@ -14,6 +14,9 @@ namespace
 
 constexpr std::size_t LONGEST_DIRECTORY = 255;
 
+constexpr const char* CURRENT = "current";
+constexpr const char* PATH = "PATH";
+
 std::string pathOf(const std::string& directory, const std::string& fileName)
 {
     const bool hasEnd = directory.ends_with('/') || directory.ends_with('\\');
@@ -21,6 +24,11 @@ std::string pathOf(const std::string& directory, const std::string& fileName)
 }
 
 } // namespace
+
+bool tbiPlugInSearch::Directory::isAnybodys() const
+{
+    return source == CURRENT || source == PATH; // constants of this file
+}
 
 tbiPlugInSearch::tbiPlugInSearch()
 {
@@ -30,11 +38,11 @@ tbiPlugInSearch::tbiPlugInSearch()
     addList("TAMBER_PLUGIN_PATH");
     addDirectory(tbiExecutableDirectory(), "program");
     if (policy == tbPlugIn::SEARCH_ALL)
-        addDirectory(tbiCurrentDirectory(), "current");
+        addDirectory(tbiCurrentDirectory(), CURRENT);
     for (const auto& [path, source] : tbiSharedDirectories(policy == tbPlugIn::SEARCH_ALL))
         addDirectory(path, source);
     if (policy == tbPlugIn::SEARCH_ALL)
-        addList("PATH");
+        addList(PATH);
 }
 
 // Only absolute directories: an empty or relative one means another place in every working directory.
@@ -96,15 +104,22 @@ bool tbiPlugInSearch::hasRefused(std::string_view moduleName) const
 
 std::string tbiPlugInSearch::find(std::string_view moduleName)
 {
-    for (Directory& directory : directories)
+    for (const bool anybodys : {false, true})
+        for (Directory& directory : directories)
+            if (directory.isAnybodys() == anybodys)
+                if (std::string path = findIn(directory, moduleName); !path.empty())
+                    return path;
+    return {};
+}
+
+std::string tbiPlugInSearch::findIn(Directory& directory, std::string_view moduleName)
+{
+    for (const std::string& name : list(directory))
     {
-        for (const std::string& name : list(directory))
-        {
-            if (!tbiHasEnding(name, tbiModuleEnding()) || tbiModuleName(name) != moduleName)
-                continue;
-            if (std::string path = pathOf(directory.path, name); accept(path))
-                return path;
-        }
+        if (!tbiHasEnding(name, tbiModuleEnding()) || tbiModuleName(name) != moduleName)
+            continue;
+        if (std::string path = pathOf(directory.path, name); accept(path))
+            return path;
     }
     return {};
 }

@@ -15,6 +15,9 @@ public:
         std::string skipped; // why it is not searched; empty when it is
         std::vector<std::string> files{};
         bool isListed = false;
+
+        /// True for the current directory and those of PATH, which are nobody's in particular.
+        bool isAnybodys() const;
     };
 
     /// The directories that the search policy allows, in order: those of TAMBER_PLUGIN_PATH, then the executable's,
@@ -22,7 +25,8 @@ public:
     tbiPlugInSearch();
 
     const std::vector<Directory>& getDirectories() const { return directories; }
-    /// The path of the first file of that module name that may be taken; empty when there is none.
+    /// The path of the first file of that module name that may be taken; empty when there is none. The current
+    /// directory comes after the shared ones here, so that what is planted in it hides none of their modules.
     std::string find(std::string_view moduleName);
     /// The paths of every loader that may be taken, directory by directory.
     std::vector<std::string> findLoaders();
@@ -37,6 +41,7 @@ private:
     void addDirectory(std::string path, const char* source);
     void addList(const char* variable);
     const std::vector<std::string>& list(Directory& directory);
+    std::string findIn(Directory& directory, std::string_view moduleName);
     bool accept(const std::string& path);
 
     std::vector<Directory> directories;

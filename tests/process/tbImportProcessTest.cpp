@@ -135,4 +135,7 @@ TEST_F(ImportProcess, ForeignPoliciesGoDown)
     EXPECT_EQ(import("car"), "car") << "the loader is known, wherever modules may be looked for";
     tbPlugIn::setSearchPolicy(tbPlugIn::SEARCH_NONE);
     EXPECT_EQ(import("car"), "car");
+    tbPlugIn::setAllowList("tbOther");
+    EXPECT_NE(import("car").find("not in the list of plug-ins"), std::string::npos) << import("car");
+    tbPlugIn::setAllowList(nullptr);
 }

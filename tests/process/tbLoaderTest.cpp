@@ -227,3 +227,18 @@ TEST_F(Loader, SearchStaysWhereThePolicyLetsIt)
     search(loaderFile.parent_path().string());
     EXPECT_NE(tbPlugIn::load("tbTestLoader.dll"), nullptr);
 }
+
+TEST_F(Loader, ThatWasFoundOnceComesBackOnlyWhereThePolicyLetsIt)
+{
+    const std::string thing = file("thing.tst", "a thing");
+    tbInit(nullptr);
+    tbPlugIn::setSearchPolicy(tbPlugIn::SEARCH_NONE);
+    EXPECT_EQ(tbLoader::importFile(thing.c_str()), nullptr);
+    EXPECT_STREQ(tbLoader::getErrorMessage(),
+                 "the loader TBTESTLOADER.DLL cannot be loaded any more: it is in none "
+                 "of the plug-in directories");
+    tbPlugIn::load(loaderFile.string().c_str());
+    tbPlugIn::unloadAll();
+    const tbRef<tbBase> object = tbLoader::importFile(thing.c_str());
+    EXPECT_TRUE(object) << "the application has named the path itself";
+}

@@ -191,6 +191,20 @@ TEST_F(PlantedModules, PolicyLimitsWhatALibraryUserLoads)
     EXPECT_TRUE(said("TAMBER_PLUGINS is not understood")) << output;
 }
 
+TEST_F(PlantedModules, WhatLiesInTheWorkingDirectoryHidesNoModuleOfTheLibrary)
+{
+    const fs::path kernel = fs::path(KERNEL).filename();
+    if (kernel.extension() == ".dll")
+        GTEST_SKIP() << "the library's directory is not searched here";
+    fs::create_directory(root / "lib");
+    plant("tbListed", "lib");
+    fs::rename(root / "app" / kernel, root / "lib" / kernel);
+    fs::rename(root / "work" / fileOf("tbSneaked"), root / "work" / fileOf("tbListed"));
+    fs::remove(root / "app" / fileOf("tbListed"));
+    setVariable("LD_LIBRARY_PATH", (root / "lib").string());
+    EXPECT_EQ(run("PlugInProbe", writeList()), with(ALL, {"tbListed"})) << output;
+}
+
 TEST_F(PlantedModules, LibraryOfAPlugInIsNotTakenFromTheWorkingDirectoryOrPath)
 {
     plant("tbNeedyLoader", "app");
