@@ -96,7 +96,7 @@ public:
     /// TAMBER_PLUGIN_ALLOW, and to all when that is empty. False when a part is not understood; it allows nothing.
     static bool setAllowList(const char* list);
     /// Where plug-ins are looked for at this moment, what lies there, and what became of it. Reads every file for its
-    /// checksum. Needs <tamber/io/tbPlugInReport.h>.
+    /// checksum; when memory runs out, the report ends where it did. Needs <tamber/io/tbPlugInReport.h>.
     static tbPlugInReport report();
     /// From now on records of loaded modules count references and may be unloaded.
     static void makeDynamicFromNowOn();

@@ -5,6 +5,7 @@
 #include <tamber/io/tbiPlugInRules.h>
 #include <tamber/io/tbiPlugInSearch.h>
 #include <tamber/kernel/tbiLocks.h>
+#include <tamber/kernel/tbiMemoryWatch.h>
 #include <tamber/platform/tbiModule.h>
 #include <tamber/platform/tbiModuleName.h>
 #include <tamber/thread/tbiLockGuard.h>
@@ -62,41 +63,53 @@ void markOthersOfOneName(tbPlugInReport& report)
     }
 }
 
-} // namespace
-
-tbPlugInReport tbPlugIn::report()
+void addDirectories(tbPlugInReport& report, std::set<std::string>& placed)
 {
-    tbPlugInReport report;
+    tbiPlugInSearch search;
+    for (std::size_t i = 0; i < search.getDirectories().size(); ++i)
     {
-        tbiLockGuard guard(tbiLocks::plugIn);
-        report.policy = getSearchPolicy();
-        report.isListed = tbiPlugInRules::haveAllowList();
-        tbiPlugInSearch search;
-        std::set<std::string> placed;
-        for (std::size_t i = 0; i < search.getDirectories().size(); ++i)
+        const tbiPlugInSearch::Directory& searched = search.getDirectories()[i];
+        report.directories.push_back({searched.path, searched.source, searched.skipped, {}});
+        for (const std::string& path : search.findModules(i))
         {
-            const auto& directory = search.getDirectories()[i];
-            auto& reported = report.directories.emplace_back();
-            reported.path = directory.path;
-            reported.source = directory.source;
-            reported.skipped = directory.skipped;
-            for (const std::string& path : search.findModules(i))
-            {
-                const Module* noted = tbiPlugInLog::find(path);
-                reported.modules.push_back(describe(noted ? *noted : Module{tbiModuleName(path), path}));
-                placed.insert(path);
-            }
+            const Module* noted = tbiPlugInLog::find(path);
+            report.directories.back().modules.push_back(
+                describe(noted ? *noted : Module{tbiModuleName(path), path}));
+            placed.insert(path);
         }
+    }
+}
+
+void addChecksums(std::vector<Module>& modules)
+{
+    for (Module& module : modules)
+        if (!module.path.empty())
+            module.sha256 = tbiPlugInRules::checksumOf(module.path);
+}
+
+void fill(tbPlugInReport& report)
+{
+    {
+        tbiLockGuard guard(tbiLocks::plugIn); // files are read without it
+        report.policy = tbPlugIn::getSearchPolicy();
+        report.isListed = tbiPlugInRules::haveAllowList();
+        std::set<std::string> placed;
+        addDirectories(report, placed);
         for (const Module& noted : tbiPlugInLog::getAll())
             if (!placed.contains(noted.path))
                 report.others.push_back(describe(noted));
     }
     markOthersOfOneName(report);
     for (auto& directory : report.directories)
-        for (Module& module : directory.modules)
-            module.sha256 = tbiPlugInRules::checksumOf(module.path);
-    for (Module& module : report.others)
-        if (!module.path.empty())
-            module.sha256 = tbiPlugInRules::checksumOf(module.path);
+        addChecksums(directory.modules);
+    addChecksums(report.others);
+}
+
+} // namespace
+
+tbPlugInReport tbPlugIn::report()
+{
+    tbPlugInReport report;
+    tbiWithoutThrow([&report] { fill(report); });
     return report;
 }

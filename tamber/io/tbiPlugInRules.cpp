@@ -6,6 +6,7 @@
 #include <tamber/io/tbiSha256.h>
 #include <tamber/kernel/tbMessage.h>
 #include <tamber/kernel/tbiLocks.h>
+#include <tamber/kernel/tbiMemoryWatch.h>
 #include <tamber/kernel/tbiText.h>
 #include <tamber/platform/tbiModule.h>
 #include <tamber/platform/tbiModuleFile.h>
@@ -136,10 +137,10 @@ tbPlugIn::SEARCH_POLICY tbPlugIn::getSearchPolicy()
 bool tbPlugIn::setAllowList(const char* list)
 {
     tbiLockGuard guard(tbiLocks::plugIn);
-    *ownList = {};
+    *ownList = {}; // whatever fails from here on, nothing is allowed that is not in `list`
     tbiSetText(ownListText, list);
     haveOwnList = list != nullptr;
-    return !list || ownList->parse(list);
+    return !list || tbiWithoutThrow(false, [list] { return ownList->parse(list); });
 }
 
 bool tbiPlugInRules::haveAllowList()
