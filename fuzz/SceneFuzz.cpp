@@ -83,6 +83,8 @@ void run(const InputFile& input, tbfuzz::SceneWalks& walks)
     if (!root)
         return;
     checkSave(*root);
+    if (root->isOfType(tbCollider::getClassType()))
+        walks.collide(static_cast<tbCollider&>(*root));
     if (!root->isOfType(tbGroup::getClassType()))
         return;
     walk(walks, static_cast<tbGroup&>(*root));

@@ -1,7 +1,11 @@
 #include <fuzz/support/SceneWalks.h>
 
+#include <portable/tbMesh.h>
 #include <tamber/graph/tbScene.h>
+#include <tamber/render/tbVertexArray.h>
 #include <tamber/volume/tbRay.h>
+
+#include <cstring>
 
 namespace tbfuzz
 {
@@ -30,6 +34,22 @@ void SceneWalks::prepareCollider()
     collider->addRay(tbRay(tbVec3(0.2f, 0.3f, 100), tbVec3(0.1f, 0.2f, -100)));
     collider->setVolumeMode(tbCollider::VOLUME_SPHERE);
     collider->setVolumeHitMode(tbCollider::VOLUME_HIT_ALL);
+}
+
+void SceneWalks::collide(tbCollider& stranger)
+{
+    const unsigned int indices[] = {0, 1, 2};
+    const float corners[] = {-1, 0, 0, 3, 0, 0, 1, 2, 0};
+    auto* vertices = new tbVertexArray(3, tbVertexArray::VT_POSITION);
+    std::memcpy(vertices->getData(), corners, sizeof corners);
+    auto* mesh = new tbMesh;
+    mesh->set(tbMesh::TRIANGLES, vertices, indices, 3);
+    const tbRef<tbScene> scene(new tbScene);
+    scene->addChild(mesh);
+    scene->update();
+    stranger.intersect(scene.get());
+    const tbRef<tbGroup> nothing(new tbGroup);
+    stranger.intersect(nothing.get());
 }
 
 void SceneWalks::run(tbScene& scene)

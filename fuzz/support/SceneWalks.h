@@ -21,6 +21,8 @@ public:
 
     /// Updates the scene and sends all of them through it. Nothing of it stays behind.
     void run(tbScene& scene);
+    /// Sends a collider from elsewhere through a scene with something to hit.
+    void collide(tbCollider& stranger);
 
 private:
     void prepareCollider();
