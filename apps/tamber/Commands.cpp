@@ -2,6 +2,7 @@
 
 #include "BuildCommand.h"
 #include "CheckCommand.h"
+#include "ConvertCommand.h"
 #include "DiffCommand.h"
 #include "DumpCommand.h"
 #include "InfoCommand.h"
@@ -14,6 +15,7 @@ std::vector<std::unique_ptr<Command>> makeCommands()
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(std::make_unique<RunCommand>());
     commands.push_back(std::make_unique<PickCommand>());
+    commands.push_back(std::make_unique<ConvertCommand>());
     commands.push_back(std::make_unique<PluginsCommand>());
     commands.push_back(std::make_unique<InfoCommand>());
     commands.push_back(std::make_unique<CheckCommand>());

@@ -14,6 +14,7 @@ using namespace std::chrono_literals;
 constexpr auto SHORT_WORK = 1s;
 constexpr auto INTERVAL = 100ms;
 constexpr int BAR_WIDTH = 30;
+constexpr double SMALLEST_PART = 0.02; // from which the rest is estimated
 constexpr const char* CLEAR_LINE = "\r\033[K";
 } // namespace
 
@@ -47,13 +48,35 @@ void Progress::show()
     std::cerr << CLEAR_LINE << std::flush;
 }
 
-std::string Progress::line(int tick) const
+// As long again for each part as for those before. The estimate is renewed when more is done, and counts down between.
+std::string Progress::timeLeft(double fraction)
 {
-    const double fraction = done.load(std::memory_order_relaxed);
+    const Clock::time_point now = Clock::now();
+    if (fraction < SMALLEST_PART)
+        return {};
+    if (fraction != estimatedAt)
+    {
+        estimatedAt = fraction;
+        estimatedEnd =
+            now + std::chrono::duration_cast<Clock::duration>((now - start) * (1.0 / fraction - 1.0));
+    }
+    const auto left = std::chrono::ceil<std::chrono::seconds>(estimatedEnd - now).count();
+    if (left < 1)
+        return {};
+    return left < 60 ? ", " + std::to_string(left) + " s left"
+                     : ", " + std::to_string((left + 59) / 60) + " min left";
+}
+
+std::string Progress::line(int tick)
+{
+    const double fraction = std::min(done.load(std::memory_order_relaxed), 1.0);
     if (fraction < 0.0)
-        return work + " " + "|/-\\"[tick % 4];
+    {
+        const auto spent = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start).count();
+        return work + " " + "|/-\\"[tick % 4] + " " + std::to_string(spent) + " s";
+    }
     const int filled = std::clamp(int(fraction * BAR_WIDTH), 0, BAR_WIDTH);
     const std::string bar =
         std::string(std::size_t(filled), '#') + std::string(std::size_t(BAR_WIDTH - filled), '.');
-    return work + " [" + bar + "] " + std::to_string(int(fraction * 100.0)) + " %";
+    return work + " [" + bar + "] " + std::to_string(int(fraction * 100.0)) + " %" + timeLeft(fraction);
 }

@@ -295,6 +295,12 @@ void tbFile::setCompression(tbEntry::COMPRESSION method)
     state->compression = method;
 }
 
+void tbFile::setProgressFunc(tbProgressFunc func)
+{
+    state->progress = func;
+    state->beginProgress(sumOfData());
+}
+
 void tbFile::close()
 {
     freeAll();

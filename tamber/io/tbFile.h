@@ -2,6 +2,7 @@
 
 #include <tamber/containers/tbList.h>
 #include <tamber/io/tbEntry.h>
+#include <tamber/io/tbProgress.h>
 
 struct tbiFileState;
 struct tbiFileHeader;
@@ -124,6 +125,10 @@ public:
     /// A new entry for shared data of the class `className` that is no tbBase, stamped with the kernel's version.
     tbEntry* newDataEntry(const char* className, const void* data);
 
+    /// Called now and then while entries are read or write() writes them, with the part of their bytes that is done,
+    /// 0 to 1. Null, as at first, for none.
+    void setProgressFunc(tbProgressFunc func);
+
     /// How deep references may nest, 1,024 at first. Reading passes over deeper references; a deeper graph is not
     /// written.
     void setMaxDepth(int depth) { maxDepth = depth; }
@@ -190,6 +195,7 @@ private:
     bool canWrite();
     bool writeAll();
     bool writeData(tbEntry* entry);
+    std::int64_t sumOfData() const;
     bool writeDirectory(std::int64_t place);
     bool finishWrite();
 

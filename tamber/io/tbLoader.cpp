@@ -47,6 +47,7 @@ constinit tbiStatic<tbTList<tbiFileType*>> fileTypes;
 constinit tbLoader::LOADER_ERROR errorCode = tbLoader::LOADER_OK;
 constinit char* errorMesg = nullptr;
 constinit char* saveDir = nullptr;
+constinit tbProgressFunc progress = nullptr;
 
 bool sameName(const char* a, const char* b)
 {
@@ -165,6 +166,7 @@ bool exportNative(const tbBase* object, std::string path)
         return false;
     }
     const tbiMemoryWatch memory;
+    file.setProgressFunc(progress);
     bool written = object->write(&file, nullptr) != nullptr;
     if (written)
     {
@@ -383,6 +385,11 @@ const char* tbLoader::getExportExtension(int loader, int extension)
     return (*loaderDefs)[loader]->exportExtensions[extension];
 }
 
+void tbLoader::setProgressFunc(tbProgressFunc func)
+{
+    progress = func;
+}
+
 tbLoader::LOADER_ERROR tbLoader::getError()
 {
     return errorCode;
@@ -451,6 +458,7 @@ tbBase* tbiImportNative(const char* path)
         tbiSetLoaderFailure(tbLoader::LOADER_UNKNOWN_FORMAT, file.getErrorText());
         return nullptr;
     }
+    file.setProgressFunc(progress);
     tbPlugIn::loadPlugIns(&file);
     tbBase* root = file.readObject(0);
     if (!root)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tamber/io/tbPlugIn.h>
+#include <tamber/io/tbProgress.h>
 
 struct tbiLoaderDef;
 
@@ -57,6 +58,10 @@ public:
     /// The extensions of what the loader writes.
     static int getNumExportExtensions(int loader);
     static const char* getExportExtension(int loader, int extension);
+
+    /// Called now and then while importFile() and exportFile() read and write native files, and while
+    /// tbImportIsolated() takes a scene over.
+    static void setProgressFunc(tbProgressFunc func);
 
     static LOADER_ERROR getError();
     /// Why the last import or export failed; null when it did not, or when there is nothing more to say.

@@ -29,6 +29,7 @@ bool tbFile::readEntry(tbEntry* entry)
     }
     if (!loadData(entry))
         return false;
+    state->addProgress(entry->dataSize);
     if (entry->state == tbEntry::STATE_STARTED)
         entry->state = tbEntry::STATE_READING;
     return true;
@@ -196,12 +197,21 @@ bool tbFile::writeAll()
         std::memcpy(record + TAG_NAME, tag->name, TAG_NAME_SIZE);
         writer.write(record, TAG_SIZE);
     }
+    state->beginProgress(sumOfData());
     const std::int64_t directory = writer.getPosition();
     writer.seek(directory + std::int64_t{RECORD_SPACE} * entries.getNum());
     for (tbEntry* entry : entries)
         if (!writeData(entry))
             return false;
     return writeDirectory(directory);
+}
+
+std::int64_t tbFile::sumOfData() const
+{
+    std::int64_t sum = 0;
+    for (const tbEntry* entry : entries)
+        sum += entry->dataSize > 0 ? entry->dataSize : 0;
+    return sum;
 }
 
 bool tbFile::writeData(tbEntry* entry)
@@ -237,6 +247,7 @@ bool tbFile::writeData(tbEntry* entry)
     if (writer.getPosition() > LONGEST_FILE)
         return setError(FILE_WRITE_ERROR, "the file would be longer than 2 GiB");
     entry->fileOffset = unsigned(place);
+    state->addProgress(entry->dataSize);
     return true;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tamber/io/tbEntry.h>
+#include <tamber/io/tbProgress.h>
 #include <tamber/io/tbiFileLayout.h>
 #include <tamber/io/tbiFileWindow.h>
 #include <tamber/io/tbiFileWriter.h>
@@ -38,6 +39,12 @@ struct tbiFileState : tbAllocated<tbiFileState>
     static constexpr std::int64_t SMALLEST_BUDGET = std::int64_t{256} << 20;
     static constexpr std::int64_t BUDGET_FACTOR = 160;
 
+    tbProgressFunc progress = nullptr;
+    std::int64_t bytesDone = 0; // of all that the entries hold, since the file was opened or write() began
+    std::int64_t bytesToDo = 0;
+    int stepsDone = 0;
+    static constexpr int PROGRESS_STEPS = 256;
+
     int readDepth = 0; // objects that are reading themselves
     unsigned int paths = 0;
     bool depthReported = false;
@@ -67,6 +74,21 @@ struct tbiFileState : tbAllocated<tbiFileState>
                                        heldData.reserve(heldData.size() * 2 + 16);
                                    return true;
                                });
+    }
+    void beginProgress(std::int64_t bytes)
+    {
+        bytesDone = 0;
+        bytesToDo = bytes;
+        stepsDone = 0;
+    }
+    void addProgress(int bytes)
+    {
+        bytesDone = std::min(bytesDone + std::max(bytes, 0), bytesToDo);
+        const int steps = bytesToDo > 0 ? int(double(bytesDone) / double(bytesToDo) * PROGRESS_STEPS) : 0;
+        if (!progress || steps == stepsDone)
+            return;
+        stepsDone = steps;
+        progress(double(steps) / PROGRESS_STEPS);
     }
     /// Forgets the file that was open; the last error stays to be asked for.
     void close()

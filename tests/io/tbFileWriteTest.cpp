@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 using tbtest::FileBuilder;
 using tbtest::Record;
 
@@ -184,6 +186,29 @@ TEST_F(FileWrite, RewritingKeepsWhatWasNeverLoadedAndItsByteOrder)
     EXPECT_EQ(file.getEntry(0)->readDouble(), 2.5);
     EXPECT_FALSE(file.getEntry(2)->isByteSwapped());
     EXPECT_EQ(file.getEntry(2)->readInt(), 6);
+}
+
+TEST_F(FileWrite, ProgressRisesToTheEnd)
+{
+    static std::vector<double> heard;
+    const auto isWhole = []
+    {
+        const bool rising = std::is_sorted(heard.begin(), heard.end());
+        const bool whole = heard.size() == 10 && heard.front() < 0.2 && heard.back() == 1.0;
+        heard.clear();
+        return rising && whole;
+    };
+    ASSERT_TRUE(file.create(path.c_str()));
+    file.setProgressFunc([](double done) { heard.push_back(done); });
+    for (int i = 0; i < 10; ++i)
+        addEntry(std::string(5000, 'x'), i % 2 == 0 ? tbEntry::RLE : tbEntry::NO_COMPRESSION);
+    ASSERT_TRUE(file.write());
+    EXPECT_TRUE(isWhole());
+    ASSERT_TRUE(file.open(path.c_str(), "r"));
+    file.setProgressFunc([](double done) { heard.push_back(done); });
+    for (int i = 0; i < 10; ++i)
+        ASSERT_TRUE(file.readEntry(file.getEntry(i)));
+    EXPECT_TRUE(isWhole());
 }
 
 TEST_F(FileWrite, DamagedEntryKeepsTheOldFile)

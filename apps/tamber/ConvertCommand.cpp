@@ -1,0 +1,36 @@
+#include "ConvertCommand.h"
+
+#include "Table.h"
+
+#include <tamber/graph/tbGroup.h>
+
+#include <CLI/CLI.hpp>
+
+#include <filesystem>
+#include <iostream>
+
+void ConvertCommand::define(CLI::App& app)
+{
+    CLI::App& command = addTo(app, "convert", "Write a model in another format, or natively in another way");
+    command.add_option("IN", source, "A model of any format that a loader reads, or a native file (.tb)")
+        ->required();
+    command
+        .add_option("OUT", target, "The file to write, in the format of its extension; .tb is the native one")
+        ->required();
+    command.add_flag("--compress", options.compress, "Pack runs of equal bytes (native files only)");
+    command.add_flag("--swap", options.swap,
+                     "Write in the byte order that this machine does not have (native files only)");
+    command.footer(
+        "OUT is written beside its place and put there when it is complete: after a failure, what stood\n"
+        "there stands there still. IN and OUT may be the same native file.");
+}
+
+int ConvertCommand::run()
+{
+    checkConvertTarget(target, options);
+    const tbRef<tbGroup> model = loadModel(source);
+    saveModel(*model, target, options);
+    std::cout << target << ": " << formatCount(static_cast<long long>(std::filesystem::file_size(target)))
+              << " bytes\n";
+    return 0;
+}
