@@ -2,10 +2,12 @@
 
 #include "BuildCommand.h"
 #include "CheckCommand.h"
+#include "CompletionCommand.h"
 #include "ConvertCommand.h"
 #include "DiffCommand.h"
 #include "DumpCommand.h"
 #include "InfoCommand.h"
+#include "ManCommand.h"
 #include "PickCommand.h"
 #include "PluginsCommand.h"
 #include "RunCommand.h"
@@ -22,5 +24,7 @@ std::vector<std::unique_ptr<Command>> makeCommands()
     commands.push_back(std::make_unique<DiffCommand>());
     commands.push_back(std::make_unique<DumpCommand>());
     commands.push_back(std::make_unique<BuildCommand>());
+    commands.push_back(std::make_unique<CompletionCommand>());
+    commands.push_back(std::make_unique<ManCommand>());
     return commands;
 }

@@ -1,0 +1,37 @@
+#include "CommandLine.h"
+
+#include "Commands.h"
+#include "ModelFile.h"
+
+#include <tamber/kernel/tbVersion.h>
+
+CommandLine::CommandLine()
+    : app("Tamber, a real-time 3D scene-graph toolkit.", "tamber"),
+      commands(makeCommands())
+{
+    app.require_subcommand(1);
+    app.set_version_flag("--version", versionText());
+    app.footer("'tamber COMMAND --help' explains a command.");
+    app.add_flag("--trust", options.trustFiles, "Let native files load the plug-ins that they name");
+    app.add_flag("-v,--verbose", options.verbose, "Show the library's messages on stderr");
+    app.add_flag_callback(
+        "--in-process", [] { setImportInProcess(true); },
+        "Read foreign formats in this process, not in one of their own");
+    for (const auto& command : commands)
+        command->define(app);
+}
+
+Command* CommandLine::getChosen() const
+{
+    for (const auto& command : commands)
+        if (command->isChosen())
+            return command.get();
+    return nullptr;
+}
+
+std::string versionText()
+{
+    const unsigned version = tbGetVersion();
+    return "tamber " + std::to_string(tbGetMajorVersion(version)) + "." +
+           std::to_string(tbGetMinorVersion(version)) + "." + std::to_string(tbGetBuildVersion(version));
+}
