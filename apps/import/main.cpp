@@ -9,6 +9,7 @@
 #include <tamber/kernel/tbFilePath.h>
 #include <tamber/kernel/tbInit.h>
 #include <tamber/kernel/tbMessage.h>
+#include <tamber/kernel/tbiMemoryWatch.h>
 
 #include <cstdlib>
 #include <fstream>
@@ -68,7 +69,10 @@ EXIT_CODE refuse(int error, const std::string& text)
 
 EXIT_CODE importFile(const char* name)
 {
+    const tbiMemoryWatch memory;
     const tbBase* root = tbLoader::importFile(name);
+    if (memory.ranOut())
+        return MEMORY_IS_OUT;
     if (!root)
     {
         const char* text = tbLoader::getErrorMessage();
@@ -81,6 +85,8 @@ EXIT_CODE importFile(const char* name)
         if (file.write())
             return DONE;
     }
+    if (memory.ranOut())
+        return MEMORY_IS_OUT;
     return refuse(tbLoader::LOADER_STOPPED,
                   std::string("the scene cannot be handed over: ") + file.getErrorText());
 }

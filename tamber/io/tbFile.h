@@ -126,7 +126,7 @@ public:
     tbEntry* newDataEntry(const char* className, const void* data);
 
     /// Called now and then while entries are read or write() writes them, with the part of their bytes that is done,
-    /// 0 to 1. Null, as at first, for none.
+    /// 0 to 1. Null, as at first and again when the file closes, for none.
     void setProgressFunc(tbProgressFunc func);
 
     /// How deep references may nest, 1,024 at first. Reading passes over deeper references; a deeper graph is not

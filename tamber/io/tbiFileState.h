@@ -101,6 +101,7 @@ struct tbiFileState : tbAllocated<tbiFileState>
         readDepth = writeDepth = 0;
         paths = 0;
         heldData.clear();
+        progress = nullptr;
         swapOutput = false;
         compression = tbEntry::NO_COMPRESSION;
         writeRule = nullptr;

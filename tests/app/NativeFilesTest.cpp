@@ -26,7 +26,7 @@ TEST(NativeFiles, GoThroughTextAndBack)
     tbtest::writeAll("a.tb", bytes);
     EXPECT_EQ(run("dump a.tb --out a.txt").code, 0);
     const tbtest::Result printed = run("dump a.tb");
-    EXPECT_EQ(printed.out, tbtest::textOf("a.txt"));
+    EXPECT_EQ(printed.out, tbtest::readAll("a.txt"));
     EXPECT_TRUE(holds(printed.out, "\n  enabled true\n"));
 
     EXPECT_EQ(run("build a.txt b.tb").code, 0);

@@ -1,11 +1,10 @@
 // The program as a process: what it prints where, and its exit code.
 #pragma once
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
+#include <tests/support/TempFile.h>
+
 #include <string>
+#include <vector>
 
 namespace tbtest
 {
@@ -16,28 +15,15 @@ struct Result
     std::string err;
 };
 
-inline std::string textOf(const char* path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
-}
+/// Runs the program in the current directory with these arguments, as a shell takes them. Its stdout goes to the file
+/// `out` when there is one.
+Result run(const std::string& arguments, const std::string& out = {});
 
-/// The exit code in what std::system() gives: the value itself, or its second byte.
-inline int exitCode(int status)
-{
-    return status > 255 ? status >> 8 : status;
-}
+bool holds(const std::string& text, const std::string& part);
 
-inline Result run(const std::string& arguments)
-{
-    const std::string program = std::filesystem::path(TAMBER_PROGRAM).make_preferred().string();
-    const int status = std::system(("\"" + program + "\" " + arguments + " >out.txt 2>err.txt").c_str());
-    return {exitCode(status), textOf("out.txt"), textOf("err.txt")};
-}
+/// Writes a row of four triangles natively.
+void writeRow(const char* path);
 
-inline bool holds(const std::string& text, const std::string& part)
-{
-    return text.find(part) != std::string::npos;
-}
+/// The commands that the program names in its help.
+std::vector<std::string> programCommands();
 } // namespace tbtest

@@ -1,26 +1,15 @@
-// 'tamber run' as a process: what it prints where, and its exit code.
+// 'tamber run' and 'tamber pick' as processes: what they print where, and their exit codes.
 
-#include <tests/app/Program.h>
+#include "Program.h"
 
-#include <portable/tbMesh.h>
-#include <tamber/graph/tbModel.h>
-#include <tamber/io/tbLoader.h>
-#include <tamber/kernel/tbRef.h>
-#include <tamber/render/tbVertexArray.h>
-
-#include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <set>
 #include <sstream>
-#include <string>
 
 #include <gtest/gtest.h>
 
-using tbtest::holds;
-using tbtest::Result;
-using tbtest::run;
+using namespace tbtest;
 
 namespace
 {
@@ -44,27 +33,6 @@ std::set<std::string> countsOf(const std::string& output)
         counts.insert(row);
     }
     return counts;
-}
-
-/// Writes a row of four triangles natively.
-void writeRow(const char* path)
-{
-    const unsigned int indices[] = {0, 1, 2};
-    const float points[] = {0, 0, 0, 1, 0, 0, 0, 0, 1};
-    auto* vertices = new tbVertexArray(3, tbVertexArray::VT_POSITION);
-    std::memcpy(vertices->getData(), points, sizeof(points));
-    const tbRef<tbMesh> mesh = new tbMesh;
-    mesh->set(tbMesh::TRIANGLES, vertices, indices, 3);
-    mesh->setNodeFlags(tbGroup::NODE_SHARE);
-    const tbRef<tbModel> model = new tbModel;
-    for (int i = 0; i < 4; ++i)
-    {
-        auto* place = new tbTransform;
-        place->setXYZ(3.0f * float(i), 0.0f, 0.0f);
-        place->addChild(mesh.get());
-        model->addChild(place);
-    }
-    ASSERT_TRUE(tbLoader::exportFile(model.get(), path));
 }
 } // namespace
 
