@@ -13,7 +13,6 @@
 #include "tbiAssimpMesh.h"
 #include "tbiExportFormats.h"
 #include "tbiExportScene.h"
-#include "tbiGltfWriter.h"
 #include "tbiModelError.h"
 
 #include <assimp/Importer.hpp>
@@ -157,14 +156,11 @@ private:
         const auto up = tbiIsZUp(extension) ? tbiExportScene::Z_UP : tbiExportScene::Y_UP;
         const tbiExportScene scene = tbiCollectScene(static_cast<const tbGroup&>(*object), up);
         const std::size_t name = path.find_last_of("/\\") + 1; // 0 when there is no directory
-        std::vector<tbiOutputFile> files;
-        if (format->writer == tbiExportFormat::GLB)
-            files.push_back({path.substr(name), tbiWriteGlb(scene)});
-        else if (format->writer == tbiExportFormat::GLTF)
-            files.push_back({path.substr(name), tbiWriteGltf(scene)});
+        const std::string fileName = path.substr(name);
+        if (format->write)
+            writeFiles(path.substr(0, name), {{fileName, format->write(scene)}});
         else
-            files = tbiWriteByLibrary(scene, *format, path.substr(name));
-        writeFiles(path.substr(0, name), files);
+            writeFiles(path.substr(0, name), tbiWriteByLibrary(scene, format->id, fileName));
     }
 
     static void writeFiles(const std::string& directory, const std::vector<tbiOutputFile>& files)

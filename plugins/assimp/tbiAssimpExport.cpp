@@ -3,7 +3,6 @@
 #include <portable/tbTexture.h>
 
 #include "tbiAssimpScene.h"
-#include "tbiExportFormats.h"
 #include "tbiExportScene.h"
 #include "tbiModelError.h"
 #include "tbiPng.h"
@@ -17,10 +16,7 @@
 #include <cctype>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
-#include <random>
 
 namespace
 {
@@ -89,55 +85,16 @@ private:
     std::map<std::string, std::string>& files;
 };
 
-/// A folder of its own, gone with all that is in it.
-class ScratchFolder
-{
-public:
-    ScratchFolder()
-    {
-        std::random_device random;
-        do
-            path = std::filesystem::temp_directory_path() / ("tamber-" + std::to_string(random()));
-        while (!std::filesystem::create_directory(path));
-        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
-    }
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-    ~ScratchFolder()
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(path, ignored);
-    }
-
-    std::filesystem::path path;
-};
-
-void run(Assimp::Exporter& exporter, const aiScene& scene, const char* id, const std::string& path)
-{
-    if (exporter.Export(&scene, id, path) != aiReturn_SUCCESS)
-        throw tbiModelError(*exporter.GetErrorString() ? exporter.GetErrorString()
-                                                       : "the file cannot be written");
-}
-
 std::map<std::string, std::string> writeToMemory(const aiScene& scene, const char* id,
                                                  const std::string& name)
 {
     std::map<std::string, std::string> files;
     Assimp::Exporter exporter;
     exporter.SetIOHandler(new OutputFiles(files)); // which the exporter deletes
-    run(exporter, scene, id, name);
+    if (exporter.Export(&scene, id, name) != aiReturn_SUCCESS)
+        throw tbiModelError(*exporter.GetErrorString() ? exporter.GetErrorString()
+                                                       : "the file cannot be written");
     return files;
-}
-
-std::map<std::string, std::string> writeToFolder(const aiScene& scene, const char* id,
-                                                 const std::string& name)
-{
-    const ScratchFolder folder;
-    const std::filesystem::path path = folder.path / name;
-    Assimp::Exporter exporter;
-    run(exporter, scene, id, path.string());
-    std::ifstream in(path, std::ios::binary);
-    return {{name, std::string(std::istreambuf_iterator<char>(in), {})}};
 }
 
 /// The names of the materials' images. Those that the graph carries become files beside the model.
@@ -177,15 +134,13 @@ std::vector<std::string> takeImages(const tbiExportScene& scene, const std::stri
 }
 } // namespace
 
-std::vector<tbiOutputFile> tbiWriteByLibrary(const tbiExportScene& source, const tbiExportFormat& format,
+std::vector<tbiOutputFile> tbiWriteByLibrary(const tbiExportScene& source, const char* format,
                                              const std::string& name)
 {
     std::vector<tbiOutputFile> files;
     const std::vector<std::string> images = takeImages(source, name, files);
     const std::unique_ptr<aiScene> scene = tbiMakeAssimpScene(source, images);
-    std::map<std::string, std::string> written = format.writer == tbiExportFormat::LIBRARY
-                                                     ? writeToMemory(*scene, format.id, name)
-                                                     : writeToFolder(*scene, format.id, name);
+    std::map<std::string, std::string> written = writeToMemory(*scene, format, name);
     auto model = written.extract(name);
     if (model.empty() || model.mapped().empty())
         throw tbiModelError("nothing was written");

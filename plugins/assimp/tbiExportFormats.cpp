@@ -2,22 +2,26 @@
 
 #include <tamber/kernel/tbString.h>
 
+#include "tbi3mfWriter.h"
+#include "tbiFlatMeshes.h"
+#include "tbiGltfWriter.h"
+
 #include <algorithm>
 #include <array>
 #include <string>
 
 namespace
 {
-constexpr std::array<tbiExportFormat, 10> FORMATS{{{"glb", tbiExportFormat::GLB, ""},
-                                                   {"gltf", tbiExportFormat::GLTF, ""},
-                                                   {"obj", tbiExportFormat::LIBRARY, "obj"},
-                                                   {"ply", tbiExportFormat::LIBRARY, "plyb"},
-                                                   {"stl", tbiExportFormat::LIBRARY, "stlb"},
-                                                   {"3mf", tbiExportFormat::LIBRARY_TO_MEDIUM, "3mf"},
-                                                   {"dae", tbiExportFormat::LIBRARY, "collada"},
-                                                   {"x", tbiExportFormat::LIBRARY, "x"},
-                                                   {"3ds", tbiExportFormat::LIBRARY, "3ds"},
-                                                   {"fbx", tbiExportFormat::LIBRARY, "fbx"}}};
+constexpr std::array<tbiExportFormat, 10> FORMATS{{{"glb", tbiWriteGlb, nullptr},
+                                                   {"gltf", tbiWriteGltf, nullptr},
+                                                   {"obj", nullptr, "obj"},
+                                                   {"ply", tbiWritePly, nullptr},
+                                                   {"stl", tbiWriteStl, nullptr},
+                                                   {"3mf", tbiWrite3mf, nullptr},
+                                                   {"dae", nullptr, "collada"},
+                                                   {"x", nullptr, "x"},
+                                                   {"3ds", nullptr, "3ds"},
+                                                   {"fbx", nullptr, "fbxa"}}};
 } // namespace
 
 std::span<const tbiExportFormat> tbiExportFormats()

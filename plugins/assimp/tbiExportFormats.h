@@ -1,22 +1,18 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
+
+struct tbiExportScene;
 
 // A format that models are written in.
 struct tbiExportFormat
 {
-    enum WRITER
-    {
-        GLB,
-        GLTF,
-        LIBRARY,          // of the library, through our file system
-        LIBRARY_TO_MEDIUM // of the library, which opens the file itself
-    };
-
     const char* extension;
-    WRITER writer;
-    const char* id; // the library's name of it
+    /// Makes the bytes of the file; null where the library writes the format.
+    std::string (*write)(const tbiExportScene& scene);
+    const char* id; // what the library calls the format, null for ours
 };
 
 std::span<const tbiExportFormat> tbiExportFormats();

@@ -1,5 +1,7 @@
 #include "tbiPng.h"
 
+#include "tbiCheckSums.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -15,41 +17,6 @@ constexpr std::size_t LARGEST_BLOCK = 65535; // of data that is stored as it is
 constexpr std::size_t HEADER_SIZE = 8 + 25;  // signature and image header
 constexpr std::size_t CHUNK_FRAME = 12;      // length, kind and check sum
 
-constexpr std::array<std::uint32_t, 256> makeCrcTable()
-{
-    std::array<std::uint32_t, 256> table{};
-    for (std::uint32_t i = 0; i < 256; ++i)
-    {
-        std::uint32_t value = i;
-        for (int bit = 0; bit < 8; ++bit)
-            value = value & 1 ? 0xEDB88320u ^ (value >> 1) : value >> 1;
-        table[i] = value;
-    }
-    return table;
-}
-constexpr auto CRC_TABLE = makeCrcTable();
-
-std::uint32_t crcOf(const unsigned char* bytes, std::size_t size)
-{
-    std::uint32_t crc = 0xFFFFFFFFu;
-    for (std::size_t i = 0; i < size; ++i)
-        crc = CRC_TABLE[(crc ^ bytes[i]) & 0xFF] ^ (crc >> 8);
-    return ~crc;
-}
-
-std::uint32_t adlerOf(const Bytes& bytes)
-{
-    constexpr std::uint32_t MODULUS = 65521;
-    std::uint32_t a = 1;
-    std::uint32_t b = 0;
-    for (const unsigned char byte : bytes)
-    {
-        a = (a + byte) % MODULUS;
-        b = (b + a) % MODULUS;
-    }
-    return b << 16 | a;
-}
-
 void append32(Bytes& bytes, std::uint32_t value)
 {
     for (int shift = 24; shift >= 0; shift -= 8)
@@ -62,7 +29,7 @@ void appendChunk(Bytes& file, std::string_view kind, const Bytes& data)
     const std::size_t start = file.size();
     file.insert(file.end(), kind.begin(), kind.end());
     file.insert(file.end(), data.begin(), data.end());
-    append32(file, crcOf(&file[start], file.size() - start));
+    append32(file, tbiCrc32(&file[start], file.size() - start));
 }
 
 /// Rows, each behind a byte that says that it is not filtered.
@@ -96,7 +63,7 @@ Bytes storedStream(const Bytes& data)
                       data.begin() + std::ptrdiff_t(at + size));
         at += size;
     } while (at < data.size());
-    append32(stream, adlerOf(data));
+    append32(stream, tbiAdler32(data.data(), data.size()));
     return stream;
 }
 } // namespace
