@@ -160,7 +160,7 @@ private:
         if (format->write)
             writeFiles(path.substr(0, name), {{fileName, format->write(scene)}});
         else
-            writeFiles(path.substr(0, name), tbiWriteByLibrary(scene, format->id, fileName));
+            writeFiles(path.substr(0, name), tbiWriteByLibrary(scene, *format, fileName));
     }
 
     static void writeFiles(const std::string& directory, const std::vector<tbiOutputFile>& files)

@@ -3,6 +3,7 @@
 #include <portable/tbTexture.h>
 
 #include "tbiAssimpScene.h"
+#include "tbiExportFormats.h"
 #include "tbiExportScene.h"
 #include "tbiModelError.h"
 #include "tbiPng.h"
@@ -134,13 +135,13 @@ std::vector<std::string> takeImages(const tbiExportScene& scene, const std::stri
 }
 } // namespace
 
-std::vector<tbiOutputFile> tbiWriteByLibrary(const tbiExportScene& source, const char* format,
+std::vector<tbiOutputFile> tbiWriteByLibrary(const tbiExportScene& source, const tbiExportFormat& format,
                                              const std::string& name)
 {
     std::vector<tbiOutputFile> files;
     const std::vector<std::string> images = takeImages(source, name, files);
-    const std::unique_ptr<aiScene> scene = tbiMakeAssimpScene(source, images);
-    std::map<std::string, std::string> written = writeToMemory(*scene, format, name);
+    const std::unique_ptr<aiScene> scene = tbiMakeAssimpScene(source, images, format.losesTop);
+    std::map<std::string, std::string> written = writeToMemory(*scene, format.id, name);
     auto model = written.extract(name);
     if (model.empty() || model.mapped().empty())
         throw tbiModelError("nothing was written");

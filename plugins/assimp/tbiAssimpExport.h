@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+struct tbiExportFormat;
 struct tbiExportScene;
 
 // A file that is to be written, its name without directory.
@@ -12,7 +13,7 @@ struct tbiOutputFile
     std::string bytes;
 };
 
-/// The scene in the format that the library calls `format`: the files beside the model first, the model, called `name`, last. Throws
+/// The scene in a format of the library: the files beside the model first, the model, called `name`, last. Throws
 /// tbiModelError.
-std::vector<tbiOutputFile> tbiWriteByLibrary(const tbiExportScene& scene, const char* format,
+std::vector<tbiOutputFile> tbiWriteByLibrary(const tbiExportScene& scene, const tbiExportFormat& format,
                                              const std::string& name);

@@ -24,9 +24,23 @@
 
 namespace
 {
-aiString textOf(const std::string& text)
+/// Text forms put names in quotes as they are.
+aiString textOf(std::string text)
 {
+    for (char& c : text)
+        if (c == '"' || static_cast<unsigned char>(c) < ' ')
+            c = '_';
     return aiString(text.substr(0, MAXLEN - 1));
+}
+
+aiNode* makeTop(aiNode* below)
+{
+    auto* top = new aiNode("scene");
+    top->mChildren = new aiNode*[1];
+    top->mChildren[0] = below;
+    top->mNumChildren = 1;
+    below->mParent = top;
+    return top;
 }
 
 aiColor3D colorOf(const tbVec3& color)
@@ -232,12 +246,13 @@ private:
 } // namespace
 
 std::unique_ptr<aiScene> tbiMakeAssimpScene(const tbiExportScene& source,
-                                            const std::vector<std::string>& images)
+                                            const std::vector<std::string>& images, bool addsTop)
 {
     auto scene = std::make_unique<aiScene>();
     Builder builder(source, *scene);
     builder.addMeshes();
     builder.addMaterials(images);
-    scene->mRootNode = builder.makeNode(0);
+    aiNode* top = builder.makeNode(0);
+    scene->mRootNode = addsTop ? makeTop(top) : top;
     return scene;
 }

@@ -12,16 +12,15 @@
 
 namespace
 {
-constexpr std::array<tbiExportFormat, 10> FORMATS{{{"glb", tbiWriteGlb, nullptr},
-                                                   {"gltf", tbiWriteGltf, nullptr},
-                                                   {"obj", nullptr, "obj"},
-                                                   {"ply", tbiWritePly, nullptr},
-                                                   {"stl", tbiWriteStl, nullptr},
-                                                   {"3mf", tbiWrite3mf, nullptr},
-                                                   {"dae", nullptr, "collada"},
-                                                   {"x", nullptr, "x"},
-                                                   {"3ds", nullptr, "3ds"},
-                                                   {"fbx", nullptr, "fbxa"}}};
+constexpr std::array<tbiExportFormat, 9> FORMATS{{{"glb", tbiWriteGlb, nullptr},
+                                                  {"gltf", tbiWriteGltf, nullptr},
+                                                  {"obj", nullptr, "obj"},
+                                                  {"ply", tbiWritePly, nullptr},
+                                                  {"stl", tbiWriteStl, nullptr},
+                                                  {"3mf", tbiWrite3mf, nullptr},
+                                                  {"dae", nullptr, "collada"},
+                                                  {"x", nullptr, "x"},
+                                                  {"fbx", nullptr, "fbxa", true}}};
 } // namespace
 
 std::span<const tbiExportFormat> tbiExportFormats()

@@ -12,7 +12,8 @@ struct tbiExportFormat
     const char* extension;
     /// Makes the bytes of the file; null where the library writes the format.
     std::string (*write)(const tbiExportScene& scene);
-    const char* id; // what the library calls the format, null for ours
+    const char* id;        // what the library calls the format, null for ours
+    bool losesTop = false; // what is said of the topmost node is lost
 };
 
 std::span<const tbiExportFormat> tbiExportFormats();
