@@ -39,7 +39,10 @@ seeds_of() # TARGET
 {
     case $1 in
     open | scene | check | rle) find tests/data/good tests/data/hostile -name '*.tb' 2>/dev/null || true ;;
-    text) find tests/data -name '*.tbt' -o -name '*.tb' 2>/dev/null || true ;;
+    text)
+        build/fuzz/targets/make_texts build/fuzz/texts tests/data/good/*.tb
+        find build/fuzz/texts tests/data/good tests/data/hostile -name '*.t*' 2>/dev/null || true
+        ;;
     esac
 }
 
@@ -53,8 +56,8 @@ longest() # TARGET
     esac
 }
 
-# The entropic schedule would take half of the time for its sums, as many inputs as these targets learn.
-# Every seed is replayed whole; of those that fuzzing begins with, the fuzzer cuts what is too long.
+# Every seed is replayed whole; of those that fuzzing begins with, the fuzzer cuts what is too long. Its entropic
+# schedule would take half of the time for its sums.
 fuzz() # TARGET
 {
     local target=$1 program=$root/build/fuzz/targets/$1_fuzz corpus=$out/corpus/$1 log=$out/$1.log result=0
@@ -67,8 +70,9 @@ fuzz() # TARGET
     [ ${#seeds[@]} -eq 0 ] || "$program" "${options[@]}" "${seeds[@]/#/$root/}" >>"$log" 2>&1 || result=1
     if [ $result -eq 0 ] && [ "$seconds" -gt 0 ]; then
         [ ${#seeds[@]} -eq 0 ] || cp -u "${seeds[@]}" "$corpus"
-        "$program" "${options[@]}" -max_len="$(longest "$target")" -len_control=0 -entropic=0 -max_total_time="$seconds" -dict="$root/fuzz/native.dict" \
-            "$corpus" >>"$log" 2>&1 || result=1
+        options+=(-max_len="$(longest "$target")" -len_control=0 -entropic=0 -max_total_time="$seconds")
+        options+=(-dict="$root/fuzz/$([ "$target" = text ] && echo text || echo native).dict")
+        "$program" "${options[@]}" "$corpus" >>"$log" 2>&1 || result=1
     fi
     after=$(find "$out" -maxdepth 1 -name "$target-*" | wc -l)
     awk -v target="$target" -v findings=$((after - before)) -v seeds=${#seeds[@]} -v result=$result '
