@@ -150,8 +150,10 @@ tbEntry* tbMotionAction::read(tbFile* file, tbEntry* entry)
     paused = entry->readInt() != 0;
     clockStart = -1.0;
     tbBase* object = entry->readInt() != 0 ? readRef(file, entry) : nullptr;
-    setTarget(object && object->isOfType(tbTransform::getClassType()) ? static_cast<tbTransform*>(object)
-                                                                      : nullptr);
+    const bool canMove = object && object->isOfType(tbTransform::getClassType());
+    if (object && !canMove)
+        entry->passOver("a target of a motion that is no transform");
+    setTarget(canMove ? static_cast<tbTransform*>(object) : nullptr);
     held = target;
     return entry;
 }

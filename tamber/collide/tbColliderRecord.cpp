@@ -53,6 +53,8 @@ tbEntry* tbCollider::read(tbFile* file, tbEntry* entry)
         tbBase* object = readRef(file, entry);
         if (object && object->isOfType(tbTravTrait::getClassType()))
             addTrait(static_cast<tbTravTrait*>(object));
+        else if (object)
+            entry->passOver("a trait of a collider that is none for walks");
     }
     return entry->hasFailed() ? nullptr : entry;
 }

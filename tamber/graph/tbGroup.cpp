@@ -224,8 +224,13 @@ tbEntry* tbGroup::read(tbFile* file, tbEntry* entry)
     for (int i = 0; i < n; ++i)
     {
         tbBase* object = readRef(file, entry);
-        if (!object || !object->isOfType(getClassType()))
+        if (!object)
             continue;
+        if (!object->isOfType(getClassType()))
+        {
+            entry->passOver("a child that is no node");
+            continue;
+        }
         tbGroup* child = static_cast<tbGroup*>(object);
         tbiPropagation::FreshNode fresh(child->anyTravFlags(TF_UPDATE) ? child : nullptr);
         addChild(child);

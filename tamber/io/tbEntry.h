@@ -61,6 +61,8 @@ public:
     /// `rule`, the rule that the data breaks. Only the first call for an entry counts.
     void fail(const char* rule);
     bool hasFailed() const { return failed; }
+    /// Reports as fail() does, where the object can be read without what breaks the rule.
+    void passOver(const char* rule);
 
     // Writing. The data grows with the cursor. An entry that cannot grow any more keeps what it has, and the file
     // refuses to be written.
@@ -158,6 +160,8 @@ private:
     unsigned char* data = nullptr;
     const void* handle = nullptr;
     int dirNum = -1;
+    std::uint32_t recordPlace = 0; // of the directory record that it was made from, in the file
+    int counted = 0;           // bytes of data or of what was made of it, that stand in the file's account
     unsigned int expanded = 0; // objects below and with this one, one for each path
     tbFile* file;
 };

@@ -44,6 +44,13 @@ std::string printable(const tbiTag* tag)
     return tag ? printable(tag->name) : "(none)";
 }
 
+// The beginning of what is said of an entry.
+std::string describe(const tbEntry* entry, const tbTList<tbiTag*>& tags)
+{
+    const tbiTag* tag = tags.indexInRange(entry->getTag()) ? tags[entry->getTag()] : nullptr;
+    return "entry " + std::to_string(entry->getDirNum()) + " (" + printable(tag) + "), byte ";
+}
+
 std::uint32_t hashName(const char* name)
 {
     std::uint32_t hash = 2166136261u;
@@ -95,22 +102,54 @@ bool tbFile::setError(FILE_ERROR error, const char* rule)
     return false;
 }
 
-void tbFile::report(const tbEntry* entry, const char* rule)
+// A fault of the tables, at a byte of the file.
+bool tbFile::failAt(FILE_ERROR error, std::int64_t place, const char* rule)
 {
-    setError(FILE_READ_ERROR, rule);
-    tbiWithoutThrow([&] { describe(entry, rule); });
+    setError(error, rule);
+    tbiWithoutThrow([&] { setError(error, ("byte " + std::to_string(place) + ": " + rule).c_str()); });
+    return false;
 }
 
-void tbFile::describe(const tbEntry* entry, const char* rule)
+// A fault of an entry's data, at the cursor.
+void tbFile::report(const tbEntry* entry, const char* rule)
 {
-    std::string text = rule;
-    if (entry)
+    reportPlace(entry, entry->cursor, ": ", rule);
+}
+
+// A fault of an entry at a byte of the file: its directory record, or data that cannot be had.
+void tbFile::reportAt(const tbEntry* entry, std::int64_t place, const char* rule)
+{
+    reportPlace(entry, place, " of the file: ", rule);
+}
+
+// A fault of the reference that was just read, or of an entry that the program asked for.
+void tbFile::reportReference(const tbEntry* referrer, int index, const char* rule)
+{
+    if (referrer)
+        reportPlace(referrer, referrer->cursor - 4, ": ", rule);
+    else if (const tbEntry* target = getEntry(index))
+        reportAt(target, target->recordPlace + RECORD_TAG, rule);
+    else
     {
-        const tbiTag* tag = tags.indexInRange(entry->tag) ? tags[entry->tag] : nullptr;
-        text = "entry " + std::to_string(entry->dirNum) + " (" + printable(tag) + "), byte " +
-               std::to_string(entry->cursor) + ": " + rule;
+        setError(FILE_READ_ERROR, rule);
+        printError();
     }
-    setError(FILE_READ_ERROR, text.c_str());
+}
+
+void tbFile::reportPlace(const tbEntry* entry, std::int64_t place, const char* whatOf, const char* rule)
+{
+    setError(FILE_READ_ERROR, rule);
+    tbiWithoutThrow(
+        [&]
+        {
+            setError(FILE_READ_ERROR,
+                     (describe(entry, tags) + std::to_string(place) + whatOf + rule).c_str());
+            printError();
+        });
+}
+
+void tbFile::printError()
+{
     if (state->numMessages < MOST_MESSAGES)
         tbMessage("%s\n", state->errorText.c_str());
     else if (state->numMessages == MOST_MESSAGES)
@@ -121,16 +160,16 @@ void tbFile::describe(const tbEntry* entry, const char* rule)
 void tbFile::reportUnknownClass(const tbEntry* entry)
 {
     tbiTag* tag = tags[entry->tag];
-    if (tag->reported)
-        return;
-    tag->reported = true;
     tbiWithoutThrow(
         [&]
         {
             const std::string name = printable(tag);
-            state->errorText = state->label + ": no plug-in supplies the class " + name;
-            tbMessage("%s: no plug-in supplies the class %s, its objects are left out\n",
-                      state->label.c_str(), name.c_str());
+            state->errorText = state->label + ": " + describe(entry, tags) +
+                               std::to_string(entry->recordPlace + RECORD_TAG) +
+                               " of the file: no plug-in supplies the class " + name;
+            if (!std::exchange(tag->reported, true))
+                tbMessage("%s: no plug-in supplies the class %s, its objects are left out\n",
+                          state->label.c_str(), name.c_str());
         });
 }
 
@@ -184,13 +223,13 @@ bool tbFile::readTables()
 {
     const std::int64_t length = tbiFileLength(descriptor);
     if (length < 1)
-        return setError(FILE_EMPTY, "the file is empty");
+        return failAt(FILE_EMPTY, 0, "the file is empty");
     state->window.attach(descriptor, length);
     unsigned char bytes[HEADER_SIZE];
     if (!state->window.read(bytes, HEADER_SIZE, 0))
-        return setError(FILE_READ_ERROR, "the file ends within its header");
+        return failAt(FILE_READ_ERROR, length, "the file ends within its header");
     if (!isMagic(bytes + HEADER_MAGIC, byteSwapped))
-        return setError(FILE_BAD_FORMAT, "not a file of this format");
+        return failAt(FILE_BAD_FORMAT, HEADER_MAGIC, "not a file of this format");
     header = new tbiFileHeader;
     if (!header)
         return false;
@@ -201,20 +240,20 @@ bool tbFile::readTables()
         tbMessage("%s: written by a newer release, %u.%u\n", state->label.c_str(),
                   tbGetMajorVersion(header->version), tbGetMinorVersion(header->version));
     if (header->numEntries == 0)
-        return setError(FILE_READ_ERROR, "the file has no entries");
+        return failAt(FILE_READ_ERROR, HEADER_ENTRIES, "the file has no entries");
     const std::int64_t tagBytes = std::int64_t{TAG_SIZE} * header->numTags;
     const std::int64_t recordBytes = std::int64_t{RECORD_SIZE} * header->numEntries;
     state->dataStart = HEADER_SIZE + tagBytes + recordBytes;
     if (state->dataStart > length || header->numEntries > unsigned(LARGEST_COUNT) ||
         header->numTags > unsigned(LARGEST_COUNT))
-        return setError(FILE_READ_ERROR, "more tags and entries than the file can hold");
+        return failAt(FILE_READ_ERROR, HEADER_ENTRIES, "more tags and entries than the file can hold");
     state->setBudget(length);
 
     const std::size_t tableBytes = std::size_t(tagBytes + recordBytes);
     auto* tables = static_cast<unsigned char*>(tbMemory::malloc(tableBytes));
     bool read = tables && state->window.read(tables, tableBytes, HEADER_SIZE);
     if (tables && !read)
-        setError(FILE_READ_ERROR, "the file ends within its tables");
+        failAt(FILE_READ_ERROR, HEADER_SIZE, "the file ends within its tables");
     read = read && readTags(tables, int(header->numTags)) &&
            readDirectory(tables + tagBytes, int(header->numEntries));
     tbMemory::free(tables);
@@ -227,7 +266,12 @@ bool tbFile::readTags(const unsigned char* records, int number)
     for (int i = 0; i < number; ++i, records += TAG_SIZE)
     {
         if (load<std::uint32_t>(records + TAG_INDEX, byteSwapped) != std::uint32_t(i))
-            return setError(FILE_READ_ERROR, "a tag stands at another place than its index says");
+        {
+            const std::string text = "tag " + std::to_string(i) + ", byte " +
+                                     std::to_string(HEADER_SIZE + std::int64_t{TAG_SIZE} * i) +
+                                     ": a tag stands at another place than its index says";
+            return setError(FILE_READ_ERROR, text.c_str());
+        }
         char name[TAG_NAME_SIZE];
         std::memcpy(name, records + TAG_NAME, TAG_NAME_SIZE);
         name[TAG_NAME_SIZE - 1] = 0;
@@ -245,6 +289,8 @@ bool tbFile::readDirectory(const unsigned char* records, int number)
         auto* entry = new tbEntry(this, int(load<std::uint32_t>(records + RECORD_TAG, byteSwapped)));
         if (!entry || addEntry(entry) < 0)
             return setError(FILE_READ_ERROR, "memory is out");
+        entry->recordPlace = std::uint32_t(HEADER_SIZE + std::int64_t{TAG_SIZE} * tags.getNum() +
+                                           std::int64_t{RECORD_SIZE} * i);
         entry->magic = load<std::uint32_t>(records + RECORD_MAGIC, false);
         entry->byteSwapped = entry->magic == MAGIC_SWAPPED;
         entry->fileOffset = load<std::uint32_t>(records + RECORD_OFFSET, byteSwapped);
@@ -512,6 +558,7 @@ bool tbFile::removeEntry(tbEntry* entry)
     if (gap < entries.getNum())
         entries[gap]->dirNum = gap;
     state->firstEntriesKnown = false;
+    giveBack(entry);
     dropHold(entry);
     rebind(entry, nullptr);
     delete entry;

@@ -154,8 +154,12 @@ private:
 
     // Errors
     bool setError(FILE_ERROR error, const char* rule);
+    bool failAt(FILE_ERROR error, std::int64_t place, const char* rule);
     void report(const tbEntry* entry, const char* rule);
-    void describe(const tbEntry* entry, const char* rule);
+    void reportAt(const tbEntry* entry, std::int64_t place, const char* rule);
+    void reportReference(const tbEntry* referrer, int index, const char* rule);
+    void reportPlace(const tbEntry* entry, std::int64_t place, const char* whatOf, const char* rule);
+    void printError();
     void reportUnknownClass(const tbEntry* entry);
     void failWrite(const char* rule);
 
@@ -176,12 +180,14 @@ private:
     bool loadPacked(tbEntry* entry);
     bool checkPlace(const tbEntry* entry, std::int64_t length);
     bool spendBudget(tbEntry* entry);
+    void giveBack(tbEntry* entry);
 
     // References
     tbBase* follow(int index, const tbEntry* referrer, bool nested);
     tbBase* makeObject(tbEntry* entry, const tbEntry* referrer);
     bool readInto(tbBase* object, tbEntry* entry);
     bool beginObject(tbEntry* entry);
+    bool isSceneInScene(const tbType* type) const;
     bool countPaths(const tbEntry* target, const tbEntry* referrer);
     tbEntry* findTarget(int index, const tbEntry* referrer);
     void* readDataRef(tbEntry* entry, const char* className, ReadDataFunc read, HoldDataFunc holdData);

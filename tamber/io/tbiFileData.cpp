@@ -39,13 +39,13 @@ bool tbFile::loadData(tbEntry* entry)
 {
     if (entry->dataSize < 1)
     {
-        report(entry, "an entry without data");
+        reportAt(entry, entry->recordPlace + RECORD_DATA_SIZE, "an entry without data");
         lastError = FILE_NO_DATA;
         return false;
     }
     if (entry->magic != MAGIC && entry->magic != MAGIC_SWAPPED)
     {
-        report(entry, "a directory record without the magic");
+        reportAt(entry, entry->recordPlace + RECORD_MAGIC, "a directory record without the magic");
         lastError = FILE_BAD_FORMAT;
         return false;
     }
@@ -56,7 +56,7 @@ bool tbFile::loadData(tbEntry* entry)
     case tbEntry::RLE:
         return loadPacked(entry);
     }
-    report(entry, "an unknown compression");
+    reportAt(entry, entry->recordPlace + RECORD_COMPRESSION, "an unknown compression");
     return false;
 }
 
@@ -65,23 +65,34 @@ bool tbFile::checkPlace(const tbEntry* entry, std::int64_t length)
     const std::int64_t offset = entry->fileOffset;
     if (offset >= state->dataStart && offset + length <= state->window.getLength())
         return true;
-    report(entry, "the data lies outside the file's data");
+    reportAt(entry, entry->recordPlace + RECORD_OFFSET, "the data lies outside the file's data");
     return false;
 }
 
-// Entries may share bytes of the file, so what they hold together is limited, not only each of them.
+// Entries may share bytes of the file, so what they hold together is limited, not only each of them: all that was ever
+// loaded, which takes time, and what is there at once, which takes memory.
 bool tbFile::spendBudget(tbEntry* entry)
 {
-    if (entry->budgeted)
-        return true;
-    if (entry->dataSize > state->dataBudget - state->dataSpent)
+    const int more = entry->budgeted ? 0 : entry->dataSize;
+    const int held = entry->dataSize - entry->counted;
+    if (more > state->dataBudget - state->dataSpent || held > state->heldBudget - state->dataHeld)
     {
-        report(entry, "the entries together hold more than a file of this length can");
+        reportAt(entry, entry->recordPlace + RECORD_DATA_SIZE,
+                 "the entries together hold more than a file of this length can");
         return false;
     }
-    state->dataSpent += entry->dataSize;
+    state->dataSpent += more;
+    state->dataHeld += held;
     entry->budgeted = true;
+    entry->counted = entry->dataSize;
     return true;
+}
+
+// For an entry of which neither data nor object is left.
+void tbFile::giveBack(tbEntry* entry)
+{
+    state->dataHeld -= entry->counted;
+    entry->counted = 0;
 }
 
 bool tbFile::loadPlain(tbEntry* entry)
@@ -94,7 +105,7 @@ bool tbFile::loadPlain(tbEntry* entry)
     if (!data || !state->window.read(data, size, entry->fileOffset))
     {
         tbMemory::free(data);
-        report(entry, "the data cannot be read");
+        reportAt(entry, entry->fileOffset, "the data cannot be read");
         return false;
     }
     entry->data = data;
@@ -109,13 +120,13 @@ bool tbFile::loadPacked(tbEntry* entry)
         return false;
     if (!state->window.read(word, sizeof word, entry->fileOffset))
     {
-        report(entry, "the data cannot be read");
+        reportAt(entry, entry->fileOffset, "the data cannot be read");
         return false;
     }
     const auto length = load<std::uint32_t>(word, entry->byteSwapped);
     if (length < 1 || entry->dataSize > BEST_PACKING * length)
     {
-        report(entry, "a packed length that the data does not fit");
+        reportAt(entry, entry->fileOffset, "a packed length that the data does not fit");
         return false;
     }
     if (!checkPlace(entry, std::int64_t(sizeof word) + length) || !spendBudget(entry))
@@ -133,7 +144,7 @@ bool tbFile::loadPacked(tbEntry* entry)
     tbMemory::free(packed);
     if (!data)
     {
-        report(entry, "packed data that is damaged or gives more than its size");
+        reportAt(entry, entry->fileOffset, "packed data that is damaged or gives more than its size");
         return false;
     }
     entry->freeData();

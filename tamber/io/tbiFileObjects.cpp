@@ -1,11 +1,14 @@
 // How references from entry to entry are followed, and how much a file may make of them.
 #include <tamber/io/tbFile.h>
 
+#include <tamber/graph/tbScene.h>
 #include <tamber/io/tbiFileState.h>
 #include <tamber/kernel/tbBase.h>
 
 namespace
 {
+
+using namespace tbiFileLayout;
 
 // Tags of entries that stand for no object.
 bool isDataTag(const char* className)
@@ -40,9 +43,10 @@ tbEntry* tbFile::findTarget(int index, const tbEntry* referrer)
 {
     tbEntry* target = getEntry(index);
     if (!target)
-        report(referrer, "a reference beyond the directory");
+        reportReference(referrer, index, "a reference beyond the directory");
     else if (target->state != tbEntry::STATE_IDLE)
-        report(referrer, "a reference to an entry that is being read, which would close a cycle");
+        reportReference(referrer, index,
+                        "a reference to an entry that is being read, which would close a cycle");
     else if (!target->failed)
         return target;
     return nullptr;
@@ -55,7 +59,12 @@ tbBase* tbFile::follow(int index, const tbEntry* referrer, bool nested)
         return nullptr;
     if (target->handle && target->kind != tbEntry::KIND_OBJECT)
     {
-        report(referrer, "a reference to an entry of another kind");
+        reportReference(referrer, index, "a reference to an entry of another kind");
+        return nullptr;
+    }
+    if (nested && target->handle && isSceneInScene(objectOf(target->handle)->getType()))
+    {
+        reportReference(referrer, index, "a scene inside a scene");
         return nullptr;
     }
     tbBase* object = target->handle ? objectOf(target->handle) : makeObject(target, referrer);
@@ -75,13 +84,13 @@ tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
     if (state->readDepth > maxDepth)
     {
         if (!std::exchange(state->depthReported, true))
-            report(referrer, "references nest too deep");
+            reportReference(referrer, entry->dirNum, "references nest too deep");
         return nullptr;
     }
     const char* className = getTagDesc(entry->tag);
     if (!className || isDataTag(className))
     {
-        report(referrer, "a reference to an entry of another kind");
+        reportReference(referrer, entry->dirNum, "a reference to an entry of another kind");
         return nullptr;
     }
     const tbType* type = tbType::findType(className);
@@ -90,10 +99,16 @@ tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
         reportUnknownClass(entry);
         return nullptr;
     }
+    if (isSceneInScene(type))
+    {
+        reportReference(referrer, entry->dirNum, "a scene inside a scene");
+        return nullptr;
+    }
     tbBase* object = type->isWritable() ? type->create() : nullptr;
     if (!object)
     {
-        entry->fail("a class of which files make no objects");
+        entry->failed = true;
+        reportAt(entry, entry->recordPlace + RECORD_TAG, "a class of which files make no objects");
         return nullptr;
     }
     object->refNoCheck(); // nothing that happens while it reads may delete it
@@ -117,8 +132,16 @@ tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
     return object;
 }
 
+// Scenes are roots: each has locks, events and walks of its own.
+bool tbFile::isSceneInScene(const tbType* type) const
+{
+    return state->openScenes > 0 && type->isOfType(tbScene::getClassType());
+}
+
 bool tbFile::readInto(tbBase* object, tbEntry* entry)
 {
+    const int isScene = object->isOfType(tbScene::getClassType()) ? 1 : 0;
+    state->openScenes += isScene;
     const bool loadedBefore = entry->data != nullptr;
     const int cursor = entry->cursor;
     const unsigned int pathsAbove = std::exchange(state->paths, 1u);
@@ -127,14 +150,20 @@ bool tbFile::readInto(tbBase* object, tbEntry* entry)
     ++state->readDepth;
     const bool read = object->read(this, entry) != nullptr;
     --state->readDepth;
+    state->openScenes -= isScene;
     if (!read && entry->state == tbEntry::STATE_READING)
         entry->fail("its class cannot read it");
     entry->state = tbEntry::STATE_IDLE;
     entry->expanded = std::exchange(state->paths, pathsAbove);
     entry->cursor = loadedBefore ? cursor : 0;
+    const bool good = read && !entry->failed;
     if (!loadedBefore)
+    {
         entry->freeData();
-    return read && !entry->failed;
+        if (!good)
+            giveBack(entry);
+    }
+    return good;
 }
 
 // Loads the entry for the object that reads itself from it. Its cursor is at the start then.
@@ -163,7 +192,7 @@ bool tbFile::countPaths(const tbEntry* target, const tbEntry* referrer)
         return true;
     }
     if (!std::exchange(state->pathsReported, true))
-        report(referrer, "the graph has too many paths");
+        reportReference(referrer, target->dirNum, "the graph has too many paths");
     return false;
 }
 
@@ -200,7 +229,7 @@ void* tbFile::readDataRef(tbEntry* entry, const char* className, ReadDataFunc re
                           (!target->handle || target->kind == tbEntry::KIND_DATA);
     if (!sameKind)
     {
-        report(entry, "a reference to an entry of another kind");
+        reportReference(entry, index, "a reference to an entry of another kind");
         return nullptr;
     }
     if (!state->prepareHold())
@@ -231,6 +260,7 @@ void* tbFile::makeData(tbEntry* target, ReadDataFunc read, HoldDataFunc holdData
     if (data && !target->failed && target->bind(data, tbEntry::KIND_DATA))
         return data;
     target->failed = true;
+    giveBack(target);
     if (data)
     {
         holdData(data, true);

@@ -36,8 +36,13 @@ struct tbiFileState : tbAllocated<tbiFileState>
     std::int64_t dataBudget = 0; // what all entries together may hold
     std::int64_t dataSpent = 0;
 
+    std::int64_t heldBudget = 0; // what may be there at one time, data and what was made of it
+    std::int64_t dataHeld = 0;
+
     static constexpr std::int64_t SMALLEST_BUDGET = std::int64_t{256} << 20;
     static constexpr std::int64_t BUDGET_FACTOR = 160;
+    static constexpr std::int64_t HELD_BUDGET = std::int64_t{24} << 20;
+    static constexpr std::int64_t HELD_FACTOR = 128; // the best that packing can do
 
     tbProgressFunc progress = nullptr;
     std::int64_t bytesDone = 0; // of all that the entries hold, since the file was opened or write() began
@@ -45,7 +50,8 @@ struct tbiFileState : tbAllocated<tbiFileState>
     int stepsDone = 0;
     static constexpr int PROGRESS_STEPS = 256;
 
-    int readDepth = 0; // objects that are reading themselves
+    int readDepth = 0;  // objects that are reading themselves
+    int openScenes = 0; // scenes among them
     unsigned int paths = 0;
     bool depthReported = false;
     bool pathsReported = false;
@@ -57,8 +63,12 @@ struct tbiFileState : tbAllocated<tbiFileState>
     const char* writeRule = nullptr; // why the file must not be written
     tbiFileWriter writer;
 
-    /// Sets what the entries of a file of `length` bytes may hold.
-    void setBudget(std::int64_t length) { dataBudget = std::max(SMALLEST_BUDGET, BUDGET_FACTOR * length); }
+    /// Sets what the entries of a file of `length` bytes may hold. Where no two of them share bytes, all is allowed.
+    void setBudget(std::int64_t length)
+    {
+        dataBudget = std::max(SMALLEST_BUDGET, BUDGET_FACTOR * length);
+        heldBudget = HELD_BUDGET + HELD_FACTOR * length;
+    }
     bool setErrorText(const char* rule)
     {
         errorText = label.empty() ? rule : label + ": " + rule;
@@ -97,8 +107,8 @@ struct tbiFileState : tbAllocated<tbiFileState>
         tagNames.clear();
         firstEntriesKnown = true;
         window.detach();
-        dataStart = dataBudget = dataSpent = 0;
-        readDepth = writeDepth = 0;
+        dataStart = dataBudget = dataSpent = heldBudget = dataHeld = 0;
+        readDepth = openScenes = writeDepth = 0;
         paths = 0;
         heldData.clear();
         progress = nullptr;

@@ -262,6 +262,8 @@ tbEntry* tbStyle::read(tbFile* file, tbEntry* entry)
             addTrait(static_cast<tbAudioTrait*>(object));
         else if (object->isOfType(tbTravTrait::getClassType()))
             addTrait(static_cast<tbTravTrait*>(object));
+        else
+            entry->passOver("a trait of a style that is none");
     }
     return entry->hasFailed() ? nullptr : entry;
 }

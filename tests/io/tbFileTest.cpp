@@ -95,7 +95,7 @@ TEST_F(File, EveryHeaderFaultHasItsError)
     wrongIndex[96 + 68] = 7;
     EXPECT_EQ(openBytes(wrongIndex), tbFile::FILE_READ_ERROR);
     EXPECT_FALSE(file.isOpen());
-    EXPECT_NE(std::string(file.getErrorText()).find("file.tb: a tag stands"), std::string::npos);
+    EXPECT_NE(std::string(file.getErrorText()).find("file.tb: tag 1, byte 164: a tag stands"), std::string::npos);
 }
 
 TEST_F(File, FormatIsToldByLengthAndMagic)
@@ -199,7 +199,7 @@ TEST_F(File, DataMustLieInTheDataOfTheFile)
         FileBuilder builder = twoEntries();
         builder.entries[0].offset = offset;
         ASSERT_EQ(openBytes(builder.build()), tbFile::FILE_OK);
-        tbtest::expectMessage("entry 0 (tbOne), byte 0: the data lies outside");
+        tbtest::expectMessage("entry 0 (tbOne), byte 240 of the file: the data lies outside");
         EXPECT_FALSE(file.readEntry(file.getEntry(0)));
         EXPECT_EQ(file.getLastError(), tbFile::FILE_READ_ERROR);
         EXPECT_TRUE(file.readEntry(file.getEntry(1)));
