@@ -13,8 +13,6 @@ namespace tbtest
 {
 namespace
 {
-constexpr int MOST_OBJECTS = 12;
-
 const char* nameOf(tbFile::FILE_ERROR error)
 {
     constexpr const char* names[] = {"FILE_OK",         "FILE_CANNOT_OPEN",  "FILE_NOT_OPEN",
@@ -56,7 +54,7 @@ Expectation Expectation::ofFile(const std::string& path)
         result.lines.push_back("says " + (last = withoutPath(line, path)));
     if (file.text != last)
         result.lines.push_back("text " + file.text);
-    std::istringstream graph(listGraph(file.roots(), MOST_OBJECTS));
+    std::istringstream graph(file.opened ? listShortly(file.roots()) : std::string());
     for (std::string line; std::getline(graph, line);)
         result.lines.push_back("holds " + line);
     return result;

@@ -11,6 +11,7 @@
 #include <portable/tbTexture.h>
 #include <tamber/tbKernel.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <unordered_map>
 
@@ -18,6 +19,14 @@ namespace tbtest
 {
 namespace
 {
+std::uint32_t checksum(const unsigned char* bytes, std::size_t size)
+{
+    std::uint32_t sum = 2166136261u;
+    for (std::size_t i = 0; i < size; ++i)
+        sum = (sum ^ bytes[i]) * 16777619u;
+    return sum;
+}
+
 // One object's line, and the objects that it leads to.
 class Line
 {
@@ -37,7 +46,10 @@ public:
     {
         text += ' ';
         if (!value)
-            return word("-");
+        {
+            text += '-';
+            return *this;
+        }
         text += '"';
         for (; *value != 0; ++value)
             add(*value >= 0x20 && *value < 0x7F ? "%c" : "\\x%02X", int(static_cast<unsigned char>(*value)));
@@ -66,10 +78,12 @@ public:
     }
     Line& bytes(const void* data, std::size_t size)
     {
+        constexpr std::size_t MOST = 256;
         text += ' ';
-        for (std::size_t i = 0; i < size; ++i)
-            add("%02x", int(static_cast<const unsigned char*>(data)[i]));
-        return *this;
+        const auto* all = static_cast<const unsigned char*>(data);
+        for (std::size_t i = 0; i < std::min(size, MOST); ++i)
+            add("%02x", int(all[i]));
+        return size > MOST ? add("... %zu bytes, sum %08x", size, unsigned(checksum(all, size))) : *this;
     }
 
     std::string text;
@@ -365,28 +379,59 @@ void listObject(Line& line, const tbBase* object)
            tbTexture, tbBlend, tbFaceCull, tbMotionAction, tbPathAction, tbKeyFrameAction, FileNode>(line,
                                                                                                      object);
 }
-} // namespace
 
-std::string listGraph(const std::vector<tbBase*>& roots, int most)
+// The lines of everything that the numbered objects lead to.
+std::vector<std::string> listAll(std::unordered_map<const tbBase*, int>& numbers,
+                                 std::vector<const tbBase*>& objects)
 {
-    std::unordered_map<const tbBase*, int> numbers;
-    std::vector<const tbBase*> objects;
-    std::string text;
-    for (const tbBase* root : roots)
-        if (!root)
-            text += "null\n";
-        else if (numbers.try_emplace(root, int(objects.size())).second)
-            objects.push_back(root);
+    std::vector<std::string> lines;
     for (std::size_t i = 0; i < objects.size(); ++i)
     {
         Line line(numbers, objects);
         line.text = "#" + std::to_string(i);
         listObject(line, objects[i]);
-        if (i < std::size_t(most))
-            text += line.text + "\n";
+        lines.push_back(std::move(line.text));
     }
-    if (objects.size() > std::size_t(most))
-        text += "and " + std::to_string(objects.size() - std::size_t(most)) + " more\n";
+    return lines;
+}
+
+std::string shortened(const std::string& line)
+{
+    constexpr std::size_t MOST_CHARACTERS = 300;
+    if (line.size() <= MOST_CHARACTERS)
+        return line;
+    const std::uint32_t sum = checksum(reinterpret_cast<const unsigned char*>(line.data()), line.size());
+    char end[80];
+    std::snprintf(end, sizeof end, "... %zu characters, sum %08x", line.size(), unsigned(sum));
+    return line.substr(0, MOST_CHARACTERS) + end;
+}
+} // namespace
+
+std::string listGraph(const tbBase* root)
+{
+    std::unordered_map<const tbBase*, int> numbers{{root, 0}};
+    std::vector<const tbBase*> objects{root};
+    std::string text;
+    for (const std::string& line : listAll(numbers, objects))
+        text += line + "\n";
+    return text;
+}
+
+std::string listShortly(const std::vector<tbBase*>& roots)
+{
+    constexpr std::size_t MOST_LINES = 12;
+    std::unordered_map<const tbBase*, int> numbers;
+    std::vector<const tbBase*> objects;
+    Line heads(numbers, objects);
+    heads.text = "roots";
+    for (const tbBase* root : roots)
+        heads.object(root);
+    const std::vector<std::string> lines = listAll(numbers, objects);
+    std::string text = shortened(heads.text) + "\n";
+    for (std::size_t i = 0; i < std::min(lines.size(), MOST_LINES); ++i)
+        text += shortened(lines[i]) + "\n";
+    if (lines.size() > MOST_LINES)
+        text += "and " + std::to_string(lines.size() - MOST_LINES) + " more\n";
     return text;
 }
 } // namespace tbtest

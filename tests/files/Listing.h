@@ -8,7 +8,10 @@ class tbBase;
 
 namespace tbtest
 {
-/// One line for each object that `roots` lead to, each object once: number, class, fields in the order of the file.
-/// References are numbers; null roots are lines as well. Only the first `most` lines come, then how many more.
-std::string listGraph(const std::vector<tbBase*>& roots, int most = 1000000);
+/// One line for each object that `root` leads to, each object once: number, class, fields in the order of the file.
+/// References are numbers.
+std::string listGraph(const tbBase* root);
+/// The same for several roots, after a line that tells which of them are null. Only the first lines come, then how
+/// many more; what is long is cut to its beginning, its length and a checksum.
+std::string listShortly(const std::vector<tbBase*>& roots);
 } // namespace tbtest

@@ -5,6 +5,7 @@
 
 #include <tamber/tbKernel.h>
 
+#include <algorithm>
 #include <unordered_map>
 
 namespace tbtest
@@ -65,15 +66,15 @@ std::string withoutPath(const std::string& line, const std::string& path)
     return line.compare(0, start.size(), start) == 0 ? line.substr(start.size()) : line;
 }
 
-WholeFile::WholeFile(const std::string& path)
+WholeFile::WholeFile(const std::string& path, int most)
 {
     tbFile file;
     opened = file.open(path.c_str(), "r");
     numEntries = file.getNumEntries();
-    for (int i = 0; i < numEntries; ++i)
+    for (int i = 0; i < std::min(numEntries, most); ++i)
     {
         tbEntry* entry = file.getEntry(i);
-        if (!isDataTag(file.getTagDesc(entry->getTag())))
+        if (i == 0 || !isDataTag(file.getTagDesc(entry->getTag())))
             objects.emplace_back(file.readObject(i));
         else
             file.readEntry(entry);
@@ -113,7 +114,7 @@ tbRef<tbBase> saveAndRead(tbBase* object, const std::string& folder)
 {
     const std::string path = (std::filesystem::path(folder) / "saved.tb").string();
     tbFile out;
-    if (!out.create(path.c_str()) || !out.writeObject(object) || !out.write())
+    if (!out.create(path.c_str()) || !object->write(&out, nullptr) || !out.write())
         return nullptr;
     out.close();
     tbFile in;

@@ -11,10 +11,11 @@
 
 namespace tbtest
 {
-/// What came of a file whose every entry was asked for. Data that is no object is loaded and read as such.
+/// What came of a file whose every entry, or the first ones, were asked for. Entries that stand for no object are loaded, the first one is
+/// asked for as an object all the same.
 struct WholeFile
 {
-    explicit WholeFile(const std::string& path);
+    explicit WholeFile(const std::string& path, int most = 1 << 30);
 
     /// Objects that were made, in the order of the entries; null for what could not be.
     std::vector<tbRef<tbBase>> objects;

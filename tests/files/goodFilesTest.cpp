@@ -63,7 +63,7 @@ TEST_P(GoodFile, HoldsWhatItAlwaysHeldAndIsSavedTheSame)
         EXPECT_EQ(file.error, tbFile::FILE_OK) << file.text;
         ASSERT_FALSE(file.objects.empty());
         tbBase* root = file.objects[0].get();
-        EXPECT_EQ(tbtest::listGraph({root}), expected);
+        EXPECT_EQ(tbtest::listGraph(root), expected);
 
         ASSERT_TRUE(tbtest::saveAndRead(root, directory.path("")));
         const std::string saved = tbtest::readAll(directory.path("saved.tb"));

@@ -25,7 +25,7 @@ int main(int argc, char** argv)
         }
         const tbtest::WholeFile file(argv[i]);
         if (!file.objects.empty())
-            std::printf("%s", tbtest::listGraph({file.objects[0].get()}).c_str());
+            std::printf("%s", tbtest::listGraph(file.objects[0].get()).c_str());
     }
     return 0;
 }

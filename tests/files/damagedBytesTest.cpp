@@ -1,0 +1,117 @@
+// Small good files cut at every place, and with every byte that is read changed: no crash, no hang, nothing left
+// behind, and every failure says what it is.
+#include <tests/files/WholeFile.h>
+
+#include <tests/support/FileNode.h>
+#include <tests/support/Messages.h>
+#include <tests/support/TempFile.h>
+
+#include <portable/tbMesh.h>
+#include <tamber/graph/tbScene.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+using tbtest::WholeFile;
+
+namespace
+{
+
+const std::filesystem::path FOLDER = TEST_DATA "/good";
+
+// Of reserved bytes, of the gap behind the directory and of what follows a tag's name nothing is read.
+std::vector<bool> bytesThatAreRead(const std::string& bytes, bool swapped)
+{
+    const auto word = [&](std::size_t place)
+    {
+        std::size_t value = 0;
+        for (std::size_t i = 0; i < 4; ++i)
+            value |= std::size_t(static_cast<unsigned char>(bytes[place + (swapped ? 3 - i : i)])) << (8 * i);
+        return value;
+    };
+    std::vector<bool> read(bytes.size(), true);
+    const auto skip = [&](std::size_t from, std::size_t to)
+    { std::fill(read.begin() + std::ptrdiff_t(from), read.begin() + std::ptrdiff_t(to), false); };
+    skip(8, 72);
+    skip(80, 96);
+    for (std::size_t i = 0; i < word(76); ++i)
+        skip(96 + 68 * i + 5 + std::strlen(bytes.data() + 96 + 68 * i + 4), 96 + 68 * (i + 1));
+    const std::size_t directoryEnd = 96 + 68 * word(76) + 24 * word(72);
+    skip(directoryEnd, directoryEnd + 88 * word(72));
+    return read;
+}
+
+void readOnce(const std::string& path)
+{
+    const WholeFile file(path);
+    EXPECT_TRUE(file.opened || file.error != tbFile::FILE_OK);
+    EXPECT_TRUE(file.error == tbFile::FILE_OK || !file.text.empty()) << "no error text";
+}
+
+// What a process makes once, like classes and longer lists, is there the second time.
+void readDamaged(const std::string& path)
+{
+    const tbtest::Alive before;
+    readOnce(path);
+    const tbtest::Alive after;
+    if (after == before)
+        return;
+    readOnce(path);
+    EXPECT_TRUE(tbtest::Alive() == after) << "something is left";
+}
+
+class DamagedBytes : public testing::TestWithParam<const char*>
+{
+protected:
+    DamagedBytes()
+    {
+        tbtest::FileNode::makeKnown();
+        tbMesh::getClassType();
+        tbtest::allowMessages();
+        tbtest::writeAll(path, bytes);
+        EXPECT_EQ(WholeFile(path).error, tbFile::FILE_OK);
+    }
+
+    std::string bytes = tbtest::readAll((FOLDER / GetParam()).string());
+    std::vector<bool> isRead = bytesThatAreRead(bytes, std::strstr(GetParam(), "swapped") != nullptr);
+    tbtest::TempDirectory directory;
+    std::string path = directory.path("damaged.tb");
+};
+
+} // namespace
+
+TEST_P(DamagedBytes, NoPrefixDoesHarm)
+{
+    for (std::size_t length = bytes.size(); length-- > 0;)
+    {
+        if (!isRead[length] && length % 16 != 0)
+            continue;
+        std::filesystem::resize_file(path, length);
+        if (length % SWEEP_STEP == 0)
+            readDamaged(path);
+    }
+}
+
+TEST_P(DamagedBytes, NoChangedByteDoesHarm)
+{
+    std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+    {
+        if (!isRead[i] || i % SWEEP_STEP != 0)
+            continue;
+        for (const char wrong : {'\0', '\x7F', '\x80', '\xFF'})
+        {
+            file.seekp(std::streamoff(i)).put(wrong).flush();
+            if (wrong != bytes[i])
+                readDamaged(path);
+        }
+        file.seekp(std::streamoff(i)).put(bytes[i]).flush();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, DamagedBytes,
+                         testing::Values("kernel.tb", "kernel-swapped.tb", "kernel-packed.tb", "portable.tb",
+                                         "portable-swapped-packed.tb", "collider.tb",
+                                         "collider-swapped-packed.tb", "arrays.tb", "arrays-swapped.tb",
+                                         "arrays-packed.tb"));
