@@ -6,6 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 if ! [[ ${1-} =~ ^[0-9]+$ ]]; then
     sed -n '2,4s/^# //p' "$0"
+    case ${1-} in -h | --help) exit 0 ;; esac
     exit 1
 fi
 seconds=$1
