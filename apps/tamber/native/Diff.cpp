@@ -174,6 +174,8 @@ private:
         }
         std::int32_t& stepOfA = firstOfA[std::size_t(pair.a)];
         std::int32_t& stepOfB = firstOfB[std::size_t(pair.b)];
+        if (stepOfA == PASSED_OVER && stepOfB == PASSED_OVER)
+            return;
         const bool freshA = stepOfA == NONE;
         const bool freshB = stepOfB == NONE;
         if (!freshA || !freshB)
