@@ -4,6 +4,7 @@
 #include <plugins/null/tbNullCamera.h>
 #include <plugins/null/tbNullWindow.h>
 #include <tamber/collide/tbCollider.h>
+#include <tamber/graph/tbRangeSwitch.h>
 #include <tamber/io/tbFile.h>
 #include <tamber/io/tbLoader.h>
 #include <tamber/kernel/tbMessage.h>
@@ -17,6 +18,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <thread>
 
 using tbtest::HeapFaults;
@@ -194,30 +196,28 @@ TEST_F(Allocation, ObjectsAreMadeAndCopiedOneByOne)
     }
 }
 
-TEST_F(Allocation, FrameLeavesSceneAndWalkersAsTheyWere)
+namespace
 {
-    const tbRef<tbNullWindow> window(new tbNullWindow);
-    window->open();
-    tbTransform* moving = tbTransform::find("above tbStyle", nullptr, false);
-    ASSERT_NE(moving, nullptr);
-    for (int i = 0; i < 40; ++i) // deeper than the room that stacks have at first
-    {
-        auto* below = new tbTransform;
-        below->setName("deep");
-        below->setXYZ(0, 0.01f, 0);
-        moving->addChild(below);
-        moving = below;
-    }
-    moving->addChild(tbtest::makeTriangle(2));
 
-    tbRef<tbNullCamera> camera;
-    tbRef<tbCollider> collider;
-    std::int64_t drawn = 0;
-    int hits = 0;
-    const auto frame = [&]
+/// The first frame of a scene, and everybody who walks it.
+struct Frame
+{
+    explicit Frame(tbScene* walkedScene, tbWindow* window) : scene(walkedScene)
+    {
+        camera->setWindow(window);
+        camera->setFOV(120, 120);
+        camera->setNearFar(0.01f, 1000);
+        camera->setXYZ(0, -20, 0);
+        collider->setVolumeMode(tbCollider::VOLUME_NONE);
+        collider->setSaveMask(15);
+        collider->addRay(tbRay(tbVec3(0, -5, 0), tbVec3(0, 1, 0), 100));
+        const tbRef<tbTravContext> own(new tbTravContext);
+        own->setTraitStack(new tbTraitStack(tbTraitStack::TRAV_STACK, true));
+        collider->setTravContext(own.get());
+    }
+    bool run()
     {
         scene->acquireForMods();
-        moving->setXYZ(0, 0.02f, 0);
         scene->update();
         scene->releaseFromMods();
         scene->acquireForQuery();
@@ -226,41 +226,131 @@ TEST_F(Allocation, FrameLeavesSceneAndWalkersAsTheyWere)
         hits = collider->intersect(scene.get());
         scene->releaseFromQuery();
         drawn = camera->getCounts().geometries;
+        distance = collider->getRayHit(0)->distance;
         return true;
-    };
-    const auto newWalkers = [&]
+    }
+
+    tbRef<tbScene> scene;
+    tbRef<tbNullCamera> camera{new tbNullCamera};
+    tbRef<tbCollider> collider{new tbCollider};
+    std::int64_t drawn = 0;
+    int hits = 0;
+    float distance = 0;
+};
+
+/// Parents and children of nodes, by their names.
+std::string describe(const tbGroup* node)
+{
+    std::string text = node->getName() + std::string("(");
+    for (const tbGroup* parent : node->getParents())
+        text += parent->getName();
+    text += ")[";
+    for (const tbGroup* child : node->getChildren())
+        text += describe(child);
+    return text + "]";
+}
+
+} // namespace
+
+TEST_F(Allocation, FrameAfterAnInterruptedOneIsWhole)
+{
+    const tbRef<tbNullWindow> window(new tbNullWindow);
+    window->open();
+    tbGroup* deep = tbTransform::find("above tbStyle", nullptr, false);
+    ASSERT_NE(deep, nullptr);
+    for (int i = 0; i < 70; ++i) // deeper than the room that stacks have at first
     {
-        camera = new tbNullCamera;
-        camera->setWindow(window.get());
-        camera->setFOV(90, 90);
-        camera->setNearFar(0.01f, 1000);
-        collider = new tbCollider;
-        collider->setVolumeMode(tbCollider::VOLUME_NONE);
-        collider->setSaveMask(15);
-        collider->addRay(tbRay(tbVec3(0, -5, 0), tbVec3(0, 1, 0), 100));
-        const tbRef<tbTravContext> contexts[2] = {new tbTravContext, new tbTravContext};
-        contexts[0]->setTraitStack(new tbTraitStack(tbTraitStack::ALL_STACKS, false));
-        contexts[1]->setTraitStack(new tbTraitStack(tbTraitStack::ALL_STACKS, false));
-        scene->setTravContext(contexts[0].get());
-        collider->setTravContext(contexts[1].get());
-    };
-    newWalkers();
-    frame();
-    frame();
-    const std::int64_t wholeDrawn = drawn;
-    const int wholeHits = hits;
-    EXPECT_GT(wholeDrawn, 8);
-    EXPECT_EQ(wholeHits, 1);
-    const std::string content = saved(scene.get());
-    sweep({frame,
+        auto* below = new tbTransform;
+        below->setName("deep");
+        below->setXYZ(0, 0.01f, 0);
+        deep->addChild(below);
+        deep = below;
+    }
+    deep->addChild(tbtest::makeTriangle(-10));
+    const auto copyOfScene = [&] { return static_cast<tbScene*>(scene->makeCopy()); };
+    Frame undisturbed(copyOfScene(), window.get());
+    undisturbed.run();
+    undisturbed.run();
+    EXPECT_GT(undisturbed.drawn, 8);
+    EXPECT_EQ(undisturbed.hits, 1);
+    const std::string content = saved(undisturbed.scene.get());
+    std::unique_ptr<Frame> frame;
+    sweep({[&] { return frame->run(); },
            [&](bool)
            {
-               frame();
-               EXPECT_EQ(drawn, wholeDrawn);
-               EXPECT_EQ(hits, wholeHits);
-               EXPECT_TRUE(saved(scene.get()) == content);
+               frame->run();
+               EXPECT_EQ(frame->drawn, undisturbed.drawn);
+               EXPECT_EQ(frame->hits, undisturbed.hits);
+               EXPECT_EQ(frame->distance, undisturbed.distance);
+               frame->run(); // lowers the last flags
+               EXPECT_TRUE(saved(frame->scene.get()) == content);
+               frame.reset();
            },
-           newWalkers});
+           [&] { frame = std::make_unique<Frame>(copyOfScene(), window.get()); }});
+}
+
+TEST_F(Allocation, EditsAreDoneOrNot)
+{
+    struct Graph
+    {
+        Graph()
+        {
+            for (int i = 0; i < 12; ++i)
+            {
+                node[i] = i % 4 == 1 ? new tbSwitch : i % 4 == 3 ? new tbRangeSwitch : new tbGroup;
+                node[i]->setName(std::string(1, char('a' + i)).c_str());
+            }
+            for (int i = 1; i < 10; ++i)
+                node[(i - 1) / 2]->addChild(node[i].get());
+            for (const int parent : {1, 2, 3})
+                node[parent]->addChild(node[9].get());
+        }
+        std::string text() const
+        {
+            std::string all;
+            for (const tbRef<tbGroup>& each : node)
+                all += describe(each.get()) + "\n";
+            return all;
+        }
+
+        tbRef<tbGroup> node[12];
+    };
+    using Edit = void (*)(Graph&);
+    const Edit edits[] = {
+        [](Graph& g) { g.node[1]->addChild(g.node[10].get()); },
+        [](Graph& g) { g.node[3]->insertChild(0, g.node[9].get()); },
+        [](Graph& g) { g.node[3]->insertChild(1, g.node[10].get()); },
+        [](Graph& g) { g.node[9]->detach(); },
+        [](Graph& g) { g.node[1]->remove(); },
+        [](Graph& g) { g.node[4]->remove(); },
+        [](Graph& g) { g.node[0]->remove(); },
+        [](Graph& g) { g.node[1]->replace(g.node[10].get()); },
+        [](Graph& g) { g.node[9]->replaceGraph(g.node[10].get()); },
+        [](Graph& g) { g.node[1]->insertBelow(g.node[10].get()); },
+        [](Graph& g) { g.node[9]->insertAbove(g.node[11].get()); },
+        [](Graph& g) { g.node[1]->removeChildren(); },
+    };
+    for (const Edit edit : edits)
+    {
+        SCOPED_TRACE(&edit - edits);
+        Graph done;
+        const std::string unedited = done.text();
+        edit(done);
+        const std::string after = done.text();
+        std::unique_ptr<Graph> graph;
+        sweep({[&]
+               {
+                   edit(*graph);
+                   return true;
+               },
+               [&](bool)
+               {
+                   const std::string now = graph->text();
+                   EXPECT_TRUE(now == unedited || now == after) << unedited << "became\n" << now;
+                   graph.reset();
+               },
+               [&] { graph = std::make_unique<Graph>(); }});
+    }
 }
 
 TEST_F(Allocation, DamagedFilesAreRefusedAllTheSame)
