@@ -110,7 +110,8 @@ void tbFence::rebuild(tbTravContext* context)
     target->makeEmpty();
     const tbiVolumeScope extended(context, target);
     const tbiIdentScope ownFrame(context);
-    tbGroup::updateFences(context);
+    if (extended && ownFrame)
+        tbGroup::updateFences(context);
 }
 
 void tbFence::apply(tbCollider* collider) const

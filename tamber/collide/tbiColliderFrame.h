@@ -15,10 +15,21 @@ public:
     {
         if (!pushed)
             return;
-        context->pushMultMatrix(matrix);
+        pushed = context->pushMultMatrix(matrix);
+        if (!pushed)
+        {
+            refused = true;
+            return;
+        }
         tbMatrix inverse(tbTravContext::ident);
         inverse.invert(context->getMatrix());
-        context->pushInvertMatrix(inverse);
+        if (!context->pushInvertMatrix(inverse))
+        {
+            context->popMatrix();
+            pushed = false;
+            refused = true;
+            return;
+        }
         collider->applyMatrix(inverse, context->getFailedRayMask());
     }
     ~tbiColliderFrame()
@@ -32,8 +43,12 @@ public:
     tbiColliderFrame(const tbiColliderFrame&) = delete;
     tbiColliderFrame& operator=(const tbiColliderFrame&) = delete;
 
+    /// False when memory is out: what lies below is passed over.
+    explicit operator bool() const { return !refused; }
+
 private:
     tbCollider* collider;
     tbTravContext* context;
     bool pushed;
+    bool refused = false;
 };

@@ -16,12 +16,14 @@ public:
     tbStack& operator=(const tbStack& other);
     ~tbStack();
 
-    void push(void* entry)
+    /// False when it was refused.
+    bool push(void* entry)
     {
         if (top + 1 >= capacity && !makeRoom())
-            return;
+            return false;
         data[++top] = entry;
         changed();
+        return true;
     }
     /// The top entry, taken out; null when empty. Counts as a change in both cases.
     void* pop()
@@ -51,10 +53,6 @@ public:
         changed();
         top = -1;
     }
-
-protected:
-    /// True when the next push will be accepted.
-    bool hasRoom() { return top + 1 < capacity || makeRoom(); }
 
 private:
     void changed() { changes = std::int16_t(std::uint16_t(changes) + 1u); }

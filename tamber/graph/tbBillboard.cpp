@@ -247,21 +247,22 @@ void tbBillboard::apply(tbCamera* camera) const
     computeFullMatrix(model, full, context, camera);
     rememberFacing(model, full);
     full.postMult(camera->getWorldToRenderingMatrix());
-    context->pushMatrix(full);
+    if (!context->pushMatrix(full))
+        return;
     tbGroup::apply(camera);
     context->popMatrix();
 }
 
 void tbBillboard::apply(tbListener* listener) const
 {
-    const tbiMatrixScope placed(listener->getTravContext(), lastFacing());
-    tbGroup::apply(listener);
+    if (const tbiMatrixScope placed(listener->getTravContext(), lastFacing()); placed)
+        tbGroup::apply(listener);
 }
 
 void tbBillboard::apply(tbCollider* collider) const
 {
-    const tbiColliderFrame frame(collider, lastFacing());
-    tbGroup::apply(collider);
+    if (const tbiColliderFrame frame(collider, lastFacing()); frame)
+        tbGroup::apply(collider);
 }
 
 tbTraverser::TRAV_STATE tbBillboard::apply(tbTraverser* traverser, bool noPreApply)
@@ -273,6 +274,8 @@ tbTraverser::TRAV_STATE tbBillboard::apply(tbTraverser* traverser, bool noPreApp
             return before;
     }
     tbiFrameScope frame(traverser->getTravContext(), lastFacing());
+    if (!frame)
+        return tbTraverser::TRAV_CONTINUE;
     const tbTraverser::TRAV_STATE state = tbGroup::apply(traverser, true);
     if (state == tbTraverser::TRAV_STOP)
         frame.leave(); // a stopped walk leaves its matrices for inspection
@@ -283,8 +286,8 @@ void tbBillboard::update(tbTravContext* context)
 {
     tbMatrix place;
     place.makeXYZ(position[0], position[1], position[2]);
-    const tbiMatrixScope placed(context, place);
-    tbGroup::update(context);
+    if (const tbiMatrixScope placed(context, place); placed)
+        tbGroup::update(context);
 }
 
 // The facing turns the subtree about its origin, so a sphere around the origin that reaches as far as the subtree
@@ -297,7 +300,8 @@ void tbBillboard::updateFences(tbTravContext* context)
         {
             const tbiVolumeScope extended(context, &volume);
             const tbiIdentScope ownFrame(context);
-            tbGroup::updateFences(context);
+            if (extended && ownFrame)
+                tbGroup::updateFences(context);
         }
         if (!volume.isEmpty())
         {

@@ -1,9 +1,32 @@
 // The structural operations of tbGroup. Each keeps the nodes that it still needs alive until it ends; a node that
-// nobody holds is the caller's and stays as it is.
+// nobody holds is the caller's and stays as it is. Each takes the memory that its edges need before it changes
+// anything, and does nothing when there is none.
 #include "tbGroup.h"
 
 #include "tbiNodeLinks.h"
 #include "tbiPropagation.h"
+
+namespace
+{
+
+// Room for each of the children under one more parent.
+bool reserveParents(std::span<tbGroup* const> children, int more)
+{
+    for (tbGroup* child : children)
+        if (!tbiNodeLinks::reserveParents(child, more))
+            return false;
+    return true;
+}
+
+bool reserveChildren(std::span<tbGroup* const> parents, int more)
+{
+    for (tbGroup* parent : parents)
+        if (!tbiNodeLinks::reserveChildren(parent, more))
+            return false;
+    return true;
+}
+
+} // namespace
 
 bool tbGroup::canAttach(const tbGroup* child) const
 {
@@ -64,7 +87,7 @@ void tbGroup::detach()
     }
     const tbiKeep keepThis(this);
     const tbiNodeSnapshot former(getParents());
-    for (int i = former.getNum() - 1; i >= 0; --i)
+    for (int i = former.getNum() - 1; i >= 0 && former.isWhole(); --i)
         former[i]->removeChild(this);
 }
 
@@ -85,10 +108,16 @@ void tbGroup::yieldTo(tbGroup* node, tbGroup* parent, bool keepOrder)
 
 void tbGroup::remove()
 {
+    const bool one = getNumChildren() == 1;
+    if (!reserveParents(getChildren(), getNumParents()) ||
+        (!one && !reserveChildren(getParents(), getNumChildren())))
+        return;
     ref();
     {
         const tbiNodeSnapshot former(getParents());
-        if (getNumChildren() == 1)
+        const tbiNodeSnapshot orphans(getChildren());
+        const bool whole = former.isWhole() && orphans.isWhole();
+        if (whole && one)
         {
             tbGroup* child = getChild(0);
             const tbiKeep keepChild(child);
@@ -96,16 +125,16 @@ void tbGroup::remove()
                 if (hasParent(parent))
                     yieldTo(child, parent, true);
         }
-        else
+        else if (whole)
         {
-            const tbiNodeSnapshot orphans(getChildren());
             for (tbGroup* parent : former)
                 parent->removeChild(this);
             for (tbGroup* parent : former)
                 for (tbGroup* child : orphans)
                     parent->addChild(child);
         }
-        removeChildren();
+        if (whole)
+            removeChildren();
     }
     unRef();
 }
@@ -113,6 +142,9 @@ void tbGroup::remove()
 bool tbGroup::replace(tbGroup* node)
 {
     if (!node || node == this || hasParent(node) || hasChild(node))
+        return false;
+    if (!tbiNodeLinks::reserveChildren(node, getNumChildren()) || !reserveParents(getChildren(), 1) ||
+        !tbiNodeLinks::reserveParents(node, getNumParents()))
         return false;
     const tbiKeep keepThis(this);
     const tbiKeep keepNode(node);
@@ -132,27 +164,34 @@ bool tbGroup::replace(tbGroup* node)
 
 bool tbGroup::replaceGraph(tbGroup* node)
 {
-    if (!node || node == this)
+    if (!node || node == this || !tbiNodeLinks::reserveParents(node, getNumParents()))
         return false;
     ref();
+    bool whole = true;
     {
         const tbiKeep keepNode(node);
         const tbiNodeSnapshot former(getParents());
-        for (int i = former.getNum() - 1; i >= 0; --i)
+        whole = former.isWhole();
+        for (int i = former.getNum() - 1; i >= 0 && whole; --i)
             if (hasParent(former[i]))
                 yieldTo(node, former[i], false);
     }
     unRef();
-    return true;
+    return whole;
 }
 
 bool tbGroup::insertBelow(tbGroup* node)
 {
     if (!node || node == this)
         return false;
+    if (!tbiNodeLinks::reserveChildren(node, getNumChildren()) || !reserveParents(getChildren(), 1) ||
+        !tbiNodeLinks::reserveChildren(this, 1) || !tbiNodeLinks::reserveParents(node, 1))
+        return false;
     const tbiKeep keepNode(node);
     {
         const tbiNodeSnapshot former(getChildren());
+        if (!former.isWhole())
+            return false;
         for (tbGroup* child : former)
             node->addChild(child);
         removeChildren();
@@ -166,6 +205,8 @@ bool tbGroup::insertAbove(tbGroup* node)
         return false;
     const tbiKeep keepNode(node);
     const tbiNodeSnapshot former(getParents());
+    if (!former.isWhole() || !tbiNodeLinks::reserveParents(node, getNumParents()))
+        return false;
     if (!node->addChild(this) && !node->hasChild(this))
         return false;
     for (tbGroup* parent : former)

@@ -3,11 +3,13 @@
 
 #include <tamber/display/tbCamera.h>
 #include <tamber/kernel/tbStats.h>
+#include <tamber/kernel/tbiMemoryWatch.h>
 #include <tamber/thread/tbThread.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tamber/trav/tbiScopes.h>
 
 #include "tbiChildren.h"
+#include "tbiPropagation.h"
 
 namespace
 {
@@ -54,8 +56,12 @@ void tbGroup::getBoundingVolume(tbVolume& volume)
     if (!context)
         return;
     volume.makeEmpty();
+    const tbiMemoryWatch memory;
     const tbiVolumeScope volumeScope(context.get(), &volume);
-    updateFences(context.get());
+    if (volumeScope)
+        updateFences(context.get());
+    if (memory.ranOut())
+        tbiPropagation::raiseAll(this, TF_FENCE);
 }
 
 tbTraverser::TRAV_STATE tbGroup::apply(tbTraverser* traverser, bool noPreApply)
@@ -68,6 +74,8 @@ tbTraverser::TRAV_STATE tbGroup::apply(tbTraverser* traverser, bool noPreApply)
     if (tbStats* stats = context->getStats())
         stats->incCount(this);
     tbiGroupScope onPath(context, this);
+    if (!onPath)
+        return tbTraverser::TRAV_CONTINUE;
     tbTraverser::TRAV_STATE state = traverser->apply(this);
     if (state == tbTraverser::TRAV_CONTINUE)
         for (int i = 0; i < getNumChildren() && state != tbTraverser::TRAV_STOP; ++i)

@@ -377,6 +377,8 @@ tbTraverser::TRAV_STATE tbRangeSwitch::apply(tbTraverser* traverser, bool noPreA
     if (tbStats* stats = context->getStats())
         stats->incCount(this);
     tbiGroupScope onPath(context, this);
+    if (!onPath)
+        return tbTraverser::TRAV_CONTINUE;
     tbTraverser::TRAV_STATE state = traverser->apply(this);
     if (state == tbTraverser::TRAV_CONTINUE)
         if (tbGroup* child = selected(context))

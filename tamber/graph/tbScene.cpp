@@ -140,16 +140,19 @@ void tbScene::boundsPass()
     if (!anyTravFlags(TF_FENCE))
         return;
     volume.makeEmpty();
-    const tbiVolumeScope bounds(travContext.get(), &volume);
-    tbGroup::updateFences(travContext.get());
+    if (const tbiVolumeScope bounds(travContext.get(), &volume); bounds)
+        tbGroup::updateFences(travContext.get());
 }
 
 void tbScene::updateFences()
 {
     if (!travContext)
         return;
+    const tbiMemoryWatch memory;
     travContext->reset();
     boundsPass();
+    if (memory.ranOut())
+        tbiPropagation::raiseAll(this, TF_FENCE);
 }
 
 void tbScene::update()
@@ -159,6 +162,7 @@ void tbScene::update()
     if (!context)
         return;
     const double start = tbGetTime();
+    const tbiMemoryWatch memory;
     if (tbInAppThread())
         if (tbThread* appThread = tbGetAppThread())
             appThread->processQueue(false);
@@ -176,6 +180,9 @@ void tbScene::update()
         callDirectly(lists, DIRECT_UPDATE_AFTER, [this](tbGroup* node) { node->updateDirect(this, false); });
         tbEvent::trigger(postUpdateEvent.get(), this);
     }
+    // Nodes that were passed over, or could not register themselves, have their turn in the next frame.
+    if (memory.ranOut())
+        tbiPropagation::raiseAll(this, TF_UPDATE | TF_FENCE);
     if (tbStats* stats = context->getStats())
         stats->addFrame(tbGetTime() - start);
 }

@@ -15,6 +15,8 @@ void tbTransform::apply(tbCollider* collider) const
     if (tested && known == tbVolume::OUTSIDE)
         return;
     const tbiColliderFrame frame(collider, matrix);
+    if (!frame)
+        return;
     if (!tested || known == tbVolume::INSIDE)
     {
         tbGroup::apply(collider);

@@ -9,8 +9,8 @@
 
 void tbTransform::update(tbTravContext* context)
 {
-    const tbiMatrixScope placed(context, matrix);
-    tbGroup::update(context);
+    if (const tbiMatrixScope placed(context, matrix); placed)
+        tbGroup::update(context);
 }
 
 // The sphere is rebuilt only when something below has changed; what is above gets it in its own coordinates.
@@ -22,7 +22,8 @@ void tbTransform::updateFences(tbTravContext* context)
         volume.makeEmpty();
         const tbiVolumeScope bounds(context, &volume);
         const tbiIdentScope ownFrame(context);
-        tbGroup::updateFences(context);
+        if (bounds && ownFrame)
+            tbGroup::updateFences(context);
     }
     if (!above || volume.isEmpty())
         return;
@@ -32,6 +33,8 @@ void tbTransform::updateFences(tbTravContext* context)
         return;
     }
     const tbiMatrixScope placed(context, matrix);
+    if (!placed)
+        return;
     tbSphere sphere(volume);
     sphere.xform(context->getMatrix());
     above->extendAround(sphere);
@@ -44,6 +47,8 @@ tbTraverser::TRAV_STATE tbTransform::apply(tbTraverser* traverser, bool noPreApp
             answer != tbTraverser::TRAV_CONTINUE)
             return answer;
     tbiFrameScope frame(traverser->getTravContext(), matrix);
+    if (!frame)
+        return tbTraverser::TRAV_CONTINUE;
     const tbTraverser::TRAV_STATE state = tbGroup::apply(traverser, true);
     if (state == tbTraverser::TRAV_STOP)
         frame.leave();
@@ -52,8 +57,8 @@ tbTraverser::TRAV_STATE tbTransform::apply(tbTraverser* traverser, bool noPreApp
 
 void tbTransform::apply(tbListener* listener) const
 {
-    const tbiMatrixScope placed(listener->getTravContext(), matrix);
-    tbGroup::apply(listener);
+    if (const tbiMatrixScope placed(listener->getTravContext(), matrix); placed)
+        tbGroup::apply(listener);
 }
 
 void tbTransform::apply(tbCamera* camera) const
@@ -62,13 +67,15 @@ void tbTransform::apply(tbCamera* camera) const
     const tbVolume::CONTAINMENT known = context->getCullResult();
     if (!context->anyFlags(tbTravContext::CULL_TRANSFORMS) || known == tbVolume::INSIDE)
     {
-        const tbiMatrixScope placed(context, matrix);
-        tbGroup::apply(camera);
+        if (const tbiMatrixScope placed(context, matrix); placed)
+            tbGroup::apply(camera);
         return;
     }
     if (known != tbVolume::PARTIAL)
         return;
     const tbiMatrixScope placed(context, matrix);
+    if (!placed)
+        return;
     tbSphere sphere(volume);
     sphere.xform(context->getMatrix());
     switch (camera->getFrustum()->contains(sphere))

@@ -175,6 +175,27 @@ bool tbiNodeLinks::reserve(tbNodeList& list)
     return makeRoom(list, 0, block->capacity);
 }
 
+// Makes sure that `more` entries can be appended.
+bool tbiNodeLinks::reserve(tbNodeList& list, unsigned more)
+{
+    const unsigned count = countOf(list);
+    if (more <= 1)
+        return more == 0 || reserve(list);
+    if (count >= tbNodeList::MAX_ENTRIES || more > tbNodeList::MAX_ENTRIES - count)
+        return false;
+    if (!inBlock(list))
+        return makeRoom(list, 0, more);
+    const unsigned capacity = list.block->capacity;
+    if (endOf(list) + more <= capacity)
+        return true;
+    if (count + more < capacity / 2)
+    {
+        compact(list, 0);
+        return true;
+    }
+    return makeRoom(list, 0, std::max(more, capacity));
+}
+
 inline void tbiNodeLinks::put(tbNodeList& list, unsigned slot, tbGroup* node, unsigned opposite)
 {
     slotsOf(list)[slot] = node;

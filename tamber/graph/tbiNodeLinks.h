@@ -21,6 +21,12 @@ public:
 
     // Edits.
     static bool find(const tbGroup* parent, const tbGroup* child, Edge& edge);
+    /// Makes room for more children, or parents, of a node. False when a list is full or memory is out.
+    static bool reserveChildren(tbGroup* parent, int more)
+    {
+        return reserve(parent->children, unsigned(more));
+    }
+    static bool reserveParents(tbGroup* child, int more) { return reserve(child->parents, unsigned(more)); }
     /// False when a list is full or memory is out; nothing has changed then.
     static bool append(tbGroup* parent, tbGroup* child);
     /// `i` is within 0..getNumChildren().
@@ -55,6 +61,7 @@ private:
     static bool makeRoom(tbNodeList& list, unsigned atFront, unsigned atEnd);
     static void compact(const tbNodeList& list, unsigned newFirst);
     static bool reserve(tbNodeList& list);
+    static bool reserve(tbNodeList& list, unsigned more);
     static bool openGap(tbNodeList& list, unsigned i, unsigned& slot);
     static void put(tbNodeList& list, unsigned slot, tbGroup* node, unsigned opposite);
     static unsigned appendTo(tbNodeList& list, tbGroup* node, unsigned opposite);

@@ -236,6 +236,22 @@ private:
 
 thread_local constinit tbiPropagation::Removal* tbiPropagation::Removal::current = nullptr;
 
+// As deep on the stack as the pass that could not be finished: there is no memory for a list of nodes.
+void tbiPropagation::raiseBelow(tbGroup* node, unsigned bits, std::uint32_t& stamp)
+{
+    node->addTravFlags(bits);
+    for (tbGroup* child : node->getChildren())
+        if (firstVisit(child, stamp))
+            raiseBelow(child, bits, stamp);
+}
+
+void tbiPropagation::raiseAll(tbGroup* node, unsigned bits)
+{
+    std::uint32_t stamp = 0;
+    raiseBelow(node, bits, stamp);
+    node->dirtyUp(bits);
+}
+
 void tbiPropagation::removed(tbGroup* node, tbGroup* parent)
 {
     if (Removal* running = Removal::expecting(node, parent))
@@ -261,9 +277,13 @@ tbiNodeSnapshot::tbiNodeSnapshot(std::span<tbGroup* const> from)
     {
         if (!node)
             continue;
-        nodes.add(node);
-        if (node->getRefCount() > 0 && held.add(node) >= 0)
+        whole = nodes.add(node) >= 0 && whole;
+        if (node->getRefCount() <= 0)
+            continue;
+        if (held.add(node) >= 0)
             node->ref();
+        else
+            whole = false;
     }
 }
 

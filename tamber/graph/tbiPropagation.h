@@ -14,6 +14,8 @@ public:
 
     /// Tells every edge of the subtree of `node`, the deepest first, and last that `node` came under `parent`.
     static void added(tbGroup* node, tbGroup* parent);
+    /// Raises flags on every node from `node` down, each once, and above it. For passes that could not be finished.
+    static void raiseAll(tbGroup* node, unsigned bits);
     /// What tbGroup::removedFrom() does: the node's own part, then removedFrom(parent) for every node below it.
     static void removed(tbGroup* node, tbGroup* parent);
 
@@ -47,6 +49,7 @@ private:
     static constexpr int MANY_PARENTS = 64;
 
     static void climb(Climb step, tbGroup* parent, unsigned bits);
+    static void raiseBelow(tbGroup* node, unsigned bits, std::uint32_t& stamp);
     static void tellAdded(tbGroup* node, tbGroup* parent);
 };
 
@@ -80,6 +83,8 @@ public:
     tbiNodeSnapshot(const tbiNodeSnapshot&) = delete;
     tbiNodeSnapshot& operator=(const tbiNodeSnapshot&) = delete;
 
+    /// False when memory is out: some nodes are missing.
+    bool isWhole() const { return whole; }
     tbGroup* const* begin() const { return nodes.begin(); }
     tbGroup* const* end() const { return nodes.end(); }
     int getNum() const { return nodes.getNum(); }
@@ -88,4 +93,5 @@ public:
 private:
     tbTList<tbGroup*> nodes;
     tbTList<tbGroup*> held;
+    bool whole = true;
 };

@@ -114,31 +114,39 @@ void tbMatrixStack::reset()
     changed();
 }
 
-void tbMatrixStack::push()
+bool tbMatrixStack::push()
 {
-    if (raise())
-        *top = top[-1];
+    if (!raise())
+        return false;
+    *top = top[-1];
+    return true;
 }
 
-void tbMatrixStack::pushIdent()
+bool tbMatrixStack::pushIdent()
 {
-    if (raise())
-        top->makeIdent();
+    if (!raise())
+        return false;
+    top->makeIdent();
+    return true;
 }
 
-void tbMatrixStack::pushLoad(const tbMatrix& m)
+bool tbMatrixStack::pushLoad(const tbMatrix& m)
 {
     const tbMatrix copy(m); // raising may move the matrices
-    if (raise())
-        *top = copy;
+    if (!raise())
+        return false;
+    *top = copy;
+    return true;
 }
 
-void tbMatrixStack::pushMult(const tbMatrix& m)
+bool tbMatrixStack::pushMult(const tbMatrix& m)
 {
     tbMatrix product;
     product.mult(m, *top);
-    if (raise())
-        *top = product;
+    if (!raise())
+        return false;
+    *top = product;
+    return true;
 }
 
 void tbMatrixStack::pop()

@@ -23,13 +23,13 @@ public:
 
     /// Back to one matrix, the identity.
     void reset();
-    /// Doubles the top.
-    void push();
-    void pushIdent();
+    /// Doubles the top. False, as from the other pushes, when there was no room.
+    bool push();
+    bool pushIdent();
     /// Pushes a copy of `m`, which may be the top itself; so in pushMult() and load().
-    void pushLoad(const tbMatrix& m);
+    bool pushLoad(const tbMatrix& m);
     /// The new top is m times the old top: `m` applies first.
-    void pushMult(const tbMatrix& m);
+    bool pushMult(const tbMatrix& m);
     void pop();
     void load(const tbMatrix& m);
 

@@ -98,11 +98,14 @@ void tbTravContext::setStats(tbStats* newStats)
     stats = newStats;
 }
 
-void tbTravContext::pushGroup(const tbGroup* group)
+bool tbTravContext::pushGroup(const tbGroup* group)
 {
-    path.push(group);
-    if (group && group->getName())
-        namedPath.push(group);
+    if (!path.push(group))
+        return false;
+    if (!group || !group->getName() || namedPath.push(group))
+        return true;
+    path.pop();
+    return false;
 }
 
 // The top decides, not the name: a group that gains or loses its name during the walk leaves no trace.

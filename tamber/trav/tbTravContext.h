@@ -99,29 +99,31 @@ public:
     void setStats(tbStats* newStats);
     tbStats* getStats() const { return stats.get(); }
 
+    // Every push is false, and nothing is pushed, when memory is out.
+
     // Local to world.
-    void pushMatrix(const tbMatrix& matrix) { matrices.pushLoad(matrix); }
+    bool pushMatrix(const tbMatrix& matrix) { return matrices.pushLoad(matrix); }
     /// The new top is `matrix` times the old one: `matrix` applies first.
-    void pushMultMatrix(const tbMatrix& matrix) { matrices.pushMult(matrix); }
-    void pushIdentMatrix() { matrices.pushLoad(ident); }
+    bool pushMultMatrix(const tbMatrix& matrix) { return matrices.pushMult(matrix); }
+    bool pushIdentMatrix() { return matrices.pushLoad(ident); }
     void popMatrix() { matrices.pop(); }
     const tbMatrix& getMatrix() const { return matrices.getTop(); }
     /// Changes whenever the matrix may have changed.
     std::uint16_t getMatrixID() const { return matrices.getID(); }
 
     // World to local.
-    void pushInvertMatrix(const tbMatrix& matrix) { inverses.pushLoad(matrix); }
-    void pushMultInvertMatrix(const tbMatrix& matrix) { inverses.pushMult(matrix); }
-    void pushInvertIdentMatrix() { inverses.pushLoad(ident); }
+    bool pushInvertMatrix(const tbMatrix& matrix) { return inverses.pushLoad(matrix); }
+    bool pushMultInvertMatrix(const tbMatrix& matrix) { return inverses.pushMult(matrix); }
+    bool pushInvertIdentMatrix() { return inverses.pushLoad(ident); }
     void popInvertMatrix() { inverses.pop(); }
     const tbMatrix& getInvertMatrix() const { return inverses.getTop(); }
 
     /// Volumes are neither copied nor owned.
-    void pushVolume(tbVolume* volume) { volumes.push(volume); }
+    bool pushVolume(tbVolume* volume) { return volumes.push(volume); }
     void popVolume() { volumes.pop(); }
     tbVolume* getVolume() const { return static_cast<tbVolume*>(volumes.getTop()); }
 
-    void pushCullResult(tbVolume::CONTAINMENT result) { cullResults.push(slotOf(unsigned(result))); }
+    bool pushCullResult(tbVolume::CONTAINMENT result) { return cullResults.push(slotOf(unsigned(result))); }
     tbVolume::CONTAINMENT popCullResult() { return tbVolume::CONTAINMENT(wordOf(cullResults.pop())); }
     tbVolume::CONTAINMENT getCullResult() const
     {
@@ -129,13 +131,13 @@ public:
     }
 
     /// One bit for each ray of a collider that misses the current subtree. Pushes a copy of the top.
-    void pushFailedRayMask() { failedRays.push(failedRays.getTop()); }
+    bool pushFailedRayMask() { return failedRays.push(failedRays.getTop()); }
     /// Adds to the top in place; nothing happens while the stack is empty.
     void addFailedRayMask(unsigned mask) { failedRays.setTop(slotOf(getFailedRayMask() | mask)); }
     void popFailedRayMask() { failedRays.pop(); }
     unsigned getFailedRayMask() const { return wordOf(failedRays.getTop()); }
 
-    void pushGroup(const tbGroup* group);
+    bool pushGroup(const tbGroup* group);
     /// The group that was current; null when the path is empty.
     const tbGroup* popGroup();
     const tbGroup* getGroup() const { return path.getTop(); }

@@ -11,12 +11,13 @@ class TB_API tbTravStack : public tbStack
 public:
     explicit tbTravStack(int startCapacity = 1) : tbStack(startCapacity) {}
 
-    void push(const tbGroup* group)
+    /// False when it was refused.
+    bool push(const tbGroup* group)
     {
-        if (!hasRoom())
-            return;
-        tbStack::push(const_cast<tbGroup*>(group));
+        if (!tbStack::push(const_cast<tbGroup*>(group)))
+            return false;
         code ^= codeOf(group);
+        return true;
     }
     /// Null when empty.
     const tbGroup* pop()

@@ -1,5 +1,8 @@
 // What a node pushes on the context of a walk, popped when the scope ends, however the node's function returns.
 // A walk that was stopped is to leave its state behind: the node calls leave() on its scopes then.
+//
+// A stack that finds no memory stays as it is. The scope is false then and pops nothing, and the node passes over
+// what lies below it: the walk goes on beside it.
 #pragma once
 
 #include <tamber/trav/tbTravContext.h>
@@ -12,12 +15,26 @@ public:
 
     /// Nothing is popped at the end.
     void leave() { context = nullptr; }
+    /// False when memory is out.
+    explicit operator bool() const { return !refused; }
 
 protected:
     explicit tbiScope(tbTravContext* walk) : context(walk) {}
     ~tbiScope() = default;
 
+    /// Called with whether the push was taken.
+    bool pushed(bool taken)
+    {
+        if (!taken) [[unlikely]]
+        {
+            refused = true;
+            context = nullptr;
+        }
+        return taken;
+    }
+
     tbTravContext* context; // null when there is nothing to pop
+    bool refused = false;
 };
 
 /// A node's matrix on the matrix stack; the identity is not pushed.
@@ -28,7 +45,7 @@ public:
         : tbiScope((matrix.getType() & tbMatrix::MATRIX_IDENT) != 0 ? nullptr : walk)
     {
         if (context)
-            context->pushMultMatrix(matrix);
+            pushed(context->pushMultMatrix(matrix));
     }
     ~tbiMatrixScope()
     {
@@ -41,7 +58,7 @@ public:
 class tbiIdentScope : public tbiScope
 {
 public:
-    explicit tbiIdentScope(tbTravContext* walk) : tbiScope(walk) { context->pushIdentMatrix(); }
+    explicit tbiIdentScope(tbTravContext* walk) : tbiScope(walk) { pushed(context->pushIdentMatrix()); }
     ~tbiIdentScope()
     {
         if (context)
@@ -57,12 +74,15 @@ public:
     tbiFrameScope(tbTravContext* walk, const tbMatrix& matrix)
         : tbiScope((matrix.getType() & tbMatrix::MATRIX_IDENT) != 0 ? nullptr : walk)
     {
-        if (!context)
+        if (!context || !pushed(context->pushMultMatrix(matrix)))
             return;
-        context->pushMultMatrix(matrix);
         tbMatrix inverse(tbTravContext::ident);
         inverse.invert(context->getMatrix());
-        context->pushInvertMatrix(inverse);
+        if (!context->pushInvertMatrix(inverse))
+        {
+            context->popMatrix();
+            pushed(false);
+        }
     }
     ~tbiFrameScope()
     {
@@ -77,7 +97,10 @@ public:
 class tbiVolumeScope : public tbiScope
 {
 public:
-    tbiVolumeScope(tbTravContext* walk, tbVolume* volume) : tbiScope(walk) { context->pushVolume(volume); }
+    tbiVolumeScope(tbTravContext* walk, tbVolume* volume) : tbiScope(walk)
+    {
+        pushed(context->pushVolume(volume));
+    }
     ~tbiVolumeScope()
     {
         if (context)
@@ -91,7 +114,7 @@ class tbiCullScope : public tbiScope
 public:
     tbiCullScope(tbTravContext* walk, tbVolume::CONTAINMENT result) : tbiScope(walk)
     {
-        context->pushCullResult(result);
+        pushed(context->pushCullResult(result));
     }
     ~tbiCullScope()
     {
@@ -104,7 +127,7 @@ public:
 class tbiFailedRayScope : public tbiScope
 {
 public:
-    explicit tbiFailedRayScope(tbTravContext* walk) : tbiScope(walk) { context->pushFailedRayMask(); }
+    explicit tbiFailedRayScope(tbTravContext* walk) : tbiScope(walk) { pushed(context->pushFailedRayMask()); }
     ~tbiFailedRayScope()
     {
         if (context)
@@ -116,7 +139,10 @@ public:
 class tbiGroupScope : public tbiScope
 {
 public:
-    tbiGroupScope(tbTravContext* walk, const tbGroup* group) : tbiScope(walk) { context->pushGroup(group); }
+    tbiGroupScope(tbTravContext* walk, const tbGroup* group) : tbiScope(walk)
+    {
+        pushed(context->pushGroup(group));
+    }
     ~tbiGroupScope()
     {
         if (context)
