@@ -2,11 +2,13 @@
 
 #include "RequiredModule.h"
 
+#include <tamber/io/tbModelFiles.h>
 #include <tamber/io/tbPlugIn.h>
 #include <tamber/kernel/tbInit.h>
 #include <tamber/kernel/tbMessage.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <iostream>
 
 namespace
@@ -20,12 +22,17 @@ void showMessage(const char* text)
     std::cerr << text << std::flush;
 }
 
-void dropMessage(const char*) {}
+/// What a model was refused is told in any case: the user may wonder where a part of it is.
+void showRefusal(const char* text)
+{
+    if (std::strstr(text, tbModelFiles::REFUSAL))
+        showMessage(text);
+}
 } // namespace
 
 Kernel::Kernel(const KernelOptions& options)
 {
-    tbSetMessageFunc(options.verbose ? showMessage : dropMessage);
+    tbSetMessageFunc(options.verbose ? showMessage : showRefusal);
     const char* policy = std::getenv("TAMBER_PLUGINS");
     if (!policy || !*policy)
         tbPlugIn::setSearchPolicy(tbPlugIn::SEARCH_APP);

@@ -94,7 +94,7 @@ tbModelFiles::~tbModelFiles()
 bool tbModelFiles::refuse(const char* name, const char* rule)
 {
     const std::string file = printable(name);
-    state->refusal = "\"" + file + "\" is not opened: " + rule;
+    state->refusal = "\"" + file + "\"" + REFUSAL + rule;
     if (state->refused.size() < MAX_MESSAGES && state->refused.insert(file + rule).second)
         tbMessage("%s: %s\n", printable(state->model.c_str()).c_str(), state->refusal.c_str());
     return false;

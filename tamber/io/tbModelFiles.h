@@ -14,6 +14,8 @@ class TB_API tbModelFiles
 {
 public:
     static constexpr int MAX_OPEN = 16;
+    /// What stands in every message of a refusal, between the file and the rule.
+    static constexpr const char* REFUSAL = " is not opened: ";
 
     explicit tbModelFiles(const char* modelPath);
     tbModelFiles(const tbModelFiles&) = delete;
