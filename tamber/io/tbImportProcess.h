@@ -9,7 +9,7 @@ struct tbImportLimits
 {
     std::int64_t memory = std::int64_t{1} << 30; // bytes; not counted under a sanitizer
     double processorTime = 30;                   // seconds on a processor
-    double time = 60;                            // seconds on the clock
+    double time = 120;                           // seconds on the clock
 };
 
 /// As tbLoader::importFile(), but nothing that a file does to the reader of its format can reach this process. A
