@@ -90,6 +90,7 @@ tbFile::~tbFile()
 
 const char* tbFile::getErrorText() const
 {
+    composeFault();
     return state->errorText.c_str();
 }
 
@@ -97,6 +98,7 @@ const char* tbFile::getErrorText() const
 bool tbFile::setError(FILE_ERROR error, const char* rule)
 {
     lastError = error;
+    state->fault.entry = nullptr;
     if (!tbiWithoutThrow(false, [&] { return state->setErrorText(rule); }))
         state->errorText = "memory is out";
     return false;
@@ -138,20 +140,37 @@ void tbFile::reportReference(const tbEntry* referrer, int index, const char* rul
 
 void tbFile::reportPlace(const tbEntry* entry, std::int64_t place, const char* whatOf, const char* rule)
 {
-    setError(FILE_READ_ERROR, rule);
-    tbiWithoutThrow(
-        [&]
-        {
-            setError(FILE_READ_ERROR,
-                     (describe(entry, tags) + std::to_string(place) + whatOf + rule).c_str());
-            printError();
-        });
+    lastError = FILE_READ_ERROR;
+    state->fault = {entry, place, whatOf, {}, false};
+    std::strncpy(state->fault.rule, rule, sizeof state->fault.rule - 1);
+    printError();
+}
+
+// The text of a fault is made when it is printed or asked for, and before its entry goes: a file may have millions.
+void tbFile::composeFault() const
+{
+    const tbEntry* entry = std::exchange(state->fault.entry, nullptr);
+    if (!entry)
+        return;
+    const tbiFault& fault = state->fault;
+    const bool composed = tbiWithoutThrow(false,
+                                          [&]
+                                          {
+                                              std::string text = describe(entry, tags) +
+                                                                 std::to_string(fault.place) + fault.whatOf +
+                                                                 fault.rule;
+                                              if (fault.namesClass)
+                                                  text += " " + printable(tags[entry->tag]);
+                                              return state->setErrorText(text.c_str());
+                                          });
+    if (!composed)
+        state->errorText = "memory is out";
 }
 
 void tbFile::printError()
 {
     if (state->numMessages < MOST_MESSAGES)
-        tbMessage("%s\n", state->errorText.c_str());
+        tbMessage("%s\n", getErrorText());
     else if (state->numMessages == MOST_MESSAGES)
         tbMessage("%s: what else is damaged is not listed\n", state->label.c_str());
     ++state->numMessages;
@@ -160,16 +179,15 @@ void tbFile::printError()
 void tbFile::reportUnknownClass(const tbEntry* entry)
 {
     tbiTag* tag = tags[entry->tag];
+    state->fault = {entry, std::int64_t{entry->recordPlace} + RECORD_TAG,
+                    " of the file: ", "no plug-in supplies the class", true};
+    if (std::exchange(tag->reported, true))
+        return;
     tbiWithoutThrow(
         [&]
         {
-            const std::string name = printable(tag);
-            state->errorText = state->label + ": " + describe(entry, tags) +
-                               std::to_string(entry->recordPlace + RECORD_TAG) +
-                               " of the file: no plug-in supplies the class " + name;
-            if (!std::exchange(tag->reported, true))
-                tbMessage("%s: no plug-in supplies the class %s, its objects are left out\n",
-                          state->label.c_str(), name.c_str());
+            tbMessage("%s: no plug-in supplies the class %s, its objects are left out\n",
+                      state->label.c_str(), printable(tag).c_str());
         });
 }
 
@@ -354,6 +372,7 @@ void tbFile::close()
 
 void tbFile::freeAll()
 {
+    composeFault();
     dropHolds();
     if (descriptor != state->writer.getDescriptor())
         tbiCloseFile(descriptor);
@@ -559,6 +578,7 @@ bool tbFile::removeEntry(tbEntry* entry)
         entries[gap]->dirNum = gap;
     state->firstEntriesKnown = false;
     giveBack(entry);
+    composeFault();
     dropHold(entry);
     rebind(entry, nullptr);
     delete entry;

@@ -160,6 +160,7 @@ private:
     void reportReference(const tbEntry* referrer, int index, const char* rule);
     void reportPlace(const tbEntry* entry, std::int64_t place, const char* whatOf, const char* rule);
     void printError();
+    void composeFault() const;
     void reportUnknownClass(const tbEntry* entry);
     void failWrite(const char* rule);
 
@@ -216,6 +217,6 @@ private:
     int maxDepth;
     unsigned int maxObjects;
     tbiFileState* state; // in the place below: a file is usable without memory
-    static constexpr std::size_t STATE_SIZE = 512;
+    static constexpr std::size_t STATE_SIZE = 768;
     alignas(std::max_align_t) unsigned char statePlace[STATE_SIZE];
 };

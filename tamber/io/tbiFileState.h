@@ -13,6 +13,16 @@
 #include <utility>
 #include <vector>
 
+// A fault that was met, of which no text was made yet.
+struct tbiFault
+{
+    const tbEntry* entry = nullptr; // null when there is none
+    std::int64_t place = 0;
+    const char* whatOf = "";
+    char rule[120] = {};
+    bool namesClass = false; // behind the rule
+};
+
 // What a tbFile keeps beside the contents of its file.
 struct tbiFileState : tbAllocated<tbiFileState>
 {
@@ -25,6 +35,7 @@ struct tbiFileState : tbAllocated<tbiFileState>
     std::string target; // the path that was opened or created
     std::string label;  // the same in messages, printable
     std::string errorText;
+    tbiFault fault;
     int numMessages = 0;
 
     tbiHashTable<tbEntry> handles;

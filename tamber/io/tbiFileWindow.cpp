@@ -9,7 +9,8 @@
 namespace
 {
 
-constexpr std::size_t WINDOW_SIZE = 64 * 1024;
+constexpr std::size_t LARGEST = 256 * 1024;
+constexpr std::size_t SMALLEST = 16 * 1024;
 
 } // namespace
 
@@ -18,6 +19,8 @@ void tbiFileWindow::attach(int fileDescriptor, std::int64_t fileLength)
     descriptor = fileDescriptor;
     length = fileLength;
     held = 0;
+    start = next = 0;
+    ahead = SMALLEST;
 }
 
 void tbiFileWindow::detach()
@@ -31,21 +34,39 @@ bool tbiFileWindow::read(void* bytes, std::size_t size, std::int64_t position)
 {
     if (position < 0 || position > length || std::int64_t(size) > length - position)
         return false;
-    const bool inside = position >= start && position - start + std::int64_t(size) <= std::int64_t(held);
-    if (!inside && (size >= WINDOW_SIZE || !fill(position)))
-        return tbiReadFile(descriptor, bytes, size, position);
-    std::memcpy(bytes, buffer + (position - start), size);
+    auto* to = static_cast<unsigned char*>(bytes);
+    if (position >= start && position < start + std::int64_t(held))
+    {
+        const std::size_t part = std::min(size, held - std::size_t(position - start));
+        std::memcpy(to, buffer + (position - start), part);
+        to += part;
+        position += std::int64_t(part);
+        size -= part;
+    }
+    const bool goesOn = position == next;
+    next = position + std::int64_t(size);
+    if (size == 0)
+        return true;
+    if (!goesOn || size >= LARGEST || !fill(size, position))
+    {
+        ahead = SMALLEST;
+        return tbiReadFile(descriptor, to, size, position);
+    }
+    std::memcpy(to, buffer, size);
     return true;
 }
 
-// The file may have shrunk since its length was taken; the caller then reads just what it wants.
-bool tbiFileWindow::fill(std::int64_t position)
+// Reads on from `position`, more each time. The file may have shrunk since its length was taken; the caller then reads
+// just what it wants.
+bool tbiFileWindow::fill(std::size_t wanted, std::int64_t position)
 {
     if (!buffer)
-        buffer = static_cast<unsigned char*>(tbMemory::malloc(WINDOW_SIZE));
+        buffer = static_cast<unsigned char*>(tbMemory::malloc(LARGEST));
     if (!buffer)
         return false;
-    const std::size_t size = std::size_t(std::min<std::int64_t>(length - position, WINDOW_SIZE));
+    const std::size_t size =
+        std::size_t(std::min<std::int64_t>(length - position, std::int64_t(std::max(wanted, ahead))));
+    ahead = std::min(ahead * 4, LARGEST);
     held = tbiReadFile(descriptor, buffer, size, position) ? size : 0;
     start = position;
     return held > 0;

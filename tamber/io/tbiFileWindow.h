@@ -3,7 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-// Reads a file ahead, so that a million small entries in a row do not cost a system call each.
+// Reads a file ahead, so that a million small entries in a row do not cost a system call each, and no byte is read twice
+// by whoever goes through the file in order. Whoever jumps about in it gets just what is wanted.
 class tbiFileWindow
 {
 public:
@@ -19,11 +20,13 @@ public:
     bool read(void* bytes, std::size_t size, std::int64_t position);
 
 private:
-    bool fill(std::int64_t position);
+    bool fill(std::size_t wanted, std::int64_t position);
 
     int descriptor = -1;
     std::int64_t length = 0;
     std::int64_t start = 0;
     std::size_t held = 0;
+    std::int64_t next = 0; // where reading goes on if the file is read in order
+    std::size_t ahead = 0; // what is read at a time
     unsigned char* buffer = nullptr;
 };
