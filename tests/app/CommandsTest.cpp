@@ -94,7 +94,8 @@ TEST(Commands, NoFailureEndsWithZero)
 
 TEST(Commands, OutputThatCannotBeWrittenIsAFailure)
 {
-    if (!std::filesystem::exists("/dev/full"))
+    const std::filesystem::path full = "/dev/full";
+    if (!full.is_absolute() || !std::filesystem::exists(full))
         GTEST_SKIP() << "no device that is always full here";
     writeInputs();
     for (const auto& [command, lines] : commandLines)
@@ -144,11 +145,11 @@ TEST(Commands, CompletionAndManualKnowEveryOption)
 TEST(Commands, ManualPagesAreWithoutWarnings)
 {
     const TempDirectory folder;
-    ASSERT_EQ(run("man --all \"" + folder.path("") + "\"").code, 0);
+    ASSERT_EQ(run("man --all " + folder.path(".")).code, 0);
     EXPECT_EQ(folder.count(), int(programCommands().size()) + 1);
     if (!hasTool("groff"))
         GTEST_SKIP() << "no groff here";
-    for (const auto& page : std::filesystem::directory_iterator(folder.path("")))
+    for (const auto& page : std::filesystem::directory_iterator(folder.path(".")))
     {
         EXPECT_EQ(
             std::system(

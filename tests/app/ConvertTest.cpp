@@ -51,12 +51,12 @@ TEST(Convert, RefusesBeforeAnythingIsRead)
     };
     for (const auto& each : cases)
     {
-        const Result result = run("convert absent.tb \"" + folder.path(each.target) + "\"");
+        const Result result = run("convert absent.tb " + folder.path(each.target));
         EXPECT_EQ(result.code, 1) << each.target;
         EXPECT_EQ(result.out, "");
         EXPECT_TRUE(holds(result.err, each.reason)) << result.err;
     }
-    const Result missing = run("convert absent.tb \"" + folder.path("x.tb") + "\"");
+    const Result missing = run("convert absent.tb " + folder.path("x.tb"));
     EXPECT_TRUE(holds(missing.err, "absent.tb: there is no such file")) << missing.err;
     EXPECT_EQ(folder.count(), 1) << "nothing was written";
 }
