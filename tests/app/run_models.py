@@ -90,6 +90,12 @@ counts per frame (nodes visited and culled, meshes, triangles) and the same numb
 means a message and exit code 1, with the reason that the format's reader gave. Each run is a process of its own, ended
 after {seconds:g} seconds.
 
+Models name other files: materials, buffers, images, whole scenes. They get regular files in or below their own directory
+or a directory of the search paths (`tbAddFilePath()`), whatever "..", links and absolute names try; at most 16 at once, and
+none that is being read already. What is refused is said in a line that names model, file and rule, and reading goes on
+where the format's reader does. `TAMBER_OPEN_ANYWHERE=1` in the environment, or `tbModelFiles::enableOpenAnywhere()`, lifts
+the rule on directories. `docs/formats.md` tells which formats are written, and what comes back from them.
+
 This file is written by `tests/app/run_models.py PROGRAM {folder} --table docs/models.md`.
 
 """
