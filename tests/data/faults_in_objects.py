@@ -130,6 +130,12 @@ graph(
     ("tbPathAction", lambda r: r.base().float(1, 0).int(0, 1, 2, 1, 0, 0).float(1).int(0, 0, 0)),
     TRAIT,
 )
+graph(
+    "26-target-that-only-its-motion-names",
+    ("tbTransform", lambda r: r.transform(attributes=[1])),
+    ("tbPathAction", lambda r: r.base().float(1, 0).int(0, 1, 2, 1, 0, 0).float(1).int(0, 0, 0)),
+    ("tbTransform", lambda r: r.transform(name="target")),
+)
 graph("26-node-as-attribute-and-child", ("tbGroup", lambda r: r.group([1], attributes=[1])), ("tbGroup", []))
 
 # 27: objects whose reading fails
