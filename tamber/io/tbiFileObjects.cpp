@@ -5,6 +5,8 @@
 #include <tamber/io/tbiFileState.h>
 #include <tamber/kernel/tbBase.h>
 
+#include <optional>
+
 namespace
 {
 
@@ -23,6 +25,21 @@ tbBase* objectOf(const void* handle)
 {
     return static_cast<tbBase*>(const_cast<void*>(handle));
 }
+
+// Objects are read and written inside each other: whether memory ran out is asked once for all.
+class OutermostWatch
+{
+public:
+    explicit OutermostWatch(int depth)
+    {
+        if (depth == 0)
+            memory.emplace();
+    }
+    bool ranOut() const { return memory && memory->ranOut(); }
+
+private:
+    std::optional<tbiMemoryWatch> memory;
+};
 
 } // namespace
 
@@ -112,7 +129,7 @@ tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
         return nullptr;
     }
     object->refNoCheck(); // nothing that happens while it reads may delete it
-    const tbiMemoryWatch memory;
+    const OutermostWatch memory(state->readDepth);
     const bool read = readInto(object, entry);
     if (memory.ranOut())
         entry->fail("memory is out");
@@ -205,7 +222,7 @@ tbEntry* tbFile::writeObject(const tbBase* object)
         failWrite("references nest too deep");
         return nullptr;
     }
-    const tbiMemoryWatch memory;
+    const OutermostWatch memory(state->writeDepth);
     ++state->writeDepth;
     tbEntry* entry = object->write(this, nullptr);
     --state->writeDepth;

@@ -5,7 +5,7 @@
 #include <tamber/thread/tbiThreadTree.h>
 #include <tamber/thread/tbiWait.h>
 
-#include <system_error>
+#include <exception>
 
 namespace
 {
@@ -48,7 +48,7 @@ bool tbiThreadControl::create()
         thread = std::thread(&tbiThreadControl::main, this);
         id = thread.get_id();
     }
-    catch (const std::system_error&)
+    catch (const std::exception&) // the system has no thread, or no memory
     {
         over = true;
         unlink();

@@ -6,6 +6,9 @@
 #include <tamber/thread/tbiThreadControl.h>
 #include <tamber/thread/tbiWait.h>
 
+#include <new>
+#include <thread>
+
 thread_local constinit tbiThreadRecord* tbiThreadRecord::own = nullptr;
 
 namespace
@@ -20,7 +23,9 @@ constinit bool stopped = false;
 
 tbiThreadRecord* tbiThreadRecord::make()
 {
-    own = new tbiThreadRecord;
+    // Without a record no lock can be taken, and no operation can say so: it waits for memory.
+    while (!(own = new (std::nothrow) tbiThreadRecord))
+        std::this_thread::yield();
     const auto held = tbiHold(recordsMutex);
     if (!watching && !stopped)
         watching = tbiInstallThreadEnd(&tbiThreadRecord::threadEnded);
@@ -73,7 +78,9 @@ void tbiThreadRecord::forget(const tbLock* lock)
     if (const std::uintptr_t word = lock->getOwnerWord())
     {
         auto* holder = reinterpret_cast<tbiThreadRecord*>(word);
-        holder->places[lock->place.load(std::memory_order_relaxed)].store(nullptr, std::memory_order_relaxed);
+        const int place = lock->place.load(std::memory_order_relaxed);
+        if (place >= 0)
+            holder->places[place].store(nullptr, std::memory_order_relaxed);
     }
 }
 
@@ -104,7 +111,9 @@ void tbiThreadRecord::makeRoom()
     top = used;
     if (used * 2 <= capacity)
         return;
-    auto* more = new Place[static_cast<std::size_t>(capacity) * 2]();
+    auto* more = new (std::nothrow) Place[static_cast<std::size_t>(capacity) * 2]();
+    if (!more)
+        return;
     for (int i = 0; i < used; ++i)
         more[i].store(places[i].load(std::memory_order_relaxed), std::memory_order_relaxed);
     if (places != firstPlaces)

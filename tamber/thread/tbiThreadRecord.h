@@ -33,16 +33,23 @@ public:
     /// The record as the owner word of a lock; its lowest bit is free.
     std::uintptr_t getWord() const { return reinterpret_cast<std::uintptr_t>(this); }
 
-    /// The place that the lock keeps while it is held.
+    /// The place that the lock keeps while it is held; -1 when there is no memory for one: should the thread end while
+    /// it holds the lock, the lock stays taken.
     int add(const tbLock* lock)
     {
-        if (top == capacity)
+        if (top == capacity) [[unlikely]]
+        {
             makeRoom();
+            if (top == capacity)
+                return -1;
+        }
         places[top].store(lock, std::memory_order_relaxed);
         return top++;
     }
     void remove(int place)
     {
+        if (place < 0) [[unlikely]]
+            return;
         places[place].store(nullptr, std::memory_order_relaxed);
         while (top > 0 && !places[top - 1].load(std::memory_order_relaxed))
             --top;
