@@ -154,19 +154,35 @@ int makeLocked(const char* path)
     return -1;
 }
 
+std::string savingName(const std::string& target, int number)
+{
+    return target + ".saving-" + std::to_string(number);
+}
+
+// What killed saves left under the next numbers, when several went on at once.
+void removeAbandonedBehind(const std::string& target, int number)
+{
+    while (removeAbandoned(savingName(target, ++number).c_str()))
+    {
+    }
+}
+
 // The first name beside the target that no other save has.
 bool makeBeside(tbiReplacement& replacement)
 {
     for (int number = 1; number <= NAME_ATTEMPTS; ++number)
     {
-        replacement.path = replacement.target + ".saving-" + std::to_string(number);
+        replacement.path = savingName(replacement.target, number);
         const char* path = replacement.path.c_str();
         bool again = true;
         while (again)
         {
             replacement.descriptor = makeLocked(path);
             if (replacement.descriptor > 0)
+            {
+                removeAbandonedBehind(replacement.target, number);
                 return true;
+            }
             if (errno != EEXIST)
                 return false;
             again = removeAbandoned(path);

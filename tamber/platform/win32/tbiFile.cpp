@@ -91,13 +91,18 @@ bool mayBeReplaced(const std::string& target)
     return descriptor > 0;
 }
 
+std::string savingName(const std::string& target, int number)
+{
+    return target + ".saving-" + std::to_string(number);
+}
+
 // The first name beside the target that no other save has. A file that somebody is writing cannot be deleted, so one
 // that can was left behind by a save that was killed.
 bool makeBeside(tbiReplacement& replacement)
 {
     for (int number = 1; number <= NAME_ATTEMPTS; ++number)
     {
-        replacement.path = replacement.target + ".saving-" + std::to_string(number);
+        replacement.path = savingName(replacement.target, number);
         const char* path = replacement.path.c_str();
         DeleteFileA(path);
         const HANDLE handle = CreateFileA(path, GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
@@ -105,6 +110,9 @@ bool makeBeside(tbiReplacement& replacement)
         if (handle != INVALID_HANDLE_VALUE)
         {
             replacement.descriptor = descriptorOf(handle, _O_RDWR);
+            while (DeleteFileA(savingName(replacement.target, ++number).c_str()))
+            {
+            }
             return replacement.descriptor > 0;
         }
         // Denied: another save has just given its file up.
