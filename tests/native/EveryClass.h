@@ -84,15 +84,21 @@ inline void fill(tbBase* object, int number)
 inline void writeArrays(tbFile& file)
 {
     tbEntry* entry = file.newEntry(file.newTag("Unknown"));
+    std::vector<tbRef<tbArray>> arrays;
     for (int type = 0; type < tbArray::NUM_DATA_TYPES; ++type)
     {
-        const tbRef<tbArray> array(new tbArray(type + 1, tbArray::DATA_TYPE(type)));
+        // They live until all are written: a file knows arrays by where they are.
+        const tbRef<tbArray>& array = arrays.emplace_back(new tbArray(type + 1, tbArray::DATA_TYPE(type)));
         auto* bytes = static_cast<unsigned char*>(array->getData());
         for (int i = 0; i < array->getNum() * array->getElemSize(); ++i)
             bytes[i] = static_cast<unsigned char>(i + 40);
         array->writeRef(&file, entry);
     }
-    entry->setData("alien", 5); // what it referred with has a byte order that nobody knows
+    // References would be bytes of a byte order that nobody knows.
+    entry->reset();
+    for (int type = 0; type < tbArray::NUM_DATA_TYPES; ++type)
+        entry->writeInt(0);
+    entry->writeChunk("tail", 4);
 }
 
 inline std::string everyClassFile(bool swapped = false, bool packed = false)
