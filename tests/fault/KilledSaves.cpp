@@ -82,7 +82,6 @@ int killSaves(const std::string& program, int rounds)
             std::error_code ignored;
             const auto before = std::filesystem::last_write_time(path, ignored);
             const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-            std::error_code ignored;
             while (std::filesystem::last_write_time(path, ignored) == before &&
                    std::chrono::steady_clock::now() < limit)
                 std::this_thread::sleep_for(std::chrono::milliseconds(1)); // until it has saved once
