@@ -155,8 +155,8 @@ What comes in, what goes out, and what comes back. The tables are written by
 nothing: the same nodes, names, matrices, meshes, vertices, indices, materials, textures and key frames. *other order*
 means that `tamber convert A.tb D.tb --swap` and `tamber diff A.tb D.tb` found nothing.
 
-The tolerance is for one thing: the second texture coordinate runs the other way in glTF, and 1 - (1 - v) is not always
-v. All else comes back bit by bit.
+The tolerance is for two things: the second texture coordinate runs the other way in glTF, and 1 - (1 - v) is not always
+v; and the library counts the times of keys in thousandths.
 
 """
 
