@@ -14,9 +14,18 @@ CommandLine::CommandLine()
     app.footer("'tamber COMMAND --help' explains a command.");
     app.add_flag("--trust", options.trustFiles, "Let native files load the plug-ins that they name");
     app.add_flag("-v,--verbose", options.verbose, "Show the library's messages on stderr");
-    app.add_flag_callback(
-        "--in-process", [] { setImportInProcess(true); },
-        "Read foreign formats in this process, not in one of their own");
+    ImportOptions& import = importOptions();
+    app.add_flag("--in-process", import.inProcess,
+                 "Read foreign formats in this process, not in one of their own");
+    app.add_option("--import-memory", import.memory,
+                   "Memory that the process of a foreign format may take; 0 for any")
+        ->type_name("MIB")
+        ->check(CLI::Range(0.0, 1e6).description(""))
+        ->capture_default_str();
+    app.add_option("--import-time", import.seconds, "Processor time that it may take; 0 for any")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0.0, 1e6).description(""))
+        ->capture_default_str();
     for (const auto& command : commands)
         command->define(app);
 }

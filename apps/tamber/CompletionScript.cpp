@@ -69,6 +69,16 @@ void addBashValues(std::ostream& out, const std::vector<OptionRow>& options)
     }
 }
 
+/// As a pattern. The program has some.
+std::string optionsWithValue(const CommandRow& command)
+{
+    std::string pattern;
+    for (const OptionRow& option : command.options)
+        if (!option.value.empty())
+            pattern += (pattern.empty() ? "" : "|") + joined(option.names, "|");
+    return pattern;
+}
+
 std::string wordsOf(const std::vector<OptionRow>& options)
 {
     std::string words;
@@ -109,6 +119,8 @@ _tamber()
     local command= options= words= files= i
     for ((i = 1; i < COMP_CWORD; ++i)); do
         case ${COMP_WORDS[i]} in
+        )"
+        << optionsWithValue(table.program) << R"() ((++i)) ;;
         -*) ;;
         *) command=${COMP_WORDS[i]}; break ;;
         esac
@@ -116,8 +128,10 @@ _tamber()
     COMPREPLY=()
     case $command in
     '')
-        options=)"
-        << quoted(wordsOf(table.program.options))
+        case $before in
+)";
+    addBashValues(out, table.program.options);
+    out << "        esac\n        options=" << quoted(wordsOf(table.program.options))
         << "\n        words=" << quoted(joined(commandNames(table), " ")) << "\n        ;;\n";
     for (const CommandRow& command : table.commands)
         addBashCommand(out, table, command);

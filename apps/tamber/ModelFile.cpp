@@ -12,13 +12,13 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
 namespace
 {
 constexpr const char* NATIVE_EXTENSION = "tb";
-bool importInProcess = false;
 
 /// Without the dot; empty when there is none.
 std::string extensionOf(const std::string& path)
@@ -63,6 +63,21 @@ std::string lastLoaderMessage(const char* otherwise)
 {
     const char* message = tbLoader::getErrorMessage();
     return message && *message ? message : otherwise;
+}
+
+tbImportLimits limitsOf(const ImportOptions& options)
+{
+    constexpr double MIB = 1 << 20;
+    constexpr double WAITING = 4; // a busy machine gives a process a part of the clock's time
+    return {std::int64_t(options.memory * MIB), options.seconds, options.seconds * WAITING};
+}
+
+std::string hintAtLimits()
+{
+    const bool passed =
+        tbLoader::getError() == tbLoader::LOADER_STOPPED &&
+        std::string_view(tbLoader::getErrorMessage()).find(" passed its ") != std::string::npos;
+    return passed ? "; --import-memory and --import-time set the limits" : "";
 }
 
 void checkSource(const std::string& path)
@@ -121,18 +136,20 @@ void writeNatively(const tbGroup& model, const std::string& path, const NativeOp
 }
 } // namespace
 
-void setImportInProcess(bool inProcess)
+ImportOptions& importOptions()
 {
-    importInProcess = inProcess;
+    static ImportOptions options;
+    return options;
 }
 
 tbRef<tbGroup> loadModel(const std::string& path)
 {
     checkSource(path);
     const LibraryProgress progress("reading " + path);
-    tbBase* object = importInProcess ? tbLoader::importFile(path.c_str()) : tbImportIsolated(path.c_str());
+    tbBase* object = importOptions().inProcess ? tbLoader::importFile(path.c_str())
+                                               : tbImportIsolated(path.c_str(), limitsOf(importOptions()));
     if (!object)
-        throw CommandError(path, lastLoaderMessage("cannot be read"));
+        throw CommandError(path, lastLoaderMessage("cannot be read") + hintAtLimits());
     const tbRef<tbBase> holder = object;
     if (!object->isOfType(tbGroup::getClassType()))
         throw CommandError(path, std::string("holds a ") + object->getType()->getName() + " and no model");

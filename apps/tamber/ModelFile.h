@@ -14,8 +14,15 @@ struct NativeOptions
     bool isDefault() const { return !compress && !swap; }
 };
 
-/// Whether loadModel() reads foreign formats in this process too, as it does not at first.
-void setImportInProcess(bool inProcess);
+// How foreign formats are read.
+struct ImportOptions
+{
+    bool inProcess = false; // in this process, without limits
+    double memory = 1024;   // MiB that the process of their own may take, 0 for any
+    double seconds = 30;    // on a processor, 0 for any
+};
+/// Those that loadModel() goes by.
+ImportOptions& importOptions();
 
 /// Reads a model of any known format, a foreign one in a process of its own. Throws CommandError when there is none
 /// that can be read.

@@ -88,6 +88,8 @@ TEST(Commands, NoFailureEndsWithZero)
         EXPECT_NE(run(command + " --nonsense").code, 0) << command;
         EXPECT_EQ(run(command + " --help").code, 0) << command;
     }
+    for (const char* bad : {"--import-memory -1", "--import-time x", "--import-time"})
+        EXPECT_EQ(run(std::string("run row.tb ") + bad).code, 1) << bad;
     for (const char* command : {"check", "diff"})
         EXPECT_EQ(run(std::string(command) + " --nonsense").code, 2) << "1 says something of the files";
 }
@@ -173,7 +175,7 @@ TEST(Commands, BashCompletesWhatIsTyped)
         return readAll("completed.txt");
     };
     EXPECT_EQ(complete("com"), "completion\n");
-    EXPECT_EQ(complete("-v run --fr"), "--frames\n");
+    EXPECT_EQ(complete("-v --import-time 5 run --fr"), "--frames\n");
     EXPECT_EQ(complete("run --frames ''"), "\n");
     EXPECT_EQ(complete("completion z"), "zsh\n");
     EXPECT_EQ(complete("man ru"), "run\n");
