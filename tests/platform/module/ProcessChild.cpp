@@ -24,7 +24,7 @@ int writeArguments(int argc, char** argv)
 
 int takeMemory(long long bytes)
 {
-    static std::vector<char*> blocks;
+    static auto& blocks = *new std::vector<char*>; // which stay reachable to the end
     constexpr long long BLOCK = 1 << 20;
     for (; bytes > 0; bytes -= BLOCK)
         if (char* block = new (std::nothrow) char[BLOCK])
