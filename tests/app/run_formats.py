@@ -176,7 +176,7 @@ NOTES = """
   the model carries stay in the file) and key-frame actions. What glTF has no words for (ambient and specular colour,
   shininess, the kinds of traits, unnamed nodes, several meshes at one node) stands in the `extras` of nodes under
   "tamber", where other programs pass it over. A .gltf file holds its buffer, too, so that there is one file to write.
-  Numbers that are not finite become 0 there; names that are no UTF-8 are read as Latin-1 by other programs. Groups that
+  Numbers of nodes and materials that are not finite do not come along; names that are no UTF-8 are read as Latin-1 by other programs. Groups that
   are neither transforms nor models come back as transforms. Nodes with several parents come once for each path.
 - **obj**: groups with names, but placements are worked into the vertices; one set of texture coordinates. The .mtl and
   the images that the model carries are files beside it.
@@ -219,7 +219,8 @@ def write_tables(out, folder, results, formats):
         reasons = collections.defaultdict(list)
         for path, outcome in outcomes:
             if outcome != EQUAL:
-                reasons[outcome.partition("tamber: ")[0] + outcome.rpartition(": ")[2]].append(path)
+                step, program_speaks, reason = outcome.partition("tamber: ")
+                reasons[step + reason.rpartition(": ")[2] if program_speaks else outcome].append(path)
         faults += [(extension, reason, paths) for reason, paths in reasons.items()]
     out.write("\n| format | what came of it | models |\n|---|---|---|\n")
     for extension, reason, paths in faults:
