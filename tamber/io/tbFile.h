@@ -180,7 +180,7 @@ private:
     bool loadPlain(tbEntry* entry);
     bool loadPacked(tbEntry* entry);
     bool checkPlace(const tbEntry* entry, std::int64_t length);
-    bool spendBudget(tbEntry* entry);
+    bool spendBudget(tbEntry* entry, std::int64_t packedBytes);
     void giveBack(tbEntry* entry);
 
     // References

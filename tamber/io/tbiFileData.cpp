@@ -70,10 +70,10 @@ bool tbFile::checkPlace(const tbEntry* entry, std::int64_t length)
 }
 
 // Entries may share bytes of the file, so what they hold together is limited, not only each of them: all that was ever
-// loaded, which takes time, and what is there at once, which takes memory.
-bool tbFile::spendBudget(tbEntry* entry)
+// loaded and unpacked, which takes time, and what is there at once, which takes memory.
+bool tbFile::spendBudget(tbEntry* entry, std::int64_t packedBytes)
 {
-    const int more = entry->budgeted ? 0 : entry->dataSize;
+    const std::int64_t more = entry->budgeted ? 0 : entry->dataSize + packedBytes;
     const int held = entry->dataSize - entry->counted;
     if (more > state->dataBudget - state->dataSpent || held > state->heldBudget - state->dataHeld)
     {
@@ -97,7 +97,7 @@ void tbFile::giveBack(tbEntry* entry)
 
 bool tbFile::loadPlain(tbEntry* entry)
 {
-    if (!checkPlace(entry, entry->dataSize) || !spendBudget(entry))
+    if (!checkPlace(entry, entry->dataSize) || !spendBudget(entry, 0))
         return false;
     const std::size_t size = std::size_t(entry->dataSize);
     entry->freeData();
@@ -129,7 +129,7 @@ bool tbFile::loadPacked(tbEntry* entry)
         reportAt(entry, entry->fileOffset, "a packed length that the data does not fit");
         return false;
     }
-    if (!checkPlace(entry, std::int64_t(sizeof word) + length) || !spendBudget(entry))
+    if (!checkPlace(entry, std::int64_t(sizeof word) + length) || !spendBudget(entry, length))
         return false;
     auto* packed = static_cast<unsigned char*>(tbMemory::malloc(length));
     unsigned char* data = nullptr;
