@@ -1,7 +1,6 @@
 #include "ModelNodes.h"
 
 #include <portable/tbMesh.h>
-#include <tamber/graph/tbScene.h>
 #include <tamber/graph/tbTransform.h>
 #include <tamber/render/tbGeometry.h>
 #include <tamber/render/tbStyle.h>
@@ -38,19 +37,13 @@ std::size_t sizeOfIndices(const tbGeometry& geometry)
 }
 } // namespace
 
-ModelNodes::ModelNodes(tbGroup& modelRoot) : root(modelRoot), scene(new tbScene)
+// A scene's update would split what is shared.
+ModelNodes::ModelNodes(tbGroup& modelRoot) : root(modelRoot)
 {
-    scene->addChild(&root);
-    scene->update();
     root.getBoundingVolume(sphere);
     walkModel(
         root, [this](tbGroup& node, int level) { return count(node, level); },
         [this](tbGroup& node) { addUp(node); });
-}
-
-ModelNodes::~ModelNodes()
-{
-    scene->removeChild(&root);
 }
 
 bool ModelNodes::count(tbGroup& node, int level)

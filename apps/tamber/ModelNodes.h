@@ -1,7 +1,6 @@
 #pragma once
 
 #include <tamber/graph/tbGroup.h>
-#include <tamber/kernel/tbRef.h>
 #include <tamber/volume/tbSphere.h>
 
 #include <cstdint>
@@ -12,7 +11,6 @@
 #include <vector>
 
 class tbGeometry;
-class tbScene;
 
 // What is told of a model's nodes, however deep they lie and at however many places.
 
@@ -52,12 +50,11 @@ void walkModel(tbGroup& root, Enter enter, Leave leave)
     }
 }
 
-// A model under a scene that has updated it, with its sums. Lives no longer than `root`.
+// A model whose bounds are up to date, with its sums. Lives no longer than the root.
 class ModelNodes
 {
 public:
     explicit ModelNodes(tbGroup& modelRoot);
-    ~ModelNodes();
     ModelNodes(const ModelNodes&) = delete;
     ModelNodes& operator=(const ModelNodes&) = delete;
 
@@ -79,7 +76,6 @@ private:
     void addUp(tbGroup& node);
 
     tbGroup& root;
-    tbRef<tbScene> scene;
     tbSphere sphere;
     int levels = 0;
     std::size_t bytes = 0;
@@ -99,7 +95,7 @@ struct ModelNode
     std::vector<std::string> traits; // their classes
     ModelSum sum;
     std::size_t bytes; // of the node and what it draws
-    int numParents;    // the scene above the root counts
+    int numParents;
     int numChildren;
     tbSphere sphere; // in the node's own coordinates, empty where it is not known
 

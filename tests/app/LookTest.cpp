@@ -18,10 +18,10 @@ using tbtest::run;
 
 namespace
 {
-void writeModel(const char* path)
+void writeModel(const char* path, const char* name = "model")
 {
     const tbRef<tbModel> model(new tbModel);
-    model->setName("twice\n\"quoted\"");
+    model->setName(name);
     auto* shared = new tbGroup;
     shared->setName("shared");
     shared->addChild(new tbTransform);
@@ -90,7 +90,7 @@ TEST(Program, InfoReadsTheTablesOfNativeFiles)
 
 TEST(Program, InfoShowsTreesAndSharedNodesOnce)
 {
-    writeModel("model.tb");
+    writeModel("model.tb", "twice\n\"quoted\"");
     const Result text = run("info model.tb --tree");
     EXPECT_EQ(text.code, 0) << text.err;
     EXPECT_TRUE(holds(text.out, "nodes    5 in 4 levels, 7 with every place")) << text.out;
