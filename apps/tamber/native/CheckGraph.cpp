@@ -107,6 +107,8 @@ private:
                                         (isOf(info, emitter) ? HAS_EMITTER : 0));
         if (steps.size() == MOST_DEPTH + 1 && isObject(info) && !std::exchange(depthReported, true))
             add(Kind::TOO_DEEP, entry);
+        if (isOf(info, scene) && openScenes++ > 0)
+            add(Kind::SCENE_INSIDE, entry);
         steps.push_back({entry});
     }
 
@@ -118,6 +120,7 @@ private:
         const int entry = steps.back().entry;
         const auto place = std::size_t(entry);
         places[place] = DONE;
+        openScenes -= isOf(state.facts[place].info, scene) ? 1 : 0;
         steps.pop_back();
         checkContents(entry);
         if (steps.empty())
@@ -169,6 +172,8 @@ private:
     bool depthReported = false;
     bool pathsReported = false;
     bool hidesReferences = false; // what lies below an object could not be told
+    int openScenes = 0;
+    const ClassInfo* scene = findClass("tbScene");
     const ClassInfo* group = findClass("tbGroup");
     const ClassInfo* geometry = findClass("tbGeometry");
     const ClassInfo* emitter = findClass("tbEmitter");

@@ -130,7 +130,8 @@ enum class Kind : unsigned short
     TOO_DEEP = 705,
     TOO_MANY_PATHS = 706,
     TOO_MANY_REFERENCES = 707,
-    CONTENT_FLAGS = 708
+    CONTENT_FLAGS = 708,
+    SCENE_INSIDE = 709
 };
 
 // One line of the table of kinds, from which the documents are made.

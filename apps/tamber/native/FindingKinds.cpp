@@ -76,7 +76,7 @@ constexpr KindInfo KINDS[] = {
     {Kind::MIXED_ORDER, Severity::NOTE, "mixed-order", "All entries have the header's byte order.",
      "Nothing: each is read in its own."},
     {Kind::BUDGET, Severity::ERROR, "budget",
-     "All entries together hold at most 256 MiB, or 160 times the file's length.",
+     "All entries together unpack to at most 24 MiB and 128 times the file's length.",
      "This entry and others behind it cannot be read."},
 
     {Kind::PLUGIN_LIST_TWICE, Severity::WARNING, "plugin-list-twice", "A file has one list of plug-ins.",
@@ -232,6 +232,8 @@ constexpr KindInfo KINDS[] = {
      "A file holds at most 2^24 references.", "The graph is not checked further."},
     {Kind::CONTENT_FLAGS, Severity::WARNING, "content-flags", "A node's flags tell what lies below it.",
      "Readers set them."},
+    {Kind::SCENE_INSIDE, Severity::ERROR, "scene-inside", "No scene lies below another.",
+     "The inner one is left out: scenes have locks, events and walks of their own."},
 };
 
 } // namespace

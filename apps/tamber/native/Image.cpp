@@ -12,8 +12,11 @@ using namespace layout;
 namespace
 {
 
-constexpr std::uint64_t SMALLEST_BUDGET = std::uint64_t{256} << 20;
-constexpr std::uint64_t BUDGET_FACTOR = 160;
+// No file whose entries share no bytes unpacks to more.
+constexpr std::uint64_t SPARE_BUDGET = std::uint64_t{24} << 20;
+// What is read for that comes on top of it.
+constexpr std::uint64_t SMALLEST_WORK = std::uint64_t{256} << 20;
+constexpr std::uint64_t WORK_FACTOR = 160;
 
 std::uint32_t word(const unsigned char* bytes, ByteOrder order)
 {
@@ -31,7 +34,8 @@ std::string_view ImageTag::getName() const
 Image::Image(std::unique_ptr<ImageSource> bytes, Findings& findings)
     : source(std::move(bytes)),
       length(source->getLength()),
-      budget(std::max(SMALLEST_BUDGET, BUDGET_FACTOR * length))
+      budget(SPARE_BUDGET + BEST_PACKING * length),
+      work(std::max(SMALLEST_WORK, WORK_FACTOR * length))
 {
     if (!readHeader(findings))
         return;
@@ -230,16 +234,18 @@ bool Image::readRegion(const Region& region, std::vector<unsigned char>& bytes)
 }
 
 // Entries may share bytes of the file, so what they hold together is limited, not only each of them.
-bool Image::spend(int entry, std::uint64_t size, Findings& findings)
+bool Image::spend(int entry, std::uint64_t packedSize, Findings& findings)
 {
     if (spent[std::size_t(entry)])
         return true;
-    if (size > budget)
+    const std::uint64_t size = entries[std::size_t(entry)].size;
+    if (size > budget || size + packedSize > work)
     {
         findings.add(makeFinding(Kind::BUDGET, entry, getRecordOffset(entry) + RECORD_DATA_SIZE));
         return false;
     }
     budget -= size;
+    work -= size + packedSize;
     spent[std::size_t(entry)] = true;
     return true;
 }
@@ -289,7 +295,7 @@ bool Image::readPlain(int entry, std::vector<unsigned char>& data, Findings& fin
                                  "it would end at byte " + std::to_string(region.end())));
         return false;
     }
-    if (!spend(entry, region.size, findings))
+    if (!spend(entry, 0, findings))
         return false;
     if (readRegion(region, data))
         return true;
@@ -317,7 +323,7 @@ bool Image::readPacked(int entry, std::vector<unsigned char>& data, Findings& fi
     if (record.size > BEST_PACKING * packedLength)
         return refuse(Kind::PACKED_RATIO, record.offset,
                       std::to_string(packedLength) + " bytes for " + std::to_string(record.size));
-    if (!spend(entry, std::uint64_t(record.size) + packedLength, findings))
+    if (!spend(entry, packedLength, findings))
         return false;
     std::vector<unsigned char> packed;
     if (!readRegion(packedRegion, packed))

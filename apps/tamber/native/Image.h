@@ -103,7 +103,7 @@ private:
     void findGap();
     Region findStored(int entry);
     bool checkRecord(int entry, Findings& findings) const;
-    bool spend(int entry, std::uint64_t size, Findings& findings);
+    bool spend(int entry, std::uint64_t packedSize, Findings& findings);
     bool readPlain(int entry, std::vector<unsigned char>& data, Findings& findings);
     bool readPacked(int entry, std::vector<unsigned char>& data, Findings& findings);
     bool readPackedLength(int entry, std::uint32_t& packedLength);
@@ -119,6 +119,7 @@ private:
     Region gap;
     std::vector<Region> stored; // by entry, once it was asked for
     std::uint64_t budget = 0;   // what all entries together may still unpack to
+    std::uint64_t work = 0;     // the same with the bytes that are read for it
     std::vector<bool> spent;    // by entry: stands in the budget
 };
 
