@@ -95,7 +95,8 @@ TEST_F(File, EveryHeaderFaultHasItsError)
     wrongIndex[96 + 68] = 7;
     EXPECT_EQ(openBytes(wrongIndex), tbFile::FILE_READ_ERROR);
     EXPECT_FALSE(file.isOpen());
-    EXPECT_NE(std::string(file.getErrorText()).find("file.tb: tag 1, byte 164: a tag stands"), std::string::npos);
+    EXPECT_NE(std::string(file.getErrorText()).find("file.tb: tag 1, byte 164: a tag stands"),
+              std::string::npos);
 }
 
 TEST_F(File, FormatIsToldByLengthAndMagic)
