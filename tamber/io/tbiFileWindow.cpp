@@ -34,6 +34,8 @@ bool tbiFileWindow::read(void* bytes, std::size_t size, std::int64_t position)
 {
     if (position < 0 || position > length || std::int64_t(size) > length - position)
         return false;
+    const bool goesOn = position == next;
+    next = position + std::int64_t(size);
     auto* to = static_cast<unsigned char*>(bytes);
     if (position >= start && position < start + std::int64_t(held))
     {
@@ -43,8 +45,6 @@ bool tbiFileWindow::read(void* bytes, std::size_t size, std::int64_t position)
         position += std::int64_t(part);
         size -= part;
     }
-    const bool goesOn = position == next;
-    next = position + std::int64_t(size);
     if (size == 0)
         return true;
     if (!goesOn || size >= LARGEST || !fill(size, position))
