@@ -5,7 +5,7 @@
 #include <tamber/kernel/tbBase.h>
 #include <tamber/kernel/tbRef.h>
 
-#include <chrono>
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -56,12 +56,13 @@ class Cost
 {
 public:
     Cost();
+    /// Of the processor: a busy machine takes longer without doing more.
     double seconds() const;
     /// The most that the process held beyond what it held at the start.
     std::size_t bytes() const;
 
 private:
-    std::chrono::steady_clock::time_point begun;
+    std::clock_t begun;
     std::size_t held;
 };
 

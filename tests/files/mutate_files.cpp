@@ -12,6 +12,7 @@
 #include <tamber/kernel/tbMessage.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -101,7 +102,7 @@ Outcome useFile(const std::string& path, const std::string& folder, std::size_t 
     Outcome outcome;
     const tbtest::Cost cost;
     const tbtest::WholeFile file(path);
-    if (MEASURE_MEMORY && cost.bytes() > tbtest::mostBytes(size))
+    if (MEASURE_COST && cost.bytes() > tbtest::mostBytes(size))
         outcome.fault = "costs more memory than it may";
     outcome.opened = file.opened;
     if (file.text.empty() && file.error != tbFile::FILE_OK)
