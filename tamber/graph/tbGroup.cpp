@@ -19,6 +19,8 @@ static_assert(sizeof(void*) != 8 || sizeof(tbGroup) <= 88, "nodes are many: keep
 namespace
 {
 
+constexpr int SEARCHED_LIST = 16; // children up to which a list is searched rather than remembered
+
 // Visits a subtree in pre-order from a list, so that depth costs no stack.
 class PreOrder
 {
@@ -221,6 +223,7 @@ tbEntry* tbGroup::read(tbFile* file, tbEntry* entry)
     travFlags = std::uint16_t(entry->readShort());
     nodeFlags = std::uint16_t(entry->readShort());
     const int n = entry->readCount(sizeof(std::int32_t));
+    tbiPointerMap met; // of long lists: many children with many parents each would be searched for ever
     for (int i = 0; i < n; ++i)
     {
         tbBase* object = readRef(file, entry);
@@ -232,7 +235,11 @@ tbEntry* tbGroup::read(tbFile* file, tbEntry* entry)
             continue;
         }
         tbGroup* child = static_cast<tbGroup*>(object);
-        tbiPropagation::FreshNode fresh(child->anyTravFlags(TF_UPDATE) ? child : nullptr);
+        if (n > SEARCHED_LIST && met.find(child) >= 0)
+            continue;
+        const bool isNew = n > SEARCHED_LIST && met.set(child, i);
+        const tbiNodeLinks::NewEdge edge(isNew ? this : nullptr, child);
+        const tbiPropagation::FreshNode fresh(child->anyTravFlags(TF_UPDATE) ? child : nullptr);
         addChild(child);
     }
     return entry->hasFailed() ? nullptr : entry;

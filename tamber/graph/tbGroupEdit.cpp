@@ -31,7 +31,8 @@ bool reserveChildren(std::span<tbGroup* const> parents, int more)
 bool tbGroup::canAttach(const tbGroup* child) const
 {
     tbiNodeLinks::Edge edge;
-    return child && child != this && !isDying() && !tbiNodeLinks::find(this, child, edge);
+    return child && child != this && !isDying() &&
+           (tbiNodeLinks::NewEdge::isKnown(this, child) || !tbiNodeLinks::find(this, child, edge));
 }
 
 bool tbGroup::addChild(tbGroup* child)

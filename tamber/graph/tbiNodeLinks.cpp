@@ -11,6 +11,8 @@ namespace
 
 constexpr unsigned NO_SLOT = 0xFFFFFFFF;
 
+thread_local constinit const tbiNodeLinks::NewEdge* newEdge = nullptr;
+
 // Readers close holes under this one lock: closing moves entries, and each move is told to another node's list.
 constinit tbiSpinMutex holesMutex;
 
@@ -306,6 +308,24 @@ void tbiNodeLinks::removeSlotUnordered(tbNodeList& list, unsigned slot)
     if (slot != last)
         moveEntry(list, last, slot);
     removeSlot(list, last);
+}
+
+tbiNodeLinks::NewEdge::NewEdge(const tbGroup* above, const tbGroup* below)
+    : parent(above),
+      child(below),
+      outer(newEdge)
+{
+    newEdge = this;
+}
+
+tbiNodeLinks::NewEdge::~NewEdge()
+{
+    newEdge = outer;
+}
+
+bool tbiNodeLinks::NewEdge::isKnown(const tbGroup* parent, const tbGroup* child)
+{
+    return newEdge && newEdge->parent == parent && newEdge->child == child;
 }
 
 bool tbiNodeLinks::find(const tbGroup* parent, const tbGroup* child, Edge& edge)

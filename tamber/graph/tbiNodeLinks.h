@@ -15,6 +15,23 @@ public:
         unsigned inParents;
     };
 
+    /// While it lives, `child` is known to be no child of `parent`, and attaching it searches neither list.
+    class NewEdge
+    {
+    public:
+        NewEdge(const tbGroup* parent, const tbGroup* child);
+        ~NewEdge();
+        NewEdge(const NewEdge&) = delete;
+        NewEdge& operator=(const NewEdge&) = delete;
+
+        static bool isKnown(const tbGroup* parent, const tbGroup* child);
+
+    private:
+        const tbGroup* parent;
+        const tbGroup* child;
+        const NewEdge* outer;
+    };
+
     // Queries. What is searched is the shorter of the two lists.
     static bool contains(const tbGroup* parent, const tbGroup* child);
     static int indexOf(const tbGroup* parent, const tbGroup* child);

@@ -186,6 +186,7 @@ private:
     // References
     tbBase* follow(int index, const tbEntry* referrer, bool nested);
     tbBase* makeObject(tbEntry* entry, const tbEntry* referrer);
+    const tbType* findClass(const tbEntry* entry) const;
     bool readInto(tbBase* object, tbEntry* entry);
     bool beginObject(tbEntry* entry);
     bool isSceneInScene(const tbType* type) const;

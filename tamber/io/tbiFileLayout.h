@@ -78,5 +78,6 @@ struct tbiTag : tbAllocated<tbiTag>
     int index = 0;
     char name[tbiFileLayout::TAG_NAME_SIZE] = {};
     int firstEntry = -1;
-    bool reported = false; // as a class that nobody supplies
+    bool reported = false;          // as a class that nobody supplies
+    std::uint32_t unknownSince = 0; // number of the read in which nobody supplied the class
 };

@@ -110,7 +110,7 @@ tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
         reportReference(referrer, entry->dirNum, "a reference to an entry of another kind");
         return nullptr;
     }
-    const tbType* type = tbType::findType(className);
+    const tbType* type = findClass(entry);
     if (!type)
     {
         reportUnknownClass(entry);
@@ -149,6 +149,18 @@ tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
     return object;
 }
 
+// Within one graph nobody is asked twice for a class that nobody supplies; plug-ins come between graphs.
+const tbType* tbFile::findClass(const tbEntry* entry) const
+{
+    tbiTag* tag = tags[entry->tag];
+    if (state->readDepth > 0 && tag->unknownSince == state->numGraphs)
+        return nullptr;
+    const tbType* type = tbType::findType(tag->name);
+    if (!type)
+        tag->unknownSince = state->numGraphs;
+    return type;
+}
+
 // Scenes are roots: each has locks, events and walks of its own.
 bool tbFile::isSceneInScene(const tbType* type) const
 {
@@ -164,7 +176,8 @@ bool tbFile::readInto(tbBase* object, tbEntry* entry)
     const unsigned int pathsAbove = std::exchange(state->paths, 1u);
     entry->cursor = 0;
     entry->state = tbEntry::STATE_STARTED;
-    ++state->readDepth;
+    if (state->readDepth++ == 0)
+        ++state->numGraphs;
     const bool read = object->read(this, entry) != nullptr;
     --state->readDepth;
     state->openScenes -= isScene;

@@ -61,8 +61,9 @@ struct tbiFileState : tbAllocated<tbiFileState>
     int stepsDone = 0;
     static constexpr int PROGRESS_STEPS = 256;
 
-    int readDepth = 0;  // objects that are reading themselves
-    int openScenes = 0; // scenes among them
+    int readDepth = 0;           // objects that are reading themselves
+    int openScenes = 0;          // scenes among them
+    std::uint32_t numGraphs = 0; // outermost objects that began to read themselves
     unsigned int paths = 0;
     bool depthReported = false;
     bool pathsReported = false;
