@@ -12,6 +12,7 @@
 
 #include <cstdlib>
 #include <functional>
+#include <sys/stat.h>
 
 using tbtest::FileFaults;
 
@@ -170,4 +171,18 @@ TEST_F(SaveFault, SettingsAreNeverLost)
               EXPECT_EQ(directory.count(), 1);
           });
     unsetenv("TAMBER_SETTINGS");
+}
+
+// A pipe that nobody writes to would be waited for.
+TEST_F(SaveFault, PipesAreRefusedAndNotWaitedFor)
+{
+    const std::string pipe = directory.path("pipe.tb");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    for (const char* mode : {"r", "rw"})
+    {
+        EXPECT_FALSE(file.open(pipe.c_str(), mode));
+        EXPECT_EQ(file.getLastError(), tbFile::FILE_CANNOT_OPEN);
+    }
+    EXPECT_FALSE(file.create(pipe.c_str()));
+    EXPECT_FALSE(tbFile::isTamberFormat(pipe.c_str()));
 }

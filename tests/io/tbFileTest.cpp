@@ -58,7 +58,12 @@ TEST_F(File, RefusesWhatIsNoRegularFile)
 {
     EXPECT_FALSE(file.open(nullptr, "r"));
     EXPECT_EQ(file.getLastError(), tbFile::FILE_CANNOT_OPEN);
-    for (const std::string& name : {std::string(), directory.path("absent.tb"), directory.path(".")})
+    std::error_code unsupported;
+    std::filesystem::create_symlink(directory.path("loop.tb"), directory.path("loop.tb"), unsupported);
+    // Devices of either system; the other has no such files.
+    for (const std::string& name : {std::string(), directory.path("absent.tb"), directory.path("."),
+                                    directory.path("loop.tb"), std::string("/dev/zero"), std::string("CON"),
+                                    std::string("NUL"), std::string("\\\\.\\pipe\\absent")})
     {
         EXPECT_FALSE(file.open(name.c_str(), "r")) << name;
         EXPECT_EQ(file.getLastError(), tbFile::FILE_CANNOT_OPEN);
