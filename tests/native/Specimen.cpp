@@ -174,13 +174,13 @@ void Specimen::setWord(std::size_t offset, std::uint32_t value)
 void Specimen::setRecord(int entry, unsigned field, std::uint32_t value)
 {
     Findings findings;
-    setWord(Image(sourceOf(bytes), findings).getRecordOffset(entry) + field, value);
+    setWord(std::size_t(Image(sourceOf(bytes), findings).getRecordOffset(entry)) + field, value);
 }
 
 std::uint32_t Specimen::getRecord(int entry, unsigned field) const
 {
     Findings findings;
-    const std::size_t offset = Image(sourceOf(bytes), findings).getRecordOffset(entry) + field;
+    const std::size_t offset = std::size_t(Image(sourceOf(bytes), findings).getRecordOffset(entry)) + field;
     return loadWord<std::uint32_t>(reinterpret_cast<const unsigned char*>(bytes.data()) + offset, OWN_ORDER);
 }
 
@@ -205,7 +205,7 @@ std::size_t Specimen::tagPlace(const char* className) const
 {
     Findings findings;
     const Image image(sourceOf(bytes), findings);
-    return image.getTagOffset(int(image.getEntries()[std::size_t(find(className))].tag));
+    return std::size_t(image.getTagOffset(int(image.getEntries()[std::size_t(find(className))].tag)));
 }
 
 void Specimen::renameTag(const char* className, const char* newName)
