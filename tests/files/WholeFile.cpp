@@ -44,7 +44,7 @@ std::size_t statusBytes(const std::string& name)
     std::ifstream status("/proc/self/status");
     for (std::string line; std::getline(status, line);)
         if (line.compare(0, name.size(), name) == 0)
-            return std::strtoull(line.c_str() + name.size() + 1, nullptr, 10) * 1024;
+            return std::size_t(std::strtoull(line.c_str() + name.size() + 1, nullptr, 10)) * 1024;
     return 0;
 }
 

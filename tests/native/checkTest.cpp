@@ -164,7 +164,7 @@ const std::vector<Damage>& damages()
              Findings ignored;
              const auto gap = Image(makeMemorySource({f.bytes.begin(), f.bytes.end()}), ignored).getGap();
              f.bytes.replace(
-                 gap.offset, f.getRecord(entry, RECORD_DATA_SIZE),
+                 std::size_t(gap.offset), f.getRecord(entry, RECORD_DATA_SIZE),
                  f.bytes.substr(f.getRecord(entry, RECORD_OFFSET), f.getRecord(entry, RECORD_DATA_SIZE)));
              f.setRecord(entry, RECORD_OFFSET, std::uint32_t(gap.offset));
          }},

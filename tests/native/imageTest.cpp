@@ -25,11 +25,11 @@ bool lacksHeader(const std::string& bytes)
 /// How often each byte of a file belongs to something.
 std::vector<int> coverageOf(Image& image)
 {
-    std::vector<int> coverage(image.getLength());
+    std::vector<int> coverage(std::size_t(image.getLength()));
     const auto cover = [&](std::uint64_t from, std::uint64_t to)
     {
         for (std::uint64_t i = from; i < to; ++i)
-            ++coverage.at(i);
+            ++coverage.at(std::size_t(i));
     };
     cover(0, std::min(image.getTablesEnd(), image.getLength()));
     cover(image.getGap().offset, image.getGap().end());
