@@ -4,6 +4,7 @@
 #include "CommandError.h"
 #include "CommandLine.h"
 #include "ModuleSearch.h"
+#include "Terminal.h"
 
 #include <exception>
 #include <iostream>
@@ -37,6 +38,7 @@ int runCommand(Command& command, const KernelOptions& options)
 int main(int argc, char** argv)
 {
     limitModuleSearch();
+    printPlainLines();
     CommandLine line;
     try
     {

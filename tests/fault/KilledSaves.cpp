@@ -63,6 +63,9 @@ int saveForEver(const std::string& path)
             return 1;
 }
 
+// Windows does not replace a file that another save is just looking at.
+constexpr bool SAVES_AT_ONCE = std::filesystem::path::preferred_separator == '/';
+
 int killSaves(const std::string& program, int rounds)
 {
     const tbtest::WorkFolder folder;
@@ -78,7 +81,7 @@ int killSaves(const std::string& program, int rounds)
         {
             const tbtest::Child one({program, "--save", path});
             const std::unique_ptr<tbtest::Child> other(
-                round % 4 == 0 ? new tbtest::Child({program, "--save", path}) : nullptr);
+                SAVES_AT_ONCE && round % 4 == 0 ? new tbtest::Child({program, "--save", path}) : nullptr);
             std::error_code ignored;
             const auto before = std::filesystem::last_write_time(path, ignored);
             const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);

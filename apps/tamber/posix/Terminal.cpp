@@ -6,3 +6,5 @@ bool isErrorOnTerminal()
 {
     return isatty(STDERR_FILENO) == 1;
 }
+
+void printPlainLines() {}

@@ -79,6 +79,14 @@ std::string followLinks(const char* path)
     return n > 0 && n < sizeof resolved ? std::string(resolved, n) : std::string(path);
 }
 
+// A file that is open is renamed to a place that does not depend on the current directory.
+std::string absolutePath(const std::string& path)
+{
+    char absolute[32768];
+    const DWORD n = GetFullPathNameA(path.c_str(), sizeof absolute, absolute, nullptr);
+    return n > 0 && n < sizeof absolute ? std::string(absolute, n) : path;
+}
+
 bool mayBeReplaced(const std::string& target)
 {
     const DWORD attributes = GetFileAttributesA(target.c_str());
@@ -124,7 +132,7 @@ bool makeBeside(tbiReplacement& replacement)
 
 bool beginReplacement(tbiReplacement& replacement, const char* target)
 {
-    replacement.target = followLinks(target);
+    replacement.target = absolutePath(followLinks(target));
     return mayBeReplaced(replacement.target) && makeBeside(replacement);
 }
 
