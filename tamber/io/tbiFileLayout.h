@@ -78,6 +78,7 @@ struct tbiTag : tbAllocated<tbiTag>
     int index = 0;
     char name[tbiFileLayout::TAG_NAME_SIZE] = {};
     int firstEntry = -1;
-    bool reported = false;          // as a class that nobody supplies
-    std::uint32_t unknownSince = 0; // number of the read in which nobody supplied the class
+    bool reported = false;        // as a class that nobody supplies
+    std::uint32_t askedIn = 0;    // number of the graph in which the class was asked for last
+    const tbType* type = nullptr; // the answer
 };

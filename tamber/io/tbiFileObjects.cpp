@@ -149,16 +149,15 @@ tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
     return object;
 }
 
-// Within one graph nobody is asked twice for a class that nobody supplies; plug-ins come between graphs.
+// Within one graph a class is asked for once; plug-ins come and go between graphs.
 const tbType* tbFile::findClass(const tbEntry* entry) const
 {
     tbiTag* tag = tags[entry->tag];
-    if (state->readDepth > 0 && tag->unknownSince == state->numGraphs)
-        return nullptr;
-    const tbType* type = tbType::findType(tag->name);
-    if (!type)
-        tag->unknownSince = state->numGraphs;
-    return type;
+    if (state->readDepth > 0 && tag->askedIn == state->numGraphs)
+        return tag->type;
+    tag->type = tbType::findType(tag->name);
+    tag->askedIn = state->numGraphs;
+    return tag->type;
 }
 
 // Scenes are roots: each has locks, events and walks of its own.

@@ -12,6 +12,10 @@ namespace
 constexpr std::size_t LARGEST = 256 * 1024;
 constexpr std::size_t SMALLEST = 16 * 1024;
 
+// A jump takes as long as reading so many bytes, or so.
+constexpr std::int64_t JUMP_BYTES = 16 * 1024;
+constexpr std::int64_t LONGEST_HELD = std::int64_t{256} << 20;
+
 } // namespace
 
 void tbiFileWindow::attach(int fileDescriptor, std::int64_t fileLength)
@@ -19,7 +23,7 @@ void tbiFileWindow::attach(int fileDescriptor, std::int64_t fileLength)
     descriptor = fileDescriptor;
     length = fileLength;
     held = 0;
-    start = next = 0;
+    start = next = jumps = 0;
     ahead = SMALLEST;
 }
 
@@ -28,6 +32,7 @@ void tbiFileWindow::detach()
     attach(-1, 0);
     tbMemory::free(buffer);
     buffer = nullptr;
+    capacity = 0;
 }
 
 bool tbiFileWindow::read(void* bytes, std::size_t size, std::int64_t position)
@@ -47,6 +52,11 @@ bool tbiFileWindow::read(void* bytes, std::size_t size, std::int64_t position)
     }
     if (size == 0)
         return true;
+    if (!goesOn && size < LARGEST && holdAll())
+    {
+        std::memcpy(to, buffer + position, size);
+        return true;
+    }
     if (!goesOn || size >= LARGEST || !fill(size, position))
     {
         ahead = SMALLEST;
@@ -56,13 +66,32 @@ bool tbiFileWindow::read(void* bytes, std::size_t size, std::int64_t position)
     return true;
 }
 
+bool tbiFileWindow::reserve(std::size_t size)
+{
+    if (capacity >= size)
+        return true;
+    held = 0;
+    tbMemory::free(buffer);
+    buffer = static_cast<unsigned char*>(tbMemory::malloc(size));
+    capacity = buffer ? size : 0;
+    return buffer != nullptr;
+}
+
+// Tried once, when there have been enough jumps.
+bool tbiFileWindow::holdAll()
+{
+    if (++jumps != length / JUMP_BYTES + 1 || length > LONGEST_HELD || !reserve(std::size_t(length)))
+        return false;
+    start = 0;
+    held = tbiReadFile(descriptor, buffer, std::size_t(length), 0) ? std::size_t(length) : 0;
+    return held > 0;
+}
+
 // Reads on from `position`, more each time. The file may have shrunk since its length was taken; the caller then reads
 // just what it wants.
 bool tbiFileWindow::fill(std::size_t wanted, std::int64_t position)
 {
-    if (!buffer)
-        buffer = static_cast<unsigned char*>(tbMemory::malloc(LARGEST));
-    if (!buffer)
+    if (!reserve(LARGEST))
         return false;
     const std::size_t size =
         std::size_t(std::min<std::int64_t>(length - position, std::int64_t(std::max(wanted, ahead))));
