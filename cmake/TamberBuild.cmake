@@ -63,10 +63,6 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   # Version 12 raises it for every "text" + std::string.
   target_compile_options(tamber_warnings INTERFACE -Wno-restrict)
 endif()
-if(TAMBER_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  # What sanitizers put in hides initialisations, those of <regex> among them.
-  target_compile_options(tamber_warnings INTERFACE -Wno-maybe-uninitialized)
-endif()
 if(TAMBER_WARNINGS_AS_ERRORS)
   target_compile_options(tamber_warnings INTERFACE -Werror)
 endif()
