@@ -7,7 +7,8 @@
 // Programs that run as children of this process, within limits.
 
 /// What to run. The child has this process's environment and current directory, empty standard streams and no other
-/// open file of this process. A limit of 0 is none.
+/// open file of this process. Its standard input ends once the limits hold: a program that reads it to the end before it
+/// does anything else passes none of them. A limit of 0 is none.
 struct tbiProcessOrder
 {
     std::string program; // the path of the file; no search

@@ -20,6 +20,7 @@
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace
 {
@@ -51,16 +52,47 @@ double secondsSince(Clock::time_point start)
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
+// The child's standard input, which is empty and ends once the child is limited: a program that reads it to the end does
+// nothing before that.
+class Gate
+{
+public:
+    Gate()
+    {
+        if (pipe2(ends, O_CLOEXEC) != 0)
+            ends[0] = ends[1] = -1;
+    }
+    Gate(const Gate&) = delete;
+    Gate& operator=(const Gate&) = delete;
+    ~Gate()
+    {
+        open();
+        if (ends[0] >= 0)
+            close(ends[0]);
+    }
+
+    bool isMade() const { return ends[0] >= 0; }
+    int getInput() const { return ends[0]; }
+    void open()
+    {
+        if (ends[1] >= 0)
+            close(std::exchange(ends[1], -1));
+    }
+
+private:
+    int ends[2];
+};
+
 // What the child begins with: no file of ours but the empty standard streams, and signals as for a new program.
 class SpawnSettings
 {
 public:
-    SpawnSettings()
+    explicit SpawnSettings(const Gate& gate)
     {
         posix_spawn_file_actions_init(&files);
-        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-            posix_spawn_file_actions_addopen(&files, stream, "/dev/null",
-                                             stream == STDIN_FILENO ? O_RDONLY : O_WRONLY, 0);
+        posix_spawn_file_actions_adddup2(&files, gate.getInput(), STDIN_FILENO);
+        for (const int stream : {STDOUT_FILENO, STDERR_FILENO})
+            posix_spawn_file_actions_addopen(&files, stream, "/dev/null", O_WRONLY, 0);
         posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
         posix_spawnattr_init(&attributes);
         sigset_t signals;
@@ -174,8 +206,14 @@ tbiProcessEnd tbiRunProcess(const tbiProcessOrder& order)
 
     tbiProcessEnd end;
     const Clock::time_point start = Clock::now();
+    Gate gate;
+    if (!gate.isMade())
+    {
+        end.text = std::strerror(errno);
+        return end;
+    }
     pid_t child = -1;
-    if (const int error = SpawnSettings().spawn(child, order.program.c_str(), arguments.data()))
+    if (const int error = SpawnSettings(gate).spawn(child, order.program.c_str(), arguments.data()))
     {
         end.text = std::strerror(error);
         return end;
@@ -183,6 +221,7 @@ tbiProcessEnd tbiRunProcess(const tbiProcessOrder& order)
     const bool limited = setLimits(child, order);
     if (!limited)
         kill(child, SIGKILL);
+    gate.open();
     int status = 0;
     bool late = false;
     const bool known = waitFor(child, order.time, start, status, late);

@@ -49,6 +49,9 @@ int main(int argc, char** argv)
         return writeArguments(argc, argv);
     if (order == "exit")
         return std::atoi(argv[2]);
+    while (order == "memory" && std::getchar() != EOF) // the limits hold when the input ends
+    {
+    }
     if (order == "memory")
         return takeMemory(std::atoll(argv[2]));
     if (order == "crash")
