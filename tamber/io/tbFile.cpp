@@ -4,6 +4,7 @@
 #include <tamber/kernel/tbMessage.h>
 #include <tamber/kernel/tbVersion.h>
 #include <tamber/kernel/tbiMemoryWatch.h>
+#include <tamber/kernel/tbiPrintable.h>
 #include <tamber/kernel/tbiText.h>
 #include <tamber/platform/tbiFile.h>
 
@@ -20,28 +21,9 @@ constexpr unsigned DEFAULT_OBJECTS = 1u << 24;
 constexpr int MOST_MESSAGES = 20;
 constexpr int LARGEST_COUNT = int(tbListStorage::COUNT_MASK);
 
-// Names are printed so that they cannot be anything but text. Those of classes are ASCII, those of files need not be.
-std::string printable(const char* text, bool ascii = true)
-{
-    std::string out;
-    for (; *text != 0; ++text)
-    {
-        const auto c = static_cast<unsigned char>(*text);
-        if (c >= 0x20 && c != 0x7F && (c < 0x7F || !ascii))
-        {
-            out += char(c);
-            continue;
-        }
-        char escape[8];
-        std::snprintf(escape, sizeof escape, "\\x%02X", unsigned(c));
-        out += escape;
-    }
-    return out;
-}
-
 std::string printable(const tbiTag* tag)
 {
-    return tag ? printable(tag->name) : "(none)";
+    return tag ? tbiPrintable(tag->name, true) : "(none)";
 }
 
 // The beginning of what is said of an entry.
@@ -223,7 +205,7 @@ bool tbFile::refuse(FILE_ERROR errorWithoutMemory)
 
 bool tbFile::openAs(const char* path, const char* mode)
 {
-    state->open(path, path ? printable(path, false) : "(null)");
+    state->open(path, path ? tbiPrintable(path, false) : "(null)");
     if (!path || !mode || mode[0] != 'r')
         return setError(FILE_CANNOT_OPEN, "no path, or an unknown mode");
     openMode = mode[1] == 'w' ? MODE_READ_WRITE : MODE_READ;
@@ -334,7 +316,7 @@ bool tbFile::create(const char* path)
 
 bool tbFile::createAs(const char* path)
 {
-    state->open(path, path ? printable(path, false) : "(null)");
+    state->open(path, path ? tbiPrintable(path, false) : "(null)");
     if (!state->writer.begin(path))
         return setError(FILE_CANNOT_OPEN, "the file cannot be made or replaced");
     descriptor = state->writer.getDescriptor();

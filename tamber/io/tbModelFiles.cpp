@@ -2,6 +2,7 @@
 
 #include <tamber/kernel/tbFilePath.h>
 #include <tamber/kernel/tbMessage.h>
+#include <tamber/kernel/tbiPrintable.h>
 #include <tamber/platform/tbiPath.h>
 #include <tamber/platform/tbiPlace.h>
 
@@ -53,22 +54,6 @@ bool isBelowAny(const std::string& place, const std::vector<std::string>& roots)
                        [&](const std::string& root) { return tbiIsPlaceBelow(place, root); });
 }
 
-// Names come from files; terminals act on what is not printable.
-std::string printable(const char* text)
-{
-    std::string shown;
-    for (; *text != 0; ++text)
-    {
-        const auto c = static_cast<unsigned char>(*text);
-        constexpr const char* DIGITS = "0123456789ABCDEF";
-        if (c >= ' ' && c != 0x7F)
-            shown += char(c);
-        else
-            shown += {'\\', 'x', DIGITS[c >> 4], DIGITS[c & 15]};
-    }
-    return shown;
-}
-
 } // namespace
 
 tbModelFiles::tbModelFiles(const char* modelPath) : state(new State)
@@ -93,10 +78,10 @@ tbModelFiles::~tbModelFiles()
 
 bool tbModelFiles::refuse(const char* name, const char* rule)
 {
-    const std::string file = printable(name);
+    const std::string file = tbiPrintable(name, false);
     state->refusal = "\"" + file + "\"" + REFUSAL + rule;
     if (state->refused.size() < MAX_MESSAGES && state->refused.insert(file + rule).second)
-        tbMessage("%s: %s\n", printable(state->model.c_str()).c_str(), state->refusal.c_str());
+        tbMessage("%s: %s\n", tbiPrintable(state->model.c_str(), false).c_str(), state->refusal.c_str());
     return false;
 }
 

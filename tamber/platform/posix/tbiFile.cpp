@@ -3,6 +3,7 @@
 #include <tamber/platform/tbiFile.h>
 
 #include <tamber/kernel/tbiMemoryWatch.h>
+#include <tamber/platform/posix/tbiUntilDone.h>
 #include <tamber/platform/tbiPath.h>
 
 #include <cerrno>
@@ -20,15 +21,6 @@ namespace
 
 constexpr mode_t OWNER_ONLY = S_IRUSR | S_IWUSR;
 constexpr int NAME_ATTEMPTS = 1000;
-
-template <class Call>
-auto untilDone(Call call)
-{
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
-}
 
 std::string nativePath(const char* path)
 {
@@ -59,7 +51,7 @@ int openRegular(const char* path, int access)
     if (stat(native.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
         return -1;
     const int descriptor = aboveStandardStreams(
-        untilDone([&] { return open(native.c_str(), access | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
+        tbiUntilDone([&] { return open(native.c_str(), access | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
     if (descriptor < 0)
         return -1;
     if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode))
@@ -86,10 +78,10 @@ std::string followLinks(const std::string& path)
 bool syncDirectory(const std::string& path)
 {
     const int descriptor =
-        untilDone([&] { return open(directoryOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+        tbiUntilDone([&] { return open(directoryOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
     if (descriptor < 0)
         return false;
-    const bool synced = untilDone([&] { return fsync(descriptor); }) == 0;
+    const bool synced = tbiUntilDone([&] { return fsync(descriptor); }) == 0;
     close(descriptor);
     return synced;
 }
@@ -114,7 +106,7 @@ enum class LOCK
 // The lock says that whoever makes the file is alive: it goes with the process.
 LOCK takeLock(int descriptor)
 {
-    if (untilDone([&] { return flock(descriptor, LOCK_EX | LOCK_NB); }) == 0)
+    if (tbiUntilDone([&] { return flock(descriptor, LOCK_EX | LOCK_NB); }) == 0)
         return LOCK::TAKEN;
     return errno == EWOULDBLOCK ? LOCK::HELD_BY_ANOTHER : LOCK::UNKNOWN;
 }
@@ -131,7 +123,7 @@ bool standsAt(const char* path, int descriptor)
 bool removeAbandoned(const char* path)
 {
     const int descriptor =
-        untilDone([&] { return open(path, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); });
+        tbiUntilDone([&] { return open(path, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); });
     if (descriptor < 0)
         return false;
     const bool removed =
@@ -144,7 +136,7 @@ bool removeAbandoned(const char* path)
 int makeLocked(const char* path)
 {
     const int descriptor = aboveStandardStreams(
-        untilDone([&] { return open(path, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, OWNER_ONLY); }));
+        tbiUntilDone([&] { return open(path, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, OWNER_ONLY); }));
     if (descriptor < 0)
         return -1;
     if (takeLock(descriptor) != LOCK::HELD_BY_ANOTHER && standsAt(path, descriptor))
@@ -231,7 +223,7 @@ bool tbiReadFile(int descriptor, void* bytes, std::size_t size, std::int64_t pos
     char* to = static_cast<char*>(bytes);
     while (size > 0)
     {
-        const ssize_t n = untilDone([&] { return pread(descriptor, to, size, off_t(position)); });
+        const ssize_t n = tbiUntilDone([&] { return pread(descriptor, to, size, off_t(position)); });
         if (n <= 0)
             return false;
         to += n;
@@ -246,7 +238,7 @@ bool tbiWriteFile(int descriptor, const void* bytes, std::size_t size, std::int6
     const char* from = static_cast<const char*>(bytes);
     while (size > 0)
     {
-        const ssize_t n = untilDone([&] { return pwrite(descriptor, from, size, off_t(position)); });
+        const ssize_t n = tbiUntilDone([&] { return pwrite(descriptor, from, size, off_t(position)); });
         if (n <= 0)
             return false;
         from += n;
@@ -268,8 +260,8 @@ bool tbiFinishReplacement(tbiReplacement& replacement, std::int64_t length) noex
 {
     const int descriptor = std::exchange(replacement.descriptor, -1);
     const char* path = replacement.path.c_str();
-    const bool done = untilDone([&] { return ftruncate(descriptor, off_t(length)); }) == 0 &&
-                      untilDone([&] { return fsync(descriptor); }) == 0 &&
+    const bool done = tbiUntilDone([&] { return ftruncate(descriptor, off_t(length)); }) == 0 &&
+                      tbiUntilDone([&] { return fsync(descriptor); }) == 0 &&
                       std::rename(path, replacement.target.c_str()) == 0;
     if (!done)
         unlink(path);

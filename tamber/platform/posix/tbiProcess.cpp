@@ -2,6 +2,7 @@
 
 #include <tamber/platform/tbiProcess.h>
 
+#include <tamber/platform/posix/tbiUntilDone.h>
 #include <tamber/platform/tbiModule.h>
 
 #include <algorithm>
@@ -37,15 +38,6 @@ constexpr bool LIMITS_MEMORY = !__has_feature(address_sanitizer) && !__has_featu
 #else
 constexpr bool LIMITS_MEMORY = true;
 #endif
-
-template <class Call>
-auto untilDone(Call call)
-{
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
-}
 
 double secondsSince(Clock::time_point start)
 {
@@ -165,7 +157,7 @@ bool waitFor(pid_t child, double limit, Clock::time_point start, int& status, bo
     const int descriptor = int(syscall(SYS_pidfd_open, child, 0));
     late = false;
     pid_t ended = 0;
-    while ((ended = untilDone([&] { return waitpid(child, &status, WNOHANG); })) == 0)
+    while ((ended = tbiUntilDone([&] { return waitpid(child, &status, WNOHANG); })) == 0)
     {
         const double left = limit > 0 ? limit - secondsSince(start) : LONGEST_WAIT_MS;
         if (left <= 0 && !late)
