@@ -116,22 +116,12 @@ tbBase* tbEmitter::createDisposableCopy(tbArena* arena) const
 
 tbGroup* tbEmitter::copyGroup() const
 {
-    auto* node = new tbEmitter;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->copy(*this);
-    return node;
+    return makeLike(this, &tbEmitter::copy);
 }
 
 tbGroup* tbEmitter::cloneGroup() const
 {
-    auto* node = new tbEmitter;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->clone(*this);
-    return node;
+    return makeLike(this, &tbEmitter::clone);
 }
 
 void tbEmitter::play()

@@ -68,22 +68,12 @@ tbBase* tbBoxFence::createDisposableCopy(tbArena* arena) const
 
 tbGroup* tbBoxFence::copyGroup() const
 {
-    auto* node = new tbBoxFence;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->copy(*this);
-    return node;
+    return makeLike(this, &tbBoxFence::copy);
 }
 
 tbGroup* tbBoxFence::cloneGroup() const
 {
-    auto* node = new tbBoxFence;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->clone(*this);
-    return node;
+    return makeLike(this, &tbBoxFence::clone);
 }
 
 void tbBoxFence::copy(const tbBoxFence& other)

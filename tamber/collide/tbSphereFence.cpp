@@ -68,22 +68,12 @@ tbBase* tbSphereFence::createDisposableCopy(tbArena* arena) const
 
 tbGroup* tbSphereFence::copyGroup() const
 {
-    auto* node = new tbSphereFence;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->copy(*this);
-    return node;
+    return makeLike(this, &tbSphereFence::copy);
 }
 
 tbGroup* tbSphereFence::cloneGroup() const
 {
-    auto* node = new tbSphereFence;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->clone(*this);
-    return node;
+    return makeLike(this, &tbSphereFence::clone);
 }
 
 void tbSphereFence::copy(const tbSphereFence& other)

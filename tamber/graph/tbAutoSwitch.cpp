@@ -54,22 +54,12 @@ tbBase* tbAutoSwitch::createDisposableCopy(tbArena* arena) const
 
 tbGroup* tbAutoSwitch::copyGroup() const
 {
-    auto* node = new tbAutoSwitch;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->copy(*this);
-    return node;
+    return makeLike(this, &tbAutoSwitch::copy);
 }
 
 tbGroup* tbAutoSwitch::cloneGroup() const
 {
-    auto* node = new tbAutoSwitch;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->clone(*this);
-    return node;
+    return makeLike(this, &tbAutoSwitch::clone);
 }
 
 void tbAutoSwitch::copy(const tbAutoSwitch& other)

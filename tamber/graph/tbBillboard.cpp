@@ -116,22 +116,12 @@ tbBase* tbBillboard::createDisposableCopy(tbArena* arena) const
 
 tbGroup* tbBillboard::copyGroup() const
 {
-    auto* node = new tbBillboard;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->copy(*this);
-    return node;
+    return makeLike(this, &tbBillboard::copy);
 }
 
 tbGroup* tbBillboard::cloneGroup() const
 {
-    auto* node = new tbBillboard;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->clone(*this);
-    return node;
+    return makeLike(this, &tbBillboard::clone);
 }
 
 void tbBillboard::setAxis(const tbVec3& direction)

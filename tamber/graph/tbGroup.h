@@ -171,6 +171,18 @@ protected:
     void clone(const tbGroup& other);
     /// Records a node of a running deep copy and its copy. Runs under the group lock.
     static void addGroupMapping(const tbGroup* previous, tbGroup* node);
+    /// What copyGroup() and cloneGroup() of a class do: a new node that `take`, the copy or clone operation of the
+    /// class, makes like `original`. Null when memory is out.
+    template <class Node>
+    static tbGroup* makeLike(const Node* original, void (Node::*take)(const Node&))
+    {
+        auto* node = new Node;
+        if (!node)
+            return nullptr;
+        addGroupMapping(original, node);
+        (node->*take)(*original);
+        return node;
+    }
     /// Tells the action nodes of a new subgraph which copy stands for which node.
     static void resolveGroupMapping(tbGroup* node);
 

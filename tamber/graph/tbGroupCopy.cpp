@@ -63,22 +63,12 @@ void tbGroup::emptyGroupMapping()
 
 tbGroup* tbGroup::copyGroup() const
 {
-    auto* node = new tbGroup;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->copy(*this);
-    return node;
+    return makeLike(this, &tbGroup::copy);
 }
 
 tbGroup* tbGroup::cloneGroup() const
 {
-    auto* node = new tbGroup;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->clone(*this);
-    return node;
+    return makeLike(this, &tbGroup::clone);
 }
 
 // Each copy comes with its own subtree, told and unchanged since: only the edge to it is new.

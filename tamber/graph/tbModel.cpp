@@ -74,22 +74,12 @@ tbBase* tbModel::createCopy() const
 
 tbGroup* tbModel::copyGroup() const
 {
-    auto* node = new tbModel;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->copy(*this);
-    return node;
+    return makeLike(this, &tbModel::copy);
 }
 
 tbGroup* tbModel::cloneGroup() const
 {
-    auto* node = new tbModel;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->clone(*this);
-    return node;
+    return makeLike(this, &tbModel::clone);
 }
 
 void tbModel::setFileName(const char* path)

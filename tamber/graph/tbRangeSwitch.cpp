@@ -128,22 +128,12 @@ tbBase* tbRangeSwitch::createDisposableCopy(tbArena* arena) const
 
 tbGroup* tbRangeSwitch::copyGroup() const
 {
-    auto* node = new tbRangeSwitch;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->copy(*this);
-    return node;
+    return makeLike(this, &tbRangeSwitch::copy);
 }
 
 tbGroup* tbRangeSwitch::cloneGroup() const
 {
-    auto* node = new tbRangeSwitch;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->clone(*this);
-    return node;
+    return makeLike(this, &tbRangeSwitch::clone);
 }
 
 // A record at `i`: the first of all with the starting values, at the end one band farther than the last, and

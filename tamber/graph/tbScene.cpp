@@ -100,22 +100,12 @@ tbBase* tbScene::createCopy() const
 
 tbGroup* tbScene::copyGroup() const
 {
-    auto* node = new tbScene;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->copy(*this);
-    return node;
+    return makeLike(this, &tbScene::copy);
 }
 
 tbGroup* tbScene::cloneGroup() const
 {
-    auto* node = new tbScene;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->clone(*this);
-    return node;
+    return makeLike(this, &tbScene::clone);
 }
 
 tbEntry* tbScene::read(tbFile* file, tbEntry* entry)

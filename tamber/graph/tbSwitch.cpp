@@ -106,22 +106,12 @@ tbBase* tbSwitch::createDisposableCopy(tbArena* arena) const
 
 tbGroup* tbSwitch::copyGroup() const
 {
-    auto* node = new tbSwitch;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->copy(*this);
-    return node;
+    return makeLike(this, &tbSwitch::copy);
 }
 
 tbGroup* tbSwitch::cloneGroup() const
 {
-    auto* node = new tbSwitch;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->clone(*this);
-    return node;
+    return makeLike(this, &tbSwitch::clone);
 }
 
 // Room for `count` states, taken in steps of `step`; new states are 0.

@@ -101,22 +101,12 @@ tbBase* tbTransform::createDisposableCopy(tbArena* arena) const
 
 tbGroup* tbTransform::copyGroup() const
 {
-    auto* node = new tbTransform;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->copy(*this);
-    return node;
+    return makeLike(this, &tbTransform::copy);
 }
 
 tbGroup* tbTransform::cloneGroup() const
 {
-    auto* node = new tbTransform;
-    if (!node)
-        return nullptr;
-    addGroupMapping(this, node);
-    node->clone(*this);
-    return node;
+    return makeLike(this, &tbTransform::clone);
 }
 
 tbEntry* tbTransform::write(tbFile* file, tbEntry* entry) const
