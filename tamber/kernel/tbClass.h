@@ -90,6 +90,14 @@ private:                                                                        
         return new Class;                                                                                    \
     }
 
+/// The same for a class whose instances belong to the running program: files pass them over.
+#define TB_DEFINE_UNSAVED_CLASS(Class, Parent)                                                               \
+    TB_DEFINE_PATTERN_OF(Class, Parent, false)                                                               \
+    tbBase* Class::createInstance()                                                                          \
+    {                                                                                                        \
+        return new Class;                                                                                    \
+    }
+
 /// createInstance() gives null.
 #define TB_DEFINE_ABSTRACT_CLASS(Class, Parent)                                                              \
     TB_DEFINE_PATTERN(Class, Parent)                                                                         \

@@ -10,7 +10,7 @@
 #include <tamber/trav/tbVisualTrait.h>
 #include <tamber/trav/tbiTraitFamily.h>
 
-TB_DEFINE_SERVICE_CLASS(tbTraitStack, tbBase)
+TB_DEFINE_UNSAVED_CLASS(tbTraitStack, tbBase)
 
 struct tbTraitStack::Families : public tbAllocated<Families>
 {

@@ -5,7 +5,7 @@
 #include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbTraitStack.h>
 
-TB_DEFINE_SERVICE_CLASS(tbTravContext, tbBase)
+TB_DEFINE_UNSAVED_CLASS(tbTravContext, tbBase)
 
 namespace
 {

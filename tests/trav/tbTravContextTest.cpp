@@ -197,4 +197,14 @@ TEST_F(TravContext, ACopyGoesOnWhereTheWalkIs)
     copy->popMatrix();
     EXPECT_FLOAT_EQ(copy->getMatrix()[3][2], 0.0f);
 }
+
+TEST_F(TravContext, IsMadeByNameAndNotSaved)
+{
+    for (const char* name : {"tbTravContext", "tbTraitStack"})
+    {
+        const tbRef<tbBase> made(tbType::createInstance(name));
+        ASSERT_TRUE(made) << name;
+        EXPECT_FALSE(made->getType()->isWritable()) << name;
+    }
+}
 } // namespace
