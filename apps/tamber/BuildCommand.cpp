@@ -1,41 +1,61 @@
-#include "BuildCommand.h"
+#include "Commands.h"
 
-#include "CommandError.h"
 #include "FileOutput.h"
+#include "NativeFile.h"
 
 #include <apps/tamber/native/Text.h>
 
 #include <CLI/CLI.hpp>
 
-void BuildCommand::define(CLI::App& app)
+namespace
 {
-    CLI::App& command = addTo(app, "build", "Make the native file of a text that 'tamber dump' printed");
-    command.add_option("TEXT", file, "The text")->required();
-    command.add_option("OUT", out, "The native file (.tb)")->required();
-    command.footer(
-        "OUT is replaced once the file is complete. No plug-in is loaded. docs/text-format.md describes\n"
-        "the text.");
-}
-
-int BuildCommand::run()
+// tamber build: the native file of a text.
+class BuildCommand : public Command
 {
-    using namespace native;
-    try
+public:
+    void define(CLI::App& app) override
     {
-        const auto source = openFileSource(file);
+        CLI::App& command = addTo(app, "build", "Make the native file of a text that 'tamber dump' printed");
+        command.add_option("TEXT", file, "The text")->required();
+        command.add_option("OUT", out, "The native file (.tb)")->required();
+        command.footer(
+            "OUT is replaced once the file is complete. No plug-in is loaded. docs/text-format.md describes\n"
+            "the text.");
+    }
+
+    int run() override
+    {
+        const std::string text = withNativeFile(file, [this] { return readText(); });
+        try
+        {
+            const std::vector<unsigned char> bytes = native::buildText(text);
+            replaceFile(out, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+            return 0;
+        }
+        catch (const native::TextError& error)
+        {
+            throw CommandError(file, error.what());
+        }
+    }
+
+    bool needsKernel() const override { return false; }
+
+private:
+    std::string readText() const
+    {
+        const auto source = native::openFileSource(file);
         std::string text(std::size_t(source->getLength()), '\0');
         if (!source->read(0, text.data(), text.size()))
-            throw SourceError("cannot be read");
-        const std::vector<unsigned char> bytes = buildText(text);
-        replaceFile(out, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
-        return 0;
+            throw native::SourceError("cannot be read");
+        return text;
     }
-    catch (const SourceError& error)
-    {
-        throw CommandError(file, error.what());
-    }
-    catch (const TextError& error)
-    {
-        throw CommandError(file, error.what());
-    }
+
+    std::string file;
+    std::string out;
+};
+} // namespace
+
+std::unique_ptr<Command> makeBuildCommand()
+{
+    return std::make_unique<BuildCommand>();
 }

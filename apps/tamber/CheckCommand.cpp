@@ -1,7 +1,7 @@
-#include "CheckCommand.h"
+#include "Commands.h"
 
-#include "CommandError.h"
 #include "Json.h"
+#include "NativeFile.h"
 
 #include <apps/tamber/native/Check.h>
 #include <apps/tamber/native/FindingText.h>
@@ -71,33 +71,52 @@ void printJson(const std::string& file, const Findings& findings)
         printFinding(out, finding);
     out.endArray().endObject();
 }
-} // namespace
 
-void CheckCommand::define(CLI::App& app)
+// tamber check: everything that is wrong with a native file.
+class CheckCommand : public Command
 {
-    CLI::App& command = addTo(app, "check", "Say everything that is wrong with a native file");
-    limit = Findings::DEFAULT_LIMIT;
-    CLI::Option* fileOption = command.add_option("FILE", file, "A native file (.tb)");
-    command.add_flag("--kinds", kinds, "Print the document that explains every finding")
-        ->group("")
-        ->excludes(fileOption);
-    command.add_option("--limit", limit, "How many findings to list; all are counted")->capture_default_str();
-    command.add_flag("--json", json, "Print JSON instead of text");
-    command.footer("Reads strictly, loads no plug-in and starts no kernel. Exit code 0 for a sound file, 1 "
-                   "for one with\n"
-                   "warnings only, 2 for one with errors.");
-}
-
-int CheckCommand::run()
-{
-    if (kinds)
+public:
+    void define(CLI::App& app) override
     {
-        std::cout << describeKinds();
-        return SOUND;
+        CLI::App& command = addTo(app, "check", "Say everything that is wrong with a native file");
+        limit = Findings::DEFAULT_LIMIT;
+        CLI::Option* fileOption = command.add_option("FILE", file, "A native file (.tb)");
+        command.add_flag("--kinds", kinds, "Print the document that explains every finding")
+            ->group("")
+            ->excludes(fileOption);
+        command.add_option("--limit", limit, "How many findings to list; all are counted")
+            ->capture_default_str();
+        command.add_flag("--json", json, "Print JSON instead of text");
+        command.footer(
+            "Reads strictly, loads no plug-in and starts no kernel. Exit code 0 for a sound file, 1 "
+            "for one with\n"
+            "warnings only, 2 for one with errors.");
     }
-    if (file.empty())
-        throw CommandError("FILE", "is required");
-    try
+
+    /// 0 for a sound file, 1 when there are warnings and nothing worse, 2 for errors.
+    int run() override
+    {
+        if (kinds)
+        {
+            std::cout << describeKinds();
+            return SOUND;
+        }
+        if (file.empty())
+            throw CommandError("FILE", "is required");
+        return withNativeFile(file, [this] { return check(); });
+    }
+
+    int getFailureCode() const override { return 2; }
+    std::vector<std::pair<int, std::string>> getExitCodes() const override
+    {
+        return {{0, "The file is sound."},
+                {1, "It has warnings."},
+                {2, "It has errors or cannot be read; or the command line was wrong."}};
+    }
+    bool needsKernel() const override { return false; }
+
+private:
+    Result check() const
     {
         Findings findings(limit);
         Image image(openFileSource(file), findings);
@@ -108,8 +127,15 @@ int CheckCommand::run()
             printText(file, findings);
         return resultOf(findings);
     }
-    catch (const SourceError& error)
-    {
-        throw CommandError(file, error.what());
-    }
+
+    std::string file;
+    std::size_t limit = 0;
+    bool json = false;
+    bool kinds = false;
+};
+} // namespace
+
+std::unique_ptr<Command> makeCheckCommand()
+{
+    return std::make_unique<CheckCommand>();
 }

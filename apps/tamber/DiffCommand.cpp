@@ -1,14 +1,16 @@
-#include "DiffCommand.h"
+#include "Commands.h"
 
-#include "CommandError.h"
 #include "Json.h"
 #include "ModelFile.h"
+#include "NativeFile.h"
 
 #include <apps/tamber/native/FindingText.h>
 
 #include <tamber/graph/tbGroup.h>
 
 #include <CLI/CLI.hpp>
+#include <apps/tamber/native/Diff.h>
+#include <string>
 
 #include <filesystem>
 #include <iostream>
@@ -27,22 +29,6 @@ enum Result : int
     EQUAL = 0,
     DIFFERENT = 1
 };
-
-// True for what cannot be read, too: that is said without the kernel.
-bool isNative(const std::string& path)
-{
-    if (std::filesystem::path(path).extension() == NATIVE_EXTENSION)
-        return true;
-    try
-    {
-        Findings ignored;
-        return Image(openFileSource(path), ignored).hasHeader();
-    }
-    catch (const SourceError&)
-    {
-        return true;
-    }
-}
 
 // A file of its own in the system's directory for such files, gone with it.
 class TemporaryFile
@@ -74,24 +60,17 @@ public:
     explicit Operand(const std::string& path)
     {
         std::string source = path;
-        if (!isNative(path))
+        if (isForeignFile(path))
         {
             source = imported.emplace().path.string();
             saveModel(*loadModel(path), source);
         }
-        try
-        {
-            Findings findings;
-            image.emplace(openFileSource(source), findings);
-            if (findings.count(Severity::ERROR) > 0)
-                throw CommandError(path, textOf(findings.getKept().front()));
-            if (image->getNumEntries() == 0)
-                throw CommandError(path, "holds nothing");
-        }
-        catch (const SourceError& error)
-        {
-            throw CommandError(path, error.what());
-        }
+        Findings findings;
+        withNativeFile(path, [&] { image.emplace(openFileSource(source), findings); });
+        if (findings.count(Severity::ERROR) > 0)
+            throw CommandError(path, textOf(findings.getKept().front()));
+        if (image->getNumEntries() == 0)
+            throw CommandError(path, "holds nothing");
     }
 
     Image& getImage() { return *image; }
@@ -157,48 +136,65 @@ void printJson(const std::string& a, const std::string& b, const DiffOptions& op
         out.value(note);
     out.endArray().endObject();
 }
-} // namespace
 
-void DiffCommand::define(CLI::App& app)
+// tamber diff: what differs between two files or models.
+class DiffCommand : public Command
 {
-    CLI::App& command = addTo(app, "diff", "Say what differs between two files or models, object by object");
-    const char* help = "A native file (.tb), or a model of any format that a loader reads";
-    command.add_option("A", fileA, help)->required();
-    command.add_option("B", fileB, help)->required();
-    command
-        .add_option("--tolerance", options.tolerance,
-                    "Numbers that differ by no more, or by no more times the larger, are the same")
-        ->capture_default_str()
-        ->check(CLI::NonNegativeNumber);
-    command.add_option("--limit", options.limit, "How many differences to list; all are counted")
-        ->capture_default_str();
-    command.add_flag("--json", json, "Print JSON instead of text");
-    command.footer(
-        "Byte order, packing, versions and the order of entries are no differences. Exit code 0 for "
-        "equal ones,\n"
-        "1 for different ones, 2 when either cannot be read. docs/text-format.md says more.");
-}
-
-bool DiffCommand::needsKernel() const
-{
-    return !isNative(fileA) || !isNative(fileB);
-}
-
-int DiffCommand::run()
-{
-    Operand a(fileA);
-    Operand b(fileB);
-    try
+public:
+    void define(CLI::App& app) override
     {
-        const DiffResult result = diffImages(a.getImage(), b.getImage(), options);
+        CLI::App& command =
+            addTo(app, "diff", "Say what differs between two files or models, object by object");
+        const char* help = "A native file (.tb), or a model of any format that a loader reads";
+        command.add_option("A", fileA, help)->required();
+        command.add_option("B", fileB, help)->required();
+        command
+            .add_option("--tolerance", options.tolerance,
+                        "Numbers that differ by no more, or by no more times the larger, are the same")
+            ->capture_default_str()
+            ->check(CLI::NonNegativeNumber);
+        command.add_option("--limit", options.limit, "How many differences to list; all are counted")
+            ->capture_default_str();
+        command.add_flag("--json", json, "Print JSON instead of text");
+        command.footer(
+            "Byte order, packing, versions and the order of entries are no differences. Exit code 0 for "
+            "equal ones,\n"
+            "1 for different ones, 2 when either cannot be read. docs/text-format.md says more.");
+    }
+
+    /// 0 when they are equal, 1 when they differ.
+    int run() override
+    {
+        Operand a(fileA);
+        Operand b(fileB);
+        const DiffResult result = withNativeFile(fileA + ", " + fileB, [&]
+                                                 { return diffImages(a.getImage(), b.getImage(), options); });
         if (json)
             printJson(fileA, fileB, options, result);
         else
             printText(result);
         return result.count == 0 ? EQUAL : DIFFERENT;
     }
-    catch (const SourceError& error)
+
+    int getFailureCode() const override { return 2; }
+    std::vector<std::pair<int, std::string>> getExitCodes() const override
     {
-        throw CommandError(fileA + ", " + fileB, error.what());
+        return {{0, "They are equal."},
+                {1, "They differ."},
+                {2, "One of them cannot be read; or the command line was wrong."}};
     }
+    /// For models of foreign formats.
+    bool needsKernel() const override { return isForeignFile(fileA) || isForeignFile(fileB); }
+
+private:
+    std::string fileA;
+    std::string fileB;
+    native::DiffOptions options;
+    bool json = false;
+};
+} // namespace
+
+std::unique_ptr<Command> makeDiffCommand()
+{
+    return std::make_unique<DiffCommand>();
 }

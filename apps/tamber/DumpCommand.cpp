@@ -1,7 +1,7 @@
-#include "DumpCommand.h"
+#include "Commands.h"
 
-#include "CommandError.h"
 #include "FileOutput.h"
+#include "NativeFile.h"
 
 #include <apps/tamber/native/Text.h>
 
@@ -9,34 +9,51 @@
 
 #include <iostream>
 
-void DumpCommand::define(CLI::App& app)
+namespace
 {
-    CLI::App& command = addTo(app, "dump", "Print a native file as text, for people and version control");
-    command.add_option("FILE", file, "A native file (.tb)")->required();
-    command.add_option("--out", out, "Write the text there")->type_name("TEXT");
-    command.footer(
-        "'tamber build' makes the same file of the text again, byte for byte, also of a damaged one.\n"
-        "No plug-in is loaded. docs/text-format.md describes the text.");
-}
-
-int DumpCommand::run()
+// tamber dump: a native file as text.
+class DumpCommand : public Command
 {
-    using namespace native;
-    try
+public:
+    void define(CLI::App& app) override
     {
-        Findings findings;
-        Image image(openFileSource(file), findings);
-        if (!image.hasHeader())
-            throw CommandError(file, "is no native file");
-        const std::string text = dumpText(image);
+        CLI::App& command = addTo(app, "dump", "Print a native file as text, for people and version control");
+        command.add_option("FILE", file, "A native file (.tb)")->required();
+        command.add_option("--out", out, "Write the text there")->type_name("TEXT");
+        command.footer(
+            "'tamber build' makes the same file of the text again, byte for byte, also of a damaged one.\n"
+            "No plug-in is loaded. docs/text-format.md describes the text.");
+    }
+
+    int run() override
+    {
+        const std::string text = withNativeFile(file, [this] { return dump(); });
         if (out.empty())
             std::cout << text;
         else
             replaceFile(out, text);
         return 0;
     }
-    catch (const SourceError& error)
+
+    bool needsKernel() const override { return false; }
+
+private:
+    std::string dump() const
     {
-        throw CommandError(file, error.what());
+        using namespace native;
+        Findings findings;
+        Image image(openFileSource(file), findings);
+        if (!image.hasHeader())
+            throw CommandError(file, "is no native file");
+        return dumpText(image);
     }
+
+    std::string file;
+    std::string out;
+};
+} // namespace
+
+std::unique_ptr<Command> makeDumpCommand()
+{
+    return std::make_unique<DumpCommand>();
 }

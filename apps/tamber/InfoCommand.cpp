@@ -1,8 +1,9 @@
-#include "InfoCommand.h"
+#include "Commands.h"
 
-#include "CommandError.h"
 #include "Json.h"
 #include "ModelFile.h"
+#include "ModelTree.h"
+#include "NativeFile.h"
 #include "Table.h"
 
 #include <apps/tamber/native/FindingText.h>
@@ -17,24 +18,6 @@
 namespace
 {
 using namespace native;
-
-/// False for what cannot be read, too: that is said without the kernel.
-bool isForeign(const std::string& file)
-{
-    try
-    {
-        Findings findings;
-        const auto source = openFileSource(file);
-        unsigned char magic[4];
-        return !source->read(0, magic, sizeof magic) ||
-               (loadWord<std::uint32_t>(magic, ByteOrder::LITTLE) != layout::MAGIC &&
-                loadWord<std::uint32_t>(magic, ByteOrder::BIG) != layout::MAGIC);
-    }
-    catch (const SourceError&)
-    {
-        return false;
-    }
-}
 
 const char* nameOf(ByteOrder order)
 {
@@ -101,69 +84,79 @@ void printJson(const std::string& file, const FileInfo& info)
     }
     out.endArray().endObject();
 }
-} // namespace
 
-void InfoCommand::define(CLI::App& app)
+// tamber info: what a native file holds, from its tables alone, or the tree of any model.
+class InfoCommand : public Command
 {
-    CLI::App& command = addTo(app, "info", "Show what a native file or a model holds");
-    command.add_option("FILE", file, "A native file (.tb), or a model of any format that a loader reads")
-        ->required();
-    command.add_flag("--tree", tree, "Read the model and show its nodes");
-    command.add_flag("--json", json, "Print JSON instead of text");
-    command.add_option("--depth", limits.depth, "How many levels of the tree to show")
-        ->capture_default_str()
-        ->check(CLI::Range(0, 1024));
-    command.add_option("--lines", limits.nodes, "How many nodes of the tree to show")
-        ->capture_default_str()
-        ->check(CLI::Range(0, 100000000));
-    command.footer("Of a native file only the tables are read, unless --tree is given. Other models are "
-                   "read, and summed\n"
-                   "up unless --tree is given.");
-}
-
-bool InfoCommand::needsKernel() const
-{
-    return tree || isForeign(file);
-}
-
-int InfoCommand::run()
-{
-    return needsKernel() ? showModel() : showFile();
-}
-
-int InfoCommand::showFile() const
-{
-    try
+public:
+    void define(CLI::App& app) override
     {
-        Findings findings;
-        Image image(openFileSource(file), findings);
-        const auto refuse = [this](const Finding& finding) { throw CommandError(file, textOf(finding)); };
-        if (!image.hasHeader())
-            refuse(findings.getKept().front());
-        const FileInfo info = collectInfo(image, findings);
+        CLI::App& command = addTo(app, "info", "Show what a native file or a model holds");
+        command.add_option("FILE", file, "A native file (.tb), or a model of any format that a loader reads")
+            ->required();
+        command.add_flag("--tree", tree, "Read the model and show its nodes");
+        command.add_flag("--json", json, "Print JSON instead of text");
+        command.add_option("--depth", limits.depth, "How many levels of the tree to show")
+            ->capture_default_str()
+            ->check(CLI::Range(0, 1024));
+        command.add_option("--lines", limits.nodes, "How many nodes of the tree to show")
+            ->capture_default_str()
+            ->check(CLI::Range(0, 100000000));
+        command.footer("Of a native file only the tables are read, unless --tree is given. Other models are "
+                       "read, and summed\n"
+                       "up unless --tree is given.");
+    }
+
+    int run() override { return needsKernel() ? showModel() : showFile(); }
+
+    /// The tables of a native file are read without it.
+    bool needsKernel() const override { return tree || isForeignFile(file); }
+
+private:
+    int showFile() const
+    {
+        return withNativeFile(file,
+                              [this]
+                              {
+                                  Findings findings;
+                                  Image image(openFileSource(file), findings);
+                                  if (image.hasHeader())
+                                      print(collectInfo(image, findings));
+                                  if (!image.hasHeader() || findings.count(Severity::ERROR) > 0)
+                                      throw CommandError(file, textOf(findings.getKept().front()));
+                                  return 0;
+                              });
+    }
+
+    void print(const FileInfo& info) const
+    {
         if (json)
             printJson(file, info);
         else
             printText(file, info);
-        if (findings.count(Severity::ERROR) > 0)
-            refuse(findings.getKept().front());
+    }
+
+    int showModel() const
+    {
+        const tbRef<tbGroup> root = loadModel(file);
+        TreeLimits shown = limits;
+        if (!tree)
+            shown.nodes = 0;
+        if (json)
+            printTreeJson(std::cout, file, *root, shown);
+        else
+            printTree(std::cout, file, *root, shown);
         return 0;
     }
-    catch (const SourceError& error)
-    {
-        throw CommandError(file, error.what());
-    }
-}
 
-int InfoCommand::showModel() const
+    std::string file;
+    TreeLimits limits;
+    bool tree = false;
+    bool json = false;
+};
+} // namespace
+
+std::unique_ptr<Command> makeInfoCommand()
 {
-    const tbRef<tbGroup> root = loadModel(file);
-    TreeLimits shown = limits;
-    if (!tree)
-        shown.nodes = 0;
-    if (json)
-        printTreeJson(std::cout, file, *root, shown);
-    else
-        printTree(std::cout, file, *root, shown);
-    return 0;
+    return std::make_unique<InfoCommand>();
 }

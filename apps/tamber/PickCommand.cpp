@@ -1,4 +1,4 @@
-#include "PickCommand.h"
+#include "Commands.h"
 
 #include "CommandError.h"
 #include "ModelFile.h"
@@ -36,60 +36,76 @@ std::string pathOf(const tbHit& hit)
         text += labelOf(hit.path->get(i)) + '/';
     return text + labelOf(hit.node);
 }
-} // namespace
 
-void PickCommand::define(CLI::App& app)
+// tamber pick: a ray from one point to another, and what of the model it strikes first.
+class PickCommand : public Command
 {
-    CLI::App& command =
-        addTo(app, "pick", "Print what of a model a ray from one point to another strikes first");
-    command.add_option("MODEL", model, "A model of any format that a loader reads, or a native file (.tb)")
-        ->required();
-    const auto addPoint = [&command](const char* name, std::vector<float>& numbers, const char* help)
+public:
+    void define(CLI::App& app) override
     {
-        command.add_option(name, numbers, help)
-            ->required()
-            ->delimiter(',')
-            ->expected(3)
-            ->allow_extra_args(false)
-            ->type_name("X,Y,Z");
-    };
-    addPoint("--from", from, "Where the ray starts");
-    addPoint("--to", to, "Where it ends");
-    command.footer(
-        "Coordinates are the model's, Z up. Prints the path of nodes, the point, the distance from the\n"
-        "start and the number of the primitive; 'nothing' when the ray strikes nothing.");
-}
+        CLI::App& command =
+            addTo(app, "pick", "Print what of a model a ray from one point to another strikes first");
+        command
+            .add_option("MODEL", model, "A model of any format that a loader reads, or a native file (.tb)")
+            ->required();
+        const auto addPoint = [&command](const char* name, std::vector<float>& numbers, const char* help)
+        {
+            command.add_option(name, numbers, help)
+                ->required()
+                ->delimiter(',')
+                ->expected(3)
+                ->allow_extra_args(false)
+                ->type_name("X,Y,Z");
+        };
+        addPoint("--from", from, "Where the ray starts");
+        addPoint("--to", to, "Where it ends");
+        command.footer(
+            "Coordinates are the model's, Z up. Prints the path of nodes, the point, the distance from the\n"
+            "start and the number of the primitive; 'nothing' when the ray strikes nothing.");
+    }
 
-int PickCommand::run()
-{
-    const tbVec3 start = pointOf(from);
-    const tbVec3 end = pointOf(to);
-    const tbRay ray(start, end);
-    if (!(ray.getLength() > 0.0f) || !std::isfinite(ray.getLength()))
-        throw CommandError("--from, --to", "must be two points of finite coordinates that differ");
-    const tbRef<tbGroup> root = loadModel(model);
-    const tbRef<tbScene> scene(new tbScene);
-    scene->addChild(root.get());
-    // A model answers no collider until it is given a mask.
-    for (int i = 0; i < tbModel::getNum(true); ++i)
-        tbModel::get(i, true)->setColliderMask(ANY_MASK);
-    scene->update();
-
-    const tbRef<tbCollider> collider(new tbCollider);
-    collider->setVolumeMode(tbCollider::VOLUME_NONE);
-    collider->setSaveMask(tbCollider::SAVE_PATH);
-    collider->addRay(ray);
-    scene->acquireForQuery();
-    const int hits = collider->intersect(scene.get());
-    scene->releaseFromQuery();
-    if (hits == 0)
+    int run() override
     {
-        std::cout << "nothing\n";
+        const tbVec3 start = pointOf(from);
+        const tbVec3 end = pointOf(to);
+        const tbRay ray(start, end);
+        if (!(ray.getLength() > 0.0f) || !std::isfinite(ray.getLength()))
+            throw CommandError("--from, --to", "must be two points of finite coordinates that differ");
+        const tbRef<tbGroup> root = loadModel(model);
+        const tbRef<tbScene> scene(new tbScene);
+        scene->addChild(root.get());
+        // A model answers no collider until it is given a mask.
+        for (int i = 0; i < tbModel::getNum(true); ++i)
+            tbModel::get(i, true)->setColliderMask(ANY_MASK);
+        scene->update();
+
+        const tbRef<tbCollider> collider(new tbCollider);
+        collider->setVolumeMode(tbCollider::VOLUME_NONE);
+        collider->setSaveMask(tbCollider::SAVE_PATH);
+        collider->addRay(ray);
+        scene->acquireForQuery();
+        const int hits = collider->intersect(scene.get());
+        scene->releaseFromQuery();
+        if (hits == 0)
+        {
+            std::cout << "nothing\n";
+            return 0;
+        }
+        const tbHit& hit = *collider->getRayHit(0);
+        std::cout << "node      " << pathOf(hit) << "\npoint     " << hit.point.x << ' ' << hit.point.y << ' '
+                  << hit.point.z << "\ndistance  " << hit.distance << "\nprimitive " << hit.primitive
+                  << "\nvertex    " << hit.index << '\n';
         return 0;
     }
-    const tbHit& hit = *collider->getRayHit(0);
-    std::cout << "node      " << pathOf(hit) << "\npoint     " << hit.point.x << ' ' << hit.point.y << ' '
-              << hit.point.z << "\ndistance  " << hit.distance << "\nprimitive " << hit.primitive
-              << "\nvertex    " << hit.index << '\n';
-    return 0;
+
+private:
+    std::string model;
+    std::vector<float> from;
+    std::vector<float> to;
+};
+} // namespace
+
+std::unique_ptr<Command> makePickCommand()
+{
+    return std::make_unique<PickCommand>();
 }

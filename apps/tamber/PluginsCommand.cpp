@@ -1,4 +1,4 @@
-#include "PluginsCommand.h"
+#include "Commands.h"
 
 #include "Json.h"
 
@@ -146,21 +146,38 @@ int codeOf(const tbPlugInReport& report)
                 return FAULTY;
     return SOUND;
 }
+
+// tamber plugins: where plug-ins are looked for, what lies there, and whether it can be loaded.
+class PluginsCommand : public Command
+{
+public:
+    void define(CLI::App& app) override
+    {
+        CLI::App& command =
+            addTo(app, "plugins", "Show where plug-ins are looked for, and load what is found");
+        command.add_flag("--json", asJson, "As JSON");
+    }
+
+    /// 1 when a plug-in that was found is refused or cannot be loaded.
+    int run() override
+    {
+        loadAll(tbPlugIn::report());
+        const tbPlugInReport report = tbPlugIn::report();
+        if (asJson)
+            writeJson(report);
+        else
+            print(report);
+        return codeOf(report);
+    }
+
+    bool needsModels() const override { return false; }
+
+private:
+    bool asJson = false;
+};
 } // namespace
 
-void PluginsCommand::define(CLI::App& app)
+std::unique_ptr<Command> makePluginsCommand()
 {
-    CLI::App& command = addTo(app, "plugins", "Show where plug-ins are looked for, and load what is found");
-    command.add_flag("--json", asJson, "As JSON");
-}
-
-int PluginsCommand::run()
-{
-    loadAll(tbPlugIn::report());
-    const tbPlugInReport report = tbPlugIn::report();
-    if (asJson)
-        writeJson(report);
-    else
-        print(report);
-    return codeOf(report);
+    return std::make_unique<PluginsCommand>();
 }

@@ -1,5 +1,6 @@
-#include "RunCommand.h"
+#include "Commands.h"
 
+#include "FrameLoop.h"
 #include "MemoryReport.h"
 #include "ModelFile.h"
 #include "Table.h"
@@ -34,41 +35,58 @@ void printFrames(const FrameResults& results)
     addRow(table, "triangles", results.triangles, formatWhole);
     table.print(std::cout);
 }
+
+// tamber run: a model goes through a number of frames, and what they cost is printed.
+class RunCommand : public Command
+{
+public:
+    void define(CLI::App& app) override
+    {
+        CLI::App& command = addTo(app, "run", "Run a model through a number of frames and print their cost");
+        command
+            .add_option("MODEL", model, "A model of any format that a loader reads, or a native file (.tb)")
+            ->required();
+        command.add_option("--frames", options.frames, "Number of frames")
+            ->capture_default_str()
+            ->check(CLI::Range(1, 1000000))
+            ->type_name("N");
+        command.add_flag("--orbit", options.orbit, "Move the camera once round the model");
+        command.add_flag("--spin", options.spin, "Turn the model once on itself");
+        command.add_option("--save", saveFile, "Save the model natively before the frames run")
+            ->type_name("FILE");
+        command.footer("Each frame edits the scene, updates it, renews bounds and walks it with a camera "
+                       "that culls and\n"
+                       "counts but draws nothing. 'nodes culled' counts the transforms found out of sight, "
+                       "each with all\n"
+                       "that it holds.");
+    }
+
+    int run() override
+    {
+        if (!saveFile.empty())
+            checkSaveTarget(saveFile);
+        const tbRef<tbGroup> root = loadModel(model);
+        if (!saveFile.empty())
+            saveModel(*root, saveFile);
+        const FrameResults results = runFrames(*root, options);
+
+        std::cout << model << ": " << formatCount(options.frames) << " frames"
+                  << (options.orbit ? ", the camera orbits" : "") << (options.spin ? ", the model spins" : "")
+                  << "\nfirst update " << formatMilliseconds(results.firstUpdate) << " ms\n\n";
+        printFrames(results);
+        std::cout << '\n';
+        printMemory(std::cout);
+        return 0;
+    }
+
+private:
+    std::string model;
+    std::string saveFile;
+    FrameOptions options;
+};
 } // namespace
 
-void RunCommand::define(CLI::App& app)
+std::unique_ptr<Command> makeRunCommand()
 {
-    CLI::App& command = addTo(app, "run", "Run a model through a number of frames and print their cost");
-    command.add_option("MODEL", model, "A model of any format that a loader reads, or a native file (.tb)")
-        ->required();
-    command.add_option("--frames", options.frames, "Number of frames")
-        ->capture_default_str()
-        ->check(CLI::Range(1, 1000000))
-        ->type_name("N");
-    command.add_flag("--orbit", options.orbit, "Move the camera once round the model");
-    command.add_flag("--spin", options.spin, "Turn the model once on itself");
-    command.add_option("--save", saveFile, "Save the model natively before the frames run")
-        ->type_name("FILE");
-    command.footer(
-        "Each frame edits the scene, updates it, renews bounds and walks it with a camera that culls and\n"
-        "counts but draws nothing. 'nodes culled' counts the transforms found out of sight, each with all\n"
-        "that it holds.");
-}
-
-int RunCommand::run()
-{
-    if (!saveFile.empty())
-        checkSaveTarget(saveFile);
-    const tbRef<tbGroup> root = loadModel(model);
-    if (!saveFile.empty())
-        saveModel(*root, saveFile);
-    const FrameResults results = runFrames(*root, options);
-
-    std::cout << model << ": " << formatCount(options.frames) << " frames"
-              << (options.orbit ? ", the camera orbits" : "") << (options.spin ? ", the model spins" : "")
-              << "\nfirst update " << formatMilliseconds(results.firstUpdate) << " ms\n\n";
-    printFrames(results);
-    std::cout << '\n';
-    printMemory(std::cout);
-    return 0;
+    return std::make_unique<RunCommand>();
 }
