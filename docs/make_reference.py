@@ -66,6 +66,8 @@ def declared(statement, class_name):
     statement = re.sub(r"\[\[.*?\]\]|alignas\([^)]*\)", "", " ".join(statement.split()))
     if not statement or re.match(r"(friend|using|static_assert)\b", statement) or statement.endswith("= delete"):
         return None, []
+    if not re.match(r"[A-Za-z_~]", statement):
+        return None, []  # what follows the braces of a value
     nested = re.match(r"(?:template ?<.*?> ?)?(?:enum|class|struct)(?: class)? (\w+)", statement)
     if nested:
         return "type", [nested.group(1)]

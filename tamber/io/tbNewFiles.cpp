@@ -1,8 +1,8 @@
 #include <tamber/io/tbNewFiles.h>
 
+#include <tamber/kernel/tbiMemoryWatch.h>
 #include <tamber/platform/tbiFile.h>
 
-#include <utility>
 #include <vector>
 
 struct tbNewFiles::Files
@@ -13,39 +13,49 @@ struct tbNewFiles::Files
         std::int64_t size;
     };
     std::vector<File> list;
+
+    void abandonLast()
+    {
+        tbiAbandonReplacement(list.back().replacement);
+        list.pop_back();
+    }
 };
 
-tbNewFiles::tbNewFiles() : files(new Files) {}
+tbNewFiles::tbNewFiles() : files(nullptr) {}
 
 tbNewFiles::~tbNewFiles()
 {
-    for (Files::File& file : files->list)
-        tbiAbandonReplacement(file.replacement);
+    while (files && !files->list.empty())
+        files->abandonLast();
     delete files;
 }
 
 bool tbNewFiles::add(const char* path, const void* bytes, std::size_t size)
 {
-    tbiReplacement replacement;
-    if (!tbiBeginReplacement(replacement, path))
+    const bool hasPlace = tbiWithoutThrow(false,
+                                          [this, size]
+                                          {
+                                              if (!files)
+                                                  files = new Files;
+                                              files->list.push_back({{}, std::int64_t(size)});
+                                              return true;
+                                          });
+    if (!hasPlace)
         return false;
-    const bool isWritten = size == 0 || tbiWriteFile(replacement.descriptor, bytes, size, 0);
-    if (isWritten)
-        files->list.push_back({std::move(replacement), std::int64_t(size)});
-    else
-        tbiAbandonReplacement(replacement);
-    return isWritten;
+    tbiReplacement& replacement = files->list.back().replacement;
+    if (tbiBeginReplacement(replacement, path, tbiNewFileRights::USUAL) &&
+        tbiWriteFile(replacement.descriptor, bytes, size, 0))
+        return true;
+    files->abandonLast();
+    return false;
 }
 
 bool tbNewFiles::commit()
 {
-    std::vector<Files::File> list = std::move(files->list);
-    files->list.clear();
     bool done = true;
-    for (Files::File& file : list)
-        if (done)
-            done = tbiFinishReplacement(file.replacement, file.size);
-        else
-            tbiAbandonReplacement(file.replacement);
+    for (std::size_t i = 0; files && i < files->list.size() && done; ++i)
+        done = tbiFinishReplacement(files->list[i].replacement, files->list[i].size);
+    while (files && !files->list.empty())
+        files->abandonLast(); // nothing where it has taken its place
     return done;
 }

@@ -4,8 +4,9 @@
 
 #include <cstddef>
 
-// Files that loaders write together, one of them the model. Each is written beside the file that it will replace;
-// none is touched before all are written. What is not committed vanishes with this object.
+// Files that belong together, such as those of a model in a foreign format. Each is written beside the file that it
+// will replace; none is touched before all are written. What is not committed vanishes with this object. An old file
+// keeps its rights; a new one has those of any file that the process makes. Needs no kernel that was started.
 class TB_API tbNewFiles
 {
 public:

@@ -20,9 +20,8 @@ bool tbiReadFile(int descriptor, void* bytes, std::size_t size, std::int64_t pos
 bool tbiWriteFile(int descriptor, const void* bytes, std::size_t size, std::int64_t position) noexcept;
 
 // A file that takes another's place when it is complete. It lies in the target's directory, where a link leads to,
-// and has the rights of the file that it will replace; a new file is its owner's alone. Its name is the target's and
-// ".saving-1", or the next number that no other save has. What a save left behind that was killed goes when the
-// target is saved next.
+// and has the rights of the file that it will replace. Its name is the target's and ".saving-1", or the next number
+// that no other save has. What a save left behind that was killed goes when the target is saved next.
 struct tbiReplacement
 {
     int descriptor = -1;
@@ -30,9 +29,17 @@ struct tbiReplacement
     std::string target;
 };
 
+// Who may open a file that replaces none.
+enum class tbiNewFileRights
+{
+    OWNER, // nobody else, where the system has such rights
+    USUAL  // whoever may open what the process makes otherwise
+};
+
 /// Makes the empty file. False, and nothing left behind, when the directory or an existing target cannot be written,
 /// and when the target is no regular file.
-bool tbiBeginReplacement(tbiReplacement& replacement, const char* target) noexcept;
+bool tbiBeginReplacement(tbiReplacement& replacement, const char* target,
+                         tbiNewFileRights rights = tbiNewFileRights::OWNER) noexcept;
 /// Cuts the file to `length` bytes, makes it safe on the medium and renames it. False, and the target untouched, when
 /// one of these fails. The file is closed, and gone unless it became the target.
 bool tbiFinishReplacement(tbiReplacement& replacement, std::int64_t length) noexcept;

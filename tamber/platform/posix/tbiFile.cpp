@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <memory>
+#include <optional>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -20,6 +21,7 @@ namespace
 {
 
 constexpr mode_t OWNER_ONLY = S_IRUSR | S_IWUSR;
+constexpr mode_t USUAL = OWNER_ONLY | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH; // without the process's umask
 constexpr int NAME_ATTEMPTS = 1000;
 
 std::string nativePath(const char* path)
@@ -86,8 +88,8 @@ bool syncDirectory(const std::string& path)
     return synced;
 }
 
-// Rights of the file to be replaced, and whether it may be replaced at all.
-bool targetRights(const std::string& target, mode_t& rights)
+// Whether the file may be replaced, and the rights that it has if it is there.
+bool mayBeReplaced(const std::string& target, std::optional<mode_t>& rights)
 {
     struct stat status = {};
     if (stat(target.c_str(), &status) != 0)
@@ -133,10 +135,10 @@ bool removeAbandoned(const char* path)
 }
 
 // Makes and locks a file; -1 with errno set when it cannot be made, EEXIST when another save has the name.
-int makeLocked(const char* path)
+int makeLocked(const char* path, mode_t rights)
 {
     const int descriptor = aboveStandardStreams(
-        tbiUntilDone([&] { return open(path, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, OWNER_ONLY); }));
+        tbiUntilDone([&] { return open(path, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, rights); }));
     if (descriptor < 0)
         return -1;
     if (takeLock(descriptor) != LOCK::HELD_BY_ANOTHER && standsAt(path, descriptor))
@@ -160,7 +162,7 @@ void removeAbandonedBehind(const std::string& target, int number)
 }
 
 // The first name beside the target that no other save has.
-bool makeBeside(tbiReplacement& replacement)
+bool makeBeside(tbiReplacement& replacement, mode_t rights)
 {
     for (int number = 1; number <= NAME_ATTEMPTS; ++number)
     {
@@ -169,7 +171,7 @@ bool makeBeside(tbiReplacement& replacement)
         bool again = true;
         while (again)
         {
-            replacement.descriptor = makeLocked(path);
+            replacement.descriptor = makeLocked(path, rights);
             if (replacement.descriptor > 0)
             {
                 removeAbandonedBehind(replacement.target, number);
@@ -183,14 +185,17 @@ bool makeBeside(tbiReplacement& replacement)
     return false;
 }
 
-bool beginReplacement(tbiReplacement& replacement, const char* target)
+bool beginReplacement(tbiReplacement& replacement, const char* target, tbiNewFileRights newRights)
 {
     replacement.target = followLinks(nativePath(target));
-    mode_t rights = OWNER_ONLY;
-    if (!targetRights(replacement.target, rights) || !makeBeside(replacement))
+    std::optional<mode_t> rights;
+    if (!mayBeReplaced(replacement.target, rights))
+        return false;
+    if (!makeBeside(replacement, rights || newRights == tbiNewFileRights::OWNER ? OWNER_ONLY : USUAL))
         return false;
     // Where the rights cannot be taken over, the file stays its owner's alone.
-    static_cast<void>(fchmod(replacement.descriptor, rights) == 0);
+    if (rights)
+        static_cast<void>(fchmod(replacement.descriptor, *rights) == 0);
     return true;
 }
 
@@ -248,10 +253,13 @@ bool tbiWriteFile(int descriptor, const void* bytes, std::size_t size, std::int6
     return true;
 }
 
-bool tbiBeginReplacement(tbiReplacement& replacement, const char* target) noexcept
+bool tbiBeginReplacement(tbiReplacement& replacement, const char* target, tbiNewFileRights rights) noexcept
 {
-    return target && *target != 0 &&
-           tbiWithoutThrow(false, [&] { return beginReplacement(replacement, target); });
+    if (target && *target != 0 &&
+        tbiWithoutThrow(false, [&] { return beginReplacement(replacement, target, rights); }))
+        return true;
+    tbiAbandonReplacement(replacement); // made before memory ran out
+    return false;
 }
 
 // The file is renamed while it is locked, so that no other save takes it for an abandoned one. What closing could

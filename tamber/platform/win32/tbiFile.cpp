@@ -118,10 +118,15 @@ bool makeBeside(tbiReplacement& replacement)
         if (handle != INVALID_HANDLE_VALUE)
         {
             replacement.descriptor = descriptorOf(handle, _O_RDWR);
+            if (replacement.descriptor < 0)
+            {
+                DeleteFileA(path);
+                return false;
+            }
             while (DeleteFileA(savingName(replacement.target, ++number).c_str()))
             {
             }
-            return replacement.descriptor > 0;
+            return true;
         }
         // Denied: another save has just given its file up.
         if (GetLastError() != ERROR_FILE_EXISTS && GetLastError() != ERROR_ACCESS_DENIED)
@@ -207,10 +212,14 @@ bool tbiWriteFile(int descriptor, const void* bytes, std::size_t size, std::int6
     return true;
 }
 
-bool tbiBeginReplacement(tbiReplacement& replacement, const char* target) noexcept
+// New files have the rights of their directory.
+bool tbiBeginReplacement(tbiReplacement& replacement, const char* target, tbiNewFileRights) noexcept
 {
-    return target && *target != 0 &&
-           tbiWithoutThrow(false, [&] { return beginReplacement(replacement, target); });
+    if (target && *target != 0 &&
+        tbiWithoutThrow(false, [&] { return beginReplacement(replacement, target); }))
+        return true;
+    tbiAbandonReplacement(replacement); // made before memory ran out
+    return false;
 }
 
 bool tbiFinishReplacement(tbiReplacement& replacement, std::int64_t length) noexcept
