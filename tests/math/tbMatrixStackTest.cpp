@@ -1,6 +1,7 @@
 #include <tamber/math/tbMatrixStack.h>
 
 #include <tamber/math/tbVec3.h>
+#include <tests/support/Matrices.h>
 #include <tests/support/Near.h>
 
 #include <gtest/gtest.h>
@@ -12,23 +13,7 @@ namespace
 
 tbMatrix moved(float x)
 {
-    tbMatrix m;
-    m.makeXYZ(x, 0, 0);
-    return m;
-}
-
-tbMatrix turned()
-{
-    tbMatrix m;
-    m.makeHPR(90, 0, 0);
-    return m;
-}
-
-tbMatrix identity()
-{
-    tbMatrix m;
-    m.makeIdent();
-    return m;
+    return tbtest::translation(x, 0, 0);
 }
 
 } // namespace
@@ -64,45 +49,34 @@ TEST(MatrixStack, CapacityIsAWordAndNeverNothing)
     EXPECT_EQ(none.getDepth(), 0);
 }
 
-TEST(MatrixStack, PushedProductsApplyTheNewMatrixFirst)
-{
-    tbMatrixStack stack(4);
-    stack.load(moved(1));
-    stack.pushMult(turned());
-    EXPECT_TRUE(near(tbVec3(1, 0, 0) * stack.getTop(), tbVec3(1, 1, 0)));
-    stack.pop();
-    EXPECT_EQ(stack.getTop(), moved(1));
-}
-
 TEST(MatrixStack, OperationsChangeTheTopAndTheId)
 {
-    tbMatrixStack stack(2);
+    const auto change = [](auto& matrix)
+    {
+        matrix.preTrans(1, 2, 3);
+        matrix.postRot(30, 0, 1, 0);
+        matrix.preScale(tbVec3(1, 2, 3));
+        matrix.postTrans(tbVec3(4, 5, 6));
+        matrix.preRot(40, tbVec3(0, 0, 1));
+        matrix.postScale(2, 2, 2);
+        matrix.preMult(moved(1));
+        matrix.postMult(tbtest::turn(90, 0, 0));
+    };
+    tbMatrixStack stack(3);
     stack.pushIdent();
-    tbMatrix m = identity();
-    stack.preTrans(1, 2, 3);
-    m.preTrans(1, 2, 3);
-    stack.postRot(30, 0, 1, 0);
-    m.postRot(30, 0, 1, 0);
-    stack.preScale(tbVec3(1, 2, 3));
-    m.preScale(1, 2, 3);
-    stack.postTrans(tbVec3(4, 5, 6));
-    m.postTrans(4, 5, 6);
-    stack.preRot(40, tbVec3(0, 0, 1));
-    m.preRot(40, 0, 0, 1);
-    stack.postScale(2, 2, 2);
-    m.postScale(2, 2, 2);
-    stack.preMult(moved(1));
-    m.preMult(moved(1));
-    stack.postMult(turned());
-    m.postMult(turned());
+    tbMatrix m = tbtest::identity();
+    change(stack);
+    change(m);
     EXPECT_TRUE(near(stack.getTop(), m, 0.0f));
     EXPECT_EQ(stack.getID(), 9);
+    stack.pushMult(moved(1)); // applies first
+    EXPECT_TRUE(near(stack.getTop(), moved(1) * m));
     stack.postScale(1, 1, 1); // counts also when nothing comes of it
-    EXPECT_EQ(stack.getID(), 10);
+    EXPECT_EQ(stack.getID(), 11);
     stack.reset();
     EXPECT_EQ(stack.getDepth(), 0);
-    EXPECT_EQ(stack.getID(), 11);
-    EXPECT_EQ(stack.getTop(), identity());
+    EXPECT_EQ(stack.getID(), 12);
+    EXPECT_EQ(stack.getTop(), tbtest::identity());
 }
 
 TEST(MatrixStack, UnlimitedStacksGrowAroundTheirOwnTop)
@@ -139,6 +113,6 @@ TEST(MatrixStack, CopiesStandAlone)
         EXPECT_EQ(other->getStackSize(), 4);
         EXPECT_EQ(other->getID(), 1);
         other->pop();
-        EXPECT_EQ(other->getTop(), identity());
+        EXPECT_EQ(other->getTop(), tbtest::identity());
     }
 }

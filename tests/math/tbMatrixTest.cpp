@@ -3,6 +3,7 @@
 #include <tamber/math/tbQuat.h>
 #include <tamber/math/tbVec3.h>
 #include <tamber/volume/tbPlane.h>
+#include <tests/support/Matrices.h>
 #include <tests/support/Messages.h>
 #include <tests/support/Near.h>
 #include <tests/support/RandomValues.h>
@@ -15,7 +16,11 @@
 #include <limits>
 #include <vector>
 
+using tbtest::identity;
 using tbtest::near;
+using tbtest::scaling;
+using tbtest::translation;
+using tbtest::turn;
 
 namespace
 {
@@ -28,47 +33,16 @@ constexpr Type UNISCALE = tbMatrix::MATRIX_UNISCALE;
 constexpr Type SCALE = tbMatrix::MATRIX_SCALE;
 constexpr Type PROJ = tbMatrix::MATRIX_PROJ;
 
-tbMatrix identity()
-{
-    tbMatrix m;
-    m.makeIdent();
-    return m;
-}
-
-tbMatrix translation(float x, float y, float z)
-{
-    tbMatrix m;
-    m.makeXYZ(x, y, z);
-    return m;
-}
-
-tbMatrix scaling(float x, float y, float z)
-{
-    tbMatrix m;
-    m.makeScale(x, y, z);
-    return m;
-}
-
-tbMatrix turn(float h, float p, float r)
-{
-    tbMatrix m;
-    m.makeHPR(h, p, r);
-    return m;
-}
-
 // Sums in the order of the rows, by nothing but the definition.
 tbMatrix productByDefinition(const tbMatrix& a, const tbMatrix& b)
 {
     tbMatrix m;
-    for (int i = 0; i < 4; ++i)
+    for (int i = 0; i < 16; ++i)
     {
-        for (int j = 0; j < 4; ++j)
-        {
-            double sum = 0.0;
-            for (int k = 0; k < 4; ++k)
-                sum += double(a[i][k]) * double(b[k][j]);
-            m[i][j] = float(sum);
-        }
+        double sum = 0.0;
+        for (int k = 0; k < 4; ++k)
+            sum += double(a[i / 4][k]) * double(b[k][i % 4]);
+        m[i / 4][i % 4] = float(sum);
     }
     m.setType(PROJ);
     return m;
@@ -117,19 +91,23 @@ void expectInverse(const tbMatrix& m, const tbMatrix& inverse, float tolerance)
 
 TEST(Matrix, TypesAreRecognised)
 {
-    EXPECT_EQ(turn(30, 20, 10).getType(), ROT);
-    const auto identified = [](tbMatrix m)
+    const struct
     {
+        tbMatrix m;
+        Type type;
+    } cases[] = {{identity(), IDENT},
+                 {turn(30, 20, 10), ROT},
+                 {turn(30, 20, 10) * translation(1, 0, 0), ROT | XLATE},
+                 {scaling(2, 2, 2), UNISCALE},
+                 {scaling(1, 2, 1), SCALE},
+                 {scaling(1, -1, 1), ROT}, // a mirror turns, though nothing stands off the diagonal
+                 {translation(0, 0, 1e-5f), XLATE}};
+    for (const auto& c : cases)
+    {
+        tbMatrix m(c.m);
         m.setType(0);
-        return m.getType();
-    };
-    EXPECT_EQ(identified(identity()), IDENT);
-    EXPECT_EQ(identified(turn(30, 20, 10)), ROT);
-    EXPECT_EQ(identified(turn(30, 20, 10) * translation(1, 0, 0)), ROT | XLATE);
-    EXPECT_EQ(identified(scaling(2, 2, 2)), UNISCALE);
-    EXPECT_EQ(identified(scaling(1, 2, 1)), SCALE);
-    EXPECT_EQ(identified(scaling(1, -1, 1)), ROT); // a mirror turns, though nothing stands off the diagonal
-    EXPECT_EQ(identified(translation(0, 0, 1e-5f)), XLATE);
+        EXPECT_EQ(m.getType(), c.type);
+    }
     tbMatrix w = identity();
     w.setCol(3, 0, 0, 0, 2, 0);
     EXPECT_EQ(w.getType(), PROJ);
@@ -186,36 +164,34 @@ TEST(Matrix, ReducedProductsEqualTheFullOne)
 
 TEST(Matrix, PreAndPostFormsAreProducts)
 {
+    using Change = void (*)(tbMatrix&);
+    tbMatrix rotation;
+    rotation.makeRot(40, 1, 2, 3);
+    const struct
+    {
+        Change pre, post;
+        tbMatrix factor;
+        Type bit;
+    } cases[] = {{[](tbMatrix& m) { m.preTrans(1, 2, 3); }, [](tbMatrix& m) { m.postTrans(1, 2, 3); },
+                  translation(1, 2, 3), XLATE},
+                 {[](tbMatrix& m) { m.preScale(1, 2, 3); }, [](tbMatrix& m) { m.postScale(1, 2, 3); },
+                  scaling(1, 2, 3), SCALE},
+                 {[](tbMatrix& m) { m.preRot(40, 1, 2, 3); },
+                  [](tbMatrix& m) { m.postRot(40, tbVec3(1, 2, 3)); }, rotation, ROT}};
     tbtest::Random random(5);
     for (const Type type : allTypes())
     {
         const tbMatrix m = matrixOf(type, random);
-        tbMatrix rotation;
-        rotation.makeRot(40, 1, 2, 3);
-        const struct
-        {
-            void (tbMatrix::*pre)(float, float, float);
-            void (tbMatrix::*post)(float, float, float);
-            tbMatrix factor;
-            Type bit;
-        } cases[] = {{&tbMatrix::preTrans, &tbMatrix::postTrans, translation(1, 2, 3), XLATE},
-                     {&tbMatrix::preScale, &tbMatrix::postScale, scaling(1, 2, 3), SCALE}};
         for (const auto& c : cases)
         {
             tbMatrix pre(m), post(m);
-            (pre.*c.pre)(1, 2, 3);
-            (post.*c.post)(1, 2, 3);
+            c.pre(pre);
+            c.post(post);
             EXPECT_TRUE(near(pre, productByDefinition(c.factor, m), 2e-4f)) << type;
             EXPECT_TRUE(near(post, productByDefinition(m, c.factor), 2e-4f)) << type;
             EXPECT_EQ(pre.getType(), (type & ~IDENT) | c.bit);
             EXPECT_EQ(post.getType(), (type & ~IDENT) | c.bit);
         }
-        tbMatrix pre(m), post(m);
-        pre.preRot(40, 1, 2, 3);
-        post.postRot(40, tbVec3(1, 2, 3));
-        EXPECT_TRUE(near(pre, productByDefinition(rotation, m), 2e-4f)) << type;
-        EXPECT_TRUE(near(post, productByDefinition(m, rotation), 2e-4f)) << type;
-        EXPECT_EQ(pre.getType(), (type & ~IDENT) | ROT);
     }
 }
 
@@ -258,15 +234,6 @@ TEST(Matrix, InvertsEveryType)
         EXPECT_TRUE(inverse.invert(m));
         expectInverse(m, inverse, 1e-4f);
     }
-}
-
-TEST(Matrix, SwapsRowsForThePivot)
-{
-    const float sixteen[] = {0, 0, 0, 2, 0, 4, 0, 0, 1, 0, 0, 0, 0, 0, 8, 0};
-    const tbMatrix m(sixteen, 0);
-    tbMatrix inverse;
-    EXPECT_TRUE(inverse.invert(m));
-    expectInverse(m, inverse, 1e-6f);
 }
 
 TEST(Matrix, SingularMatricesGiveTheIdentityAndAMessage)
@@ -314,20 +281,14 @@ TEST(Matrix, RotationsTurnByTheRightHand)
 
 TEST(Matrix, AnglesComeBack)
 {
-    for (int h = -175; h <= 180; h += 25)
-    {
-        for (int p = -80; p <= 80; p += 20)
-        {
-            for (int r = -175; r <= 180; r += 25)
-            {
-                tbVec3 back;
-                turn(float(h), float(p), float(r)).getHPR(back);
-                EXPECT_TRUE(near(back, tbVec3(float(h), float(p), float(r)), 2e-3f))
-                    << h << ' ' << p << ' ' << r;
-            }
-        }
-    }
+    tbtest::Random random(12);
     tbVec3 hpr;
+    for (int i = 0; i < 2000; ++i)
+    {
+        const tbVec3 angles(random.number(-175, 175), random.number(-80, 80), random.number(-175, 175));
+        turn(angles.x, angles.y, angles.z).getHPR(hpr);
+        EXPECT_TRUE(near(hpr, angles, 2e-3f));
+    }
     identity().getHPR(hpr);
     EXPECT_FALSE(std::signbit(hpr.x) || std::signbit(hpr.y) || std::signbit(hpr.z));
     turn(40, 90, 0).getHPR(hpr); // straight up: the turn shows as heading and roll together
@@ -437,15 +398,12 @@ TEST(Matrix, FilesKeepTheTypeUnlessTheElementsContradictIt)
         EXPECT_TRUE(near(back, m, 0.0f));
         EXPECT_EQ(back.getType(), type);
     }
-    tbMatrix generous = turn(30, 20, 10);
-    generous.setType(ROT | XLATE | SCALE);
-    tbtest::storeAndLoad(generous, back);
-    EXPECT_EQ(back.getType(), ROT | XLATE | SCALE);
     const struct
     {
         tbMatrix m;
         Type claimed, expected;
-    } lies[] = {{turn(30, 20, 10), IDENT, ROT},
+    } lies[] = {{turn(30, 20, 10), ROT | XLATE | SCALE, ROT | XLATE | SCALE}, // generous, and so no lie
+                {turn(30, 20, 10), IDENT, ROT},
                 {turn(30, 20, 10), XLATE, ROT},
                 {translation(1, 2, 3), IDENT, XLATE},
                 {scaling(2, 2, 2), XLATE, UNISCALE},

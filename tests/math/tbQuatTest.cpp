@@ -30,12 +30,6 @@ tbQuat quatOf(const tbMatrix& m)
     return q;
 }
 
-tbQuat randomTurn(tbtest::Random& random)
-{
-    tbMatrix m = random.place(0);
-    return quatOf(m);
-}
-
 } // namespace
 
 TEST(Quat, MatricesComeBack)
@@ -55,9 +49,6 @@ TEST(Quat, MatricesComeBack)
         m.makeRot(180, axis);
         EXPECT_TRUE(near(matrixOf(quatOf(m)), m, 1e-5f));
     }
-    tbMatrix m;
-    m.makeRot(180, 1, 0, 0);
-    EXPECT_TRUE(near(quatOf(m), tbQuat(1, 0, 0, 0), 1e-6f));
 }
 
 TEST(Quat, TurnsTheOtherWayThanTheCustomaryOne)
@@ -72,14 +63,11 @@ TEST(Quat, TurnsTheOtherWayThanTheCustomaryOne)
 TEST(Quat, ProductsAreThoseOfTheRotations)
 {
     const tbtest::RootScope exact;
-    const float s = std::sqrt(0.5f);
-    const tbQuat quarter(0, 0, s, s);
-    EXPECT_TRUE(near(quarter * quarter, tbQuat(0, 0, 1, 0), 1e-6f));
     tbtest::Random random(11);
     for (int i = 0; i < 200; ++i)
     {
-        const tbQuat a = randomTurn(random);
-        const tbQuat b = randomTurn(random);
+        const tbQuat a = quatOf(random.place(0));
+        const tbQuat b = quatOf(random.place(0));
         EXPECT_TRUE(near(matrixOf(a * b), matrixOf(a) * matrixOf(b), 1e-5f));
         tbQuat inPlace(a);
         inPlace *= inPlace;
@@ -104,17 +92,15 @@ TEST(Quat, InversesUndo)
 TEST(Quat, AnglesComeBack)
 {
     const tbtest::RootScope exact;
-    for (int h = -150; h <= 150; h += 50)
+    tbtest::Random random(13);
+    for (int i = 0; i < 100; ++i)
     {
-        for (int p = -80; p <= 80; p += 40)
-        {
-            const tbVec3 hpr(float(h), float(p), 25);
-            tbQuat q;
-            q.setHPR(hpr);
-            tbVec3 back;
-            q.getHPR(back);
-            EXPECT_TRUE(near(back, hpr, 0.01f));
-        }
+        const tbVec3 hpr(random.number(-175, 175), random.number(-80, 80), random.number(-175, 175));
+        tbQuat q;
+        q.setHPR(hpr);
+        tbVec3 back;
+        q.getHPR(back);
+        EXPECT_TRUE(near(back, hpr, 0.01f));
     }
 }
 

@@ -101,10 +101,6 @@ TEST(Frustum, FromOpeningAngles)
     EXPECT_EQ(frustum.getNear(), 1.0f);
     EXPECT_EQ(frustum.getFar(), 100.0f);
     EXPECT_TRUE(frustum.isSymmetrical());
-    EXPECT_EQ(frustum.contains(tbVec3(0, 50, 0)), tbVolume::INSIDE);
-    EXPECT_EQ(frustum.contains(tbVec3(0, 0.5f, 0)), tbVolume::OUTSIDE);
-    EXPECT_EQ(frustum.contains(tbVec3(60, 50, 0)), tbVolume::OUTSIDE);
-    EXPECT_EQ(frustum.contains(tbVec3(0, 101, 0)), tbVolume::OUTSIDE);
     tbVec3 center;
     frustum.getCenter(center);
     EXPECT_TRUE(near(center, tbVec3(49.5f, 50.5f, -49.5f), 1e-3f)); // of one diagonal
@@ -121,6 +117,7 @@ TEST(Frustum, PointsAgreeWithTheDefinition)
         const tbtest::RootScope exact;
         tbFrustum placed;
         placed.xform(own, place);
+        EXPECT_EQ(placed.getFar(), own.getFar());
         for (int j = 0; j < 50; ++j)
         {
             const tbVec3 p = random.point(20);
@@ -134,41 +131,7 @@ TEST(Frustum, PointsAgreeWithTheDefinition)
     }
 }
 
-TEST(Frustum, CornersLieOnThreeFacesAndEdgesHoldEverything)
-{
-    const tbtest::RootScope exact;
-    tbtest::Random random(31);
-    for (int i = 0; i < 100; ++i)
-    {
-        tbFrustum frustum = Shape(random).make();
-        frustum.xform(random.place(5));
-        const tbVec3* corners = frustum.getCorners();
-        for (int c = 0; c < tbFrustum::NUM_CORNERS; ++c)
-        {
-            for (const int face : {c & tbFrustum::CORNER_FAR ? tbFrustum::FACE_FAR : tbFrustum::FACE_NEAR,
-                                   c & tbFrustum::CORNER_RIGHT ? tbFrustum::FACE_RIGHT : tbFrustum::FACE_LEFT,
-                                   c & tbFrustum::CORNER_TOP ? tbFrustum::FACE_TOP : tbFrustum::FACE_BOTTOM})
-            {
-                const tbPlane& plane = frustum.getFacePlane(face);
-                EXPECT_NEAR(plane.getNormal()->dot(corners[c]), plane.getOffset(), EDGE);
-            }
-        }
-        for (int e = 0; e < tbFrustum::NUM_EDGES; ++e)
-        {
-            const tbPlane& plane = frustum.getEdgePlane(e);
-            int touching = 0;
-            for (int c = 0; c < tbFrustum::NUM_CORNERS; ++c)
-            {
-                const float height = plane.getNormal()->dot(corners[c]) - plane.getOffset();
-                EXPECT_LE(height, EDGE);
-                touching += std::fabs(height) <= EDGE ? 1 : 0;
-            }
-            EXPECT_EQ(touching, 2) << "edge " << e;
-        }
-    }
-}
-
-TEST(Frustum, EdgesJoinTheFacesOfTheirNames)
+TEST(Frustum, CornersLieOnThreeFacesAndEdgesOnTwoHoldEverything)
 {
     using F = tbFrustum;
     const int joined[F::NUM_EDGES][2] = {
@@ -176,18 +139,41 @@ TEST(Frustum, EdgesJoinTheFacesOfTheirNames)
         {F::FACE_RIGHT, F::FACE_BOTTOM}, {F::FACE_NEAR, F::FACE_TOP},  {F::FACE_NEAR, F::FACE_BOTTOM},
         {F::FACE_NEAR, F::FACE_RIGHT},   {F::FACE_NEAR, F::FACE_LEFT}, {F::FACE_FAR, F::FACE_TOP},
         {F::FACE_FAR, F::FACE_BOTTOM},   {F::FACE_FAR, F::FACE_RIGHT}, {F::FACE_FAR, F::FACE_LEFT}};
-    const tbFrustum frustum = wide();
-    for (int e = 0; e < F::NUM_EDGES; ++e)
+    const tbtest::RootScope exact;
+    tbtest::Random random(31);
+    for (int i = 0; i < 100; ++i)
     {
-        tbVec3 mean =
-            *frustum.getFacePlane(joined[e][0]).getNormal() + *frustum.getFacePlane(joined[e][1]).getNormal();
-        mean.normalize();
-        EXPECT_TRUE(near(*frustum.getEdgePlane(e).getNormal(), mean, EDGE)) << e;
+        F frustum = Shape(random).make();
+        frustum.xform(random.place(5));
+        const auto height = [&](const tbPlane& plane, int corner)
+        { return plane.getNormal()->dot(frustum.getCorners()[corner]) - plane.getOffset(); };
+        for (int c = 0; c < F::NUM_CORNERS; ++c)
+        {
+            for (const int face : {c & F::CORNER_FAR ? F::FACE_FAR : F::FACE_NEAR,
+                                   c & F::CORNER_RIGHT ? F::FACE_RIGHT : F::FACE_LEFT,
+                                   c & F::CORNER_TOP ? F::FACE_TOP : F::FACE_BOTTOM})
+                EXPECT_NEAR(height(frustum.getFacePlane(face), c), 0.0f, EDGE);
+        }
+        for (int e = 0; e < F::NUM_EDGES; ++e)
+        {
+            const tbPlane& plane = frustum.getEdgePlane(e);
+            tbVec3 mean = *frustum.getFacePlane(joined[e][0]).getNormal() +
+                          *frustum.getFacePlane(joined[e][1]).getNormal();
+            mean.normalize();
+            EXPECT_TRUE(near(*plane.getNormal(), mean, EDGE)) << e;
+            int touching = 0;
+            for (int c = 0; c < F::NUM_CORNERS; ++c)
+            {
+                EXPECT_LE(height(plane, c), EDGE);
+                touching += std::fabs(height(plane, c)) <= EDGE ? 1 : 0;
+            }
+            EXPECT_EQ(touching, 2) << "edge " << e;
+        }
     }
 }
 
-// Follows the scheme; what is called outside holds no point of the frustum, and what lies deep inside is inside.
-TEST(Frustum, NeverDropsWhatItSees)
+// Deep inside is inside, and what lies before or behind it outside; else the scheme decides.
+TEST(Frustum, FollowsTheSchemeForSpheresAndBoxes)
 {
     const tbtest::RootScope exact;
     tbtest::Random random(32);
@@ -201,20 +187,9 @@ TEST(Frustum, NeverDropsWhatItSees)
         tbBox box;
         box.extendAround(sphere);
         const tbVolume::CONTAINMENT ofSphere = frustum.contains(sphere);
-        const tbVolume::CONTAINMENT ofBox = frustum.contains(box);
         ++counts[ofSphere];
         EXPECT_EQ(ofSphere, containmentByScheme(frustum, sphere));
-        EXPECT_EQ(ofBox, containmentByScheme(frustum, box));
-        bool sphereSeen = false, boxSeen = false;
-        for (int j = 0; j < 100; ++j)
-        {
-            const tbVec3 p = *sphere.getCenter() + random.direction() * (r * random.number(0, 0.999f));
-            const tbVec3 q = *sphere.getCenter() + random.point(r * 0.999f);
-            sphereSeen |= shape.depth(p) > EDGE;
-            boxSeen |= shape.depth(q) > EDGE;
-        }
-        EXPECT_TRUE(!sphereSeen || ofSphere != tbVolume::OUTSIDE);
-        EXPECT_TRUE(!boxSeen || (ofBox != tbVolume::OUTSIDE && frustum.intersects(box)));
+        EXPECT_EQ(frustum.contains(box), containmentByScheme(frustum, box));
         // Along the axes, so several radii away from slanted sides.
         EXPECT_TRUE(shape.depth(*sphere.getCenter()) < 8 * r || ofSphere == tbVolume::INSIDE);
         const float y = sphere.getCenter()->y;
@@ -233,22 +208,6 @@ TEST(Frustum, WhatStraddlesAFaceUnsettledCountsAsInside)
     EXPECT_EQ(wide().contains(tbSphere(tbVec3(0, 50, 0), 0)), tbVolume::OUTSIDE); // planes see no points
     tbBox point(tbVec3(0, 50, 0), tbVec3(0, 50, 0));
     EXPECT_EQ(wide().contains(point), tbVolume::INSIDE);
-}
-
-TEST(Frustum, IdentityLeavesItAndTranslationMovesAll)
-{
-    tbMatrix m;
-    m.makeIdent();
-    tbFrustum frustum;
-    frustum.xform(wide(), m);
-    EXPECT_EQ(frustum, wide());
-    m.makeXYZ(1, 2, 3);
-    frustum.xform(frustum, m);
-    for (int i = 0; i < tbFrustum::NUM_CORNERS; ++i)
-        EXPECT_TRUE(near(frustum.getCorners()[i], wide().getCorners()[i] + tbVec3(1, 2, 3)));
-    EXPECT_EQ(frustum.getFacePlane(tbFrustum::FACE_FAR).getOffset(), 102.0f);
-    EXPECT_EQ(frustum.getFar(), 100.0f);
-    EXPECT_EQ(frustum.getLeft(), wide().getLeft());
 }
 
 TEST(Frustum, GoesThroughAFileWithItsCorners)

@@ -1,0 +1,35 @@
+// Matrices of one kind, made in an expression.
+#pragma once
+
+#include <tamber/math/tbMatrix.h>
+
+namespace tbtest
+{
+inline tbMatrix identity()
+{
+    tbMatrix m;
+    m.makeIdent();
+    return m;
+}
+
+inline tbMatrix translation(float x, float y, float z)
+{
+    tbMatrix m;
+    m.makeXYZ(x, y, z);
+    return m;
+}
+
+inline tbMatrix scaling(float x, float y, float z)
+{
+    tbMatrix m;
+    m.makeScale(x, y, z);
+    return m;
+}
+
+inline tbMatrix turn(float h, float p, float r)
+{
+    tbMatrix m;
+    m.makeHPR(h, p, r);
+    return m;
+}
+} // namespace tbtest
