@@ -1,6 +1,5 @@
 #include <tamber/collide/tbCollider.h>
 
-#include <tamber/action/tbAction.h>
 #include <tamber/collide/tbColliderMask.h>
 #include <tamber/collide/tbColliderTarget.h>
 #include <tamber/collide/tbSphereFence.h>
@@ -10,10 +9,12 @@
 #include <tamber/trav/tbTravPath.h>
 #include <tamber/volume/tbBox.h>
 #include <tamber/volume/tbSphere.h>
+#include <tests/support/Matrices.h>
 #include <tests/support/Messages.h>
 #include <tests/support/Near.h>
 #include <tests/support/SavedCopy.h>
 #include <tests/support/TestScene.h>
+#include <tests/support/Threads.h>
 
 #include <gtest/gtest.h>
 
@@ -24,26 +25,11 @@ namespace
 {
 
 // A wall square to +Y: every ray that reaches its plane hits it.
-class Wall : public tbGeometry
+class Wall : public tbtest::TestGeometry
 {
 public:
-    const tbVertexArray* getVertexArray() const override { return nullptr; }
-    int getNumPrimitives() const override { return 1; }
-    int getNumIndices() const override { return 0; }
-    const unsigned int* getIndices() const override { return nullptr; }
-    void getBoundingVolume(tbVolume& volume) override
-    {
-        volume.makeEmpty();
-        volume.extendAround(tbSphere(tbVec3(0, 0, 0), 0.5f));
-    }
-    void updateFences(tbTravContext* context) override
-    {
-        tbGeometry::updateFences(context);
-        tbSphere bounds(tbVec3(0, 0, 0), 0.5f);
-        bounds.xform(context->getMatrix());
-        if (context->getVolume())
-            context->getVolume()->extendAround(bounds);
-    }
+    Wall() : TestGeometry(tbSphere(tbVec3(0, 0, 0), 0.5f)) {}
+
     using tbGeometry::apply;
     void apply(tbCollider* collider) const override
     {
@@ -71,18 +57,6 @@ Wall* addWall(tbGroup* parent, float y)
     parent->addChild(place);
     return wall;
 }
-
-class CountEvents : public tbAction
-{
-public:
-    bool apply(tbBase*, tbEvent*) override
-    {
-        ++count;
-        return true;
-    }
-
-    int count = 0;
-};
 
 tbRef<tbCollider> withRay(float length, tbCollider::RAY_HIT_MODE mode = tbCollider::RAY_HIT_NEAREST)
 {
@@ -139,24 +113,22 @@ TEST(Collider, EventsFireOncePerWalkOrAtEveryHit)
     addWall(scene, 7);
     addWall(scene, 3);
     scene.update();
-    const tbRef<CountEvents> action(new CountEvents);
+    const tbRef<tbtest::FuncAction> action(new tbtest::FuncAction);
     const tbRef<tbCollider> collider = withRay(10);
     collider->addRay(tbRay(tbVec3(0.1f, 0, 0), tbVec3(0, 1, 0), 10));
     collider->getRayHitEvent()->addAction(action.get());
     EXPECT_EQ(collider->intersect(scene), 2);
-    EXPECT_EQ(action->count, 1);
+    EXPECT_EQ(action->getTimes(), 1);
     collider->setRayHitMode(tbCollider::RAY_HIT_ALL);
     collider->intersect(scene);
-    EXPECT_EQ(action->count, 1 + 4);
+    EXPECT_EQ(action->getTimes(), 1 + 4);
 }
 
 TEST(Collider, PlacementCarriesTheRays)
 {
     tbtest::TestScene scene;
     tbTransform* big = scene.addTransform(nullptr, 0, 0, 0);
-    tbMatrix scale;
-    scale.makeScale(2, 2, 2);
-    big->setMatrix(scale);
+    big->setMatrix(tbtest::scaling(2, 2, 2));
     addWall(big, 2);
     scene.update();
     const tbRef<tbCollider> collider = withRay(10);
@@ -278,26 +250,19 @@ TEST(Collider, FencesKeepRaysFromWhatLiesBelow)
 
 TEST(Collider, NestedWalksOnOneContextDoNothing)
 {
-    class Nest : public tbAction
-    {
-    public:
-        bool apply(tbBase* initiator, tbEvent*) override
-        {
-            result = static_cast<tbCollider*>(initiator)->intersect(root);
-            return true;
-        }
-        tbGroup* root = nullptr;
-        int result = -1;
-    };
     tbtest::TestScene scene;
     addWall(scene, 3);
     scene.update();
-    const tbRef<Nest> nest(new Nest);
-    nest->root = scene;
     const tbRef<tbCollider> collider = withRay(10, tbCollider::RAY_HIT_ALL);
-    collider->getRayHitEvent()->addAction(nest.get());
+    int nested = -1;
+    const auto walkAgain = [&](tbBase*, tbEvent*)
+    {
+        nested = collider->intersect(scene);
+        return true;
+    };
+    collider->getRayHitEvent()->addAction(new tbtest::FuncAction(walkAgain));
     EXPECT_EQ(collider->intersect(scene), 1);
-    EXPECT_EQ(nest->result, 0);
+    EXPECT_EQ(nested, 0);
 }
 
 TEST(Collider, RaysThatAreNoNumbersHitNothing)

@@ -33,6 +33,14 @@ private:
     int height = 480;
 };
 
+class Mouse : public testing::Test
+{
+protected:
+    const tbRef<SizedWindow> window{new SizedWindow};
+    const tbRef<tbMouse> mouse{new tbMouse};
+    tbMouseData data{};
+};
+
 } // namespace
 
 TEST(Keyboard, QueuesPressesAndReleasesWhenAsked)
@@ -48,17 +56,11 @@ TEST(Keyboard, QueuesPressesAndReleasesWhenAsked)
     EXPECT_TRUE(keyboard->get(&taken) && keyboard->get(&taken));
     EXPECT_TRUE(taken.key == 66 && !taken.down && taken.code == 2);
     EXPECT_FALSE(keyboard->sample(first));
-}
-
-TEST(Keyboard, NewEventsTakeThePlaceOfTheOldest)
-{
-    const tbRef<tbKeyboard> keyboard(new tbKeyboard);
     for (int key = 0; key < 51; ++key)
         EXPECT_TRUE(keyboard->set(nullptr, key, 0, true));
     EXPECT_EQ(keyboard->getCount(), 50);
-    tbKeyboardData oldest{};
-    EXPECT_TRUE(keyboard->sample(oldest));
-    EXPECT_EQ(oldest.key, 1);
+    EXPECT_TRUE(keyboard->sample(first));
+    EXPECT_EQ(first.key, 1); // the newest took the place of the oldest
 }
 
 TEST(Keyboard, TestCountsKeyboardsAndNotEvents)
@@ -78,15 +80,12 @@ TEST(Keyboard, QueuesOfEventsComeFromNoFile)
     }
 }
 
-TEST(Mouse, NormalisesPixelsAcrossTheWindow)
+TEST_F(Mouse, NormalisesPixelsAcrossTheWindow)
 {
-    const tbRef<SizedWindow> window(new SizedWindow);
-    const tbRef<tbMouse> mouse(new tbMouse);
     EXPECT_FALSE(mouse->test());
     EXPECT_TRUE(mouse->set(window.get(), 0, 0, 1u));
     EXPECT_TRUE(mouse->set(window.get(), 320, 240, 2u));
     EXPECT_TRUE(mouse->test());
-    tbMouseData data{};
     mouse->get(&data);
     EXPECT_TRUE(data.nx == -1.0f && data.ny == -1.0f && data.buttons == 1 && data.window == window.get());
     mouse->get(&data);
@@ -95,14 +94,11 @@ TEST(Mouse, NormalisesPixelsAcrossTheWindow)
     EXPECT_TRUE(mouse->set(window.get(), 5, 5, 0u));
 }
 
-TEST(Mouse, EventsOutsideTheViewportStayQueued)
+TEST_F(Mouse, EventsOutsideTheViewportStayQueued)
 {
-    const tbRef<SizedWindow> window(new SizedWindow);
-    const tbRef<tbMouse> mouse(new tbMouse);
     tbtest::WalkCamera camera;
     camera->setWindow(window.get());
     camera->setViewport(0.0f, 0.5f, 0.0f, 1.0f);
-    tbMouseData data{};
     EXPECT_FALSE(mouse->sample(data, camera.get()));
     mouse->set(window.get(), 500, 100, 0u);
     EXPECT_FALSE(mouse->sample(data, camera.get()));

@@ -5,7 +5,6 @@
 #include <tamber/kernel/tbBase.h>
 #include <tamber/kernel/tbRef.h>
 #include <tamber/trav/tbTraitStack.h>
-#include <tamber/trav/tbVisualTrait.h>
 
 #include <plugins/null/tbNullCamera.h>
 #include <plugins/null/tbNullRenderContext.h>
@@ -14,29 +13,12 @@
 #include <gtest/gtest.h>
 
 #include <tests/support/Near.h>
+#include <tests/support/RecordingTraits.h>
 
 namespace
 {
 
 using tbtest::near;
-
-class RenderContextTestShade : public tbVisualTrait
-{
-    TB_CLASS(RenderContextTestShade, tbVisualTrait)
-
-public:
-    RenderContextTestShade() { initInstance(); }
-    bool isEqual(tbTrait* other) const override { return isSameKind(other); }
-    void apply(tbCamera* camera) const override
-    {
-        if (camera) // tests of trait stacks have none
-            camera->setAppliedVisualTrait(this);
-    }
-
-protected:
-    ~RenderContextTestShade() override { deleteInstance(); }
-};
-TB_DEFINE_VISUAL_TRAIT_CLASS(RenderContextTestShade, tbVisualTrait)
 
 // Counts the contexts that it was set up for, and may drop another object meanwhile.
 class RenderContextTestObject : public tbBase
@@ -61,12 +43,6 @@ protected:
 };
 TB_DEFINE_CLASS(RenderContextTestObject, tbBase)
 
-void expectRows(const tbMatrix& m, const tbVec4 (&rows)[4])
-{
-    for (int i = 0; i < 4; ++i)
-        EXPECT_TRUE(near(tbVec4(m[i][0], m[i][1], m[i][2], m[i][3]), rows[i], 1e-6f)) << "row " << i;
-}
-
 } // namespace
 
 TEST(RenderContext, ProjectionsMapTheirBoundsToTheClipCube)
@@ -75,31 +51,36 @@ TEST(RenderContext, ProjectionsMapTheirBoundsToTheClipCube)
     tbNullRenderContext context(window.get());
     tbMatrix m;
     context.makePerspProjMatrix(m, -1, 1, -1, 1, 1, 1000);
-    expectRows(m, {tbVec4(1, 0, 0, 0), tbVec4(0, 1, 0, 0), tbVec4(0, 0, -1001.0f / 999.0f, -1),
-                   tbVec4(0, 0, -2000.0f / 999.0f, 0)});
+    const float persp[] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, -1001.0f / 999.0f, -1, 0, 0, -2000.0f / 999.0f, 0};
+    EXPECT_TRUE(near(m, tbMatrix(persp, 0), 1e-6f));
     EXPECT_NE(m.getType() & tbMatrix::MATRIX_PROJ, 0u);
     context.makeOrthoProjMatrix(m, 0, 2, 0, 2, -1, 1);
-    expectRows(m, {tbVec4(1, 0, 0, 0), tbVec4(0, 1, 0, 0), tbVec4(0, 0, -1, 0), tbVec4(-1, -1, 0, 1)});
+    const float ortho[] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, -1, 0, -1, -1, 0, 1};
+    EXPECT_TRUE(near(m, tbMatrix(ortho, 0), 1e-6f));
 }
 
 TEST(RenderContext, DefaultsAreAppliedOncePerFrame)
 {
-    RenderContextTestShade::getClassType();
+    using Shade = tbtest::RecordingTrait<tbVisualTrait, 0>;
+    Shade::type();
+    tbtest::TraitLog& log = tbtest::TraitLog::get();
     tbRef<tbNullWindow> window = new tbNullWindow;
     window->open();
     tbRef<tbNullCamera> camera = new tbNullCamera;
     camera->setWindow(window.get());
     tbRenderContext* context = window->getRenderContext();
-    context->getTraitStack()->reset(true);
-    context->clear(camera.get());
-    const std::int64_t once = camera->getCounts().visualTraits;
-    EXPECT_GE(once, 1);
-    context->clear(camera.get());
-    EXPECT_EQ(camera->getCounts().visualTraits, once);
-    context->close();
-    context->clear(camera.get());
-    EXPECT_EQ(camera->getCounts().visualTraits, 2 * once);
-    EXPECT_NE(camera->getAppliedVisualTrait(RenderContextTestShade::getClassType()), nullptr);
+    log.stack = context->getTraitStack();
+    log.stack->reset(true);
+    for (const std::size_t frames : {1u, 2u})
+    {
+        context->clear(camera.get());
+        EXPECT_EQ(log.onDevice.size(), frames);
+        context->clear(camera.get());
+        EXPECT_EQ(log.onDevice.size(), frames);
+        EXPECT_EQ(camera->getAppliedVisualTrait(Shade::type()), log.onDevice.back());
+        context->close();
+    }
+    log.stack = nullptr;
 }
 
 TEST(RenderContext, LiveContextsAreListedInTheOrderOfTheirMaking)
@@ -193,12 +174,4 @@ TEST(Window, EnabledFlagIsItsRecord)
     EXPECT_FALSE(read->isEnabled());
     EXPECT_EQ(tbWindow::createInstance(), nullptr);
     EXPECT_FALSE(tbNullWindow::getClassType()->isWritable());
-}
-
-TEST(Window, PixelAspectRatioIsOneUntilSet)
-{
-    EXPECT_EQ(tbWindow::getPixelAspectRatio(), 1.0f);
-    tbWindow::setPixelAspectRatio(1.5f);
-    EXPECT_EQ(tbWindow::getPixelAspectRatio(), 1.5f);
-    tbWindow::setPixelAspectRatio(1.0f);
 }

@@ -5,6 +5,7 @@
 #include <tamber/render/tbVertexArray.h>
 #include <tests/support/Messages.h>
 #include <tests/support/Near.h>
+#include <tests/support/RandomValues.h>
 #include <tests/support/TestScene.h>
 
 #include <gtest/gtest.h>
@@ -12,7 +13,6 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <random>
 #include <vector>
 
 namespace
@@ -32,30 +32,18 @@ tbMesh* addMesh(tbGroup* parent, tbMesh::PRIMITIVE kind, const std::vector<tbVec
     return mesh;
 }
 
-class Points
+// Three points each, near to each other.
+std::vector<tbVec3> triangles(int n, tbtest::Random& random)
 {
-public:
-    tbVec3 next(float range)
+    std::vector<tbVec3> points;
+    for (int i = 0; i < n; ++i)
     {
-        std::uniform_real_distribution<float> spread(-range, range);
-        const float x = spread(engine), y = spread(engine);
-        return tbVec3(x, y, spread(engine));
+        const tbVec3 corner = random.point(10);
+        for (const tbVec3& point : {corner, corner + random.point(1), corner + random.point(1)})
+            points.push_back(point);
     }
-    std::vector<tbVec3> triangles(int n)
-    {
-        std::vector<tbVec3> points;
-        for (int i = 0; i < n; ++i)
-        {
-            const tbVec3 corner = next(10);
-            for (const tbVec3& point : {corner, corner + next(1), corner + next(1)})
-                points.push_back(point);
-        }
-        return points;
-    }
-
-private:
-    std::mt19937 engine{11};
-};
+    return points;
+}
 
 tbRef<tbCollider> withRay(const tbRay& ray, tbCollider::RAY_HIT_MODE mode = tbCollider::RAY_HIT_NEAREST)
 {
@@ -89,15 +77,15 @@ Nearest byHand(const tbRay& ray, const std::vector<tbVec3>& points, bool farthes
 
 TEST(MeshCollide, FindsWhatTestingEveryTriangleFinds)
 {
-    Points random;
+    tbtest::Random random(11);
     tbtest::TestScene scene;
-    const std::vector<tbVec3> points = random.triangles(3000);
+    const std::vector<tbVec3> points = triangles(3000, random);
     addMesh(scene, tbMesh::TRIANGLES, points);
     scene.update();
     int hits = 0;
     for (int i = 0; i < 400; ++i)
     {
-        const tbRay ray(random.next(20), random.next(5));
+        const tbRay ray(random.point(20), random.point(5));
         for (const bool farthest : {false, true})
         {
             const Nearest expected = byHand(ray, points, farthest);
@@ -120,15 +108,10 @@ TEST(MeshCollide, AxisParallelRaysFindFlatGrids)
     tbtest::TestScene scene;
     std::vector<tbVec3> ground;
     for (int x = 0; x < 30; ++x)
-    {
         for (int y = 0; y < 30; ++y)
-        {
-            const tbVec3 corner(float(x), float(y), 0);
             for (const tbVec3& offset : {tbVec3(0, 0, 0), tbVec3(1, 0, 0), tbVec3(1, 1, 0), tbVec3(0, 0, 0),
                                          tbVec3(1, 1, 0), tbVec3(0, 1, 0)})
-                ground.push_back(corner + offset);
-        }
-    }
+                ground.push_back(tbVec3(float(x), float(y), 0) + offset);
     addMesh(scene.addTransform(nullptr, 5, 0, 2), tbMesh::TRIANGLES, ground);
     scene.update();
     for (float x = 5.25f; x < 35; x += 1.0f)
@@ -191,16 +174,16 @@ TEST(MeshCollide, WhatIsNoNumberIsHitByNothing)
 
 TEST(MeshCollide, NothingIsAllocatedOnceWarm)
 {
-    Points random;
+    tbtest::Random random(11);
     tbtest::TestScene scene;
-    addMesh(scene.addTransform(nullptr, 1, 2, 3), tbMesh::TRIANGLES, random.triangles(2000));
+    addMesh(scene.addTransform(nullptr, 1, 2, 3), tbMesh::TRIANGLES, triangles(2000, random));
     scene.update();
     const tbRef<tbCollider> collider(new tbCollider);
     collider->setSaveMask(tbCollider::SAVE_PATH | tbCollider::SAVE_MATRIX);
     collider->setVolumeMode(tbCollider::VOLUME_BOX);
     collider->setVolumeHitMode(tbCollider::VOLUME_HIT_ALL);
     for (int i = 0; i < tbCollider::MAX_RAYS; ++i)
-        collider->addRay(tbRay(tbVec3(0, 0, 0), random.next(1), 20));
+        collider->addRay(tbRay(tbVec3(0, 0, 0), random.point(1), 20));
     std::size_t warm = 0;
     for (int round = 0; round < 2; ++round) // the first one makes the paths of every ray that hits
     {

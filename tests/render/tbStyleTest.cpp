@@ -1,76 +1,27 @@
 #include <tamber/render/tbStyle.h>
 
-#include <tamber/io/tbFile.h>
-#include <tamber/kernel/tbRef.h>
-#include <tamber/trav/tbAudioTrait.h>
 #include <tamber/trav/tbCull.h>
 #include <tamber/trav/tbPrune.h>
 #include <tamber/trav/tbSort.h>
-#include <tamber/trav/tbTraitStack.h>
-#include <tamber/trav/tbTravContext.h>
-#include <tamber/trav/tbVisualTrait.h>
+#include <tests/support/RecordingTraits.h>
+#include <tests/support/SavedCopy.h>
 
 #include <gtest/gtest.h>
-
-#include <string>
 
 namespace
 {
 
-std::string appliedTraits; // names, in the order in which the walk applied them
+using Paint = tbtest::RecordingTrait<tbVisualTrait, 40>;
+using Glow = tbtest::RecordingTrait<tbVisualTrait, 41>;
+using Tone = tbtest::RecordingTrait<tbAudioTrait, 40>;
 
-// Two visual traits and an audio trait that do nothing but say that they were applied.
-class StyleTestPaint : public tbVisualTrait
+template <class Trait>
+tbRef<Trait> named(const char* name)
 {
-    TB_CLASS(StyleTestPaint, tbVisualTrait)
-
-public:
-    StyleTestPaint() { initInstance(); }
-    explicit StyleTestPaint(const char* text) : StyleTestPaint() { setName(text); }
-    StyleTestPaint(const StyleTestPaint& other) : tbVisualTrait(other) { initInstance(); }
-    tbBase* createCopy() const override { return new StyleTestPaint(*this); }
-    bool isEqual(tbTrait* other) const override { return isSameKind(other); }
-    void apply(tbTravContext*) const override { appliedTraits += getName() ? getName() : "default paint"; }
-    void apply(tbCamera*) const override {}
-
-protected:
-    ~StyleTestPaint() override { deleteInstance(); }
-};
-TB_DEFINE_VISUAL_TRAIT_CLASS(StyleTestPaint, tbVisualTrait)
-
-class StyleTestGlow : public tbVisualTrait
-{
-    TB_CLASS(StyleTestGlow, tbVisualTrait)
-
-public:
-    StyleTestGlow() { initInstance(); }
-    explicit StyleTestGlow(const char* text) : StyleTestGlow() { setName(text); }
-    StyleTestGlow(const StyleTestGlow& other) : tbVisualTrait(other) { initInstance(); }
-    tbBase* createCopy() const override { return new StyleTestGlow(*this); }
-    bool isEqual(tbTrait* other) const override { return isSameKind(other); }
-    void apply(tbTravContext*) const override { appliedTraits += getName() ? getName() : "default glow"; }
-    void apply(tbCamera*) const override {}
-
-protected:
-    ~StyleTestGlow() override { deleteInstance(); }
-};
-TB_DEFINE_VISUAL_TRAIT_CLASS(StyleTestGlow, tbVisualTrait)
-
-class StyleTestTone : public tbAudioTrait
-{
-    TB_CLASS(StyleTestTone, tbAudioTrait)
-
-public:
-    StyleTestTone() { initInstance(); }
-    StyleTestTone(const StyleTestTone& other) : tbAudioTrait(other) { initInstance(); }
-    tbBase* createCopy() const override { return new StyleTestTone(*this); }
-    bool isEqual(tbTrait* other) const override { return isSameKind(other); }
-    void apply(tbListener*) const override {}
-
-protected:
-    ~StyleTestTone() override { deleteInstance(); }
-};
-TB_DEFINE_AUDIO_TRAIT_CLASS(StyleTestTone, tbAudioTrait)
+    tbRef<Trait> trait(new Trait);
+    trait->setName(name);
+    return trait;
+}
 
 // Visits nodes and remembers what was in force at the last one.
 class Visitor : public tbTraverser
@@ -84,8 +35,8 @@ public:
     tbTraverser::TRAV_STATE apply(tbGroup* node) override
     {
         tbTraitStack* stack = getTravContext()->getTraitStack();
-        paint = stack->getTop(StyleTestPaint::getClassType());
-        tone = stack->getTop(StyleTestTone::getClassType());
+        paint = stack->getTop(Paint::type());
+        tone = stack->getTop(Tone::type());
         cull = stack->getTop(tbCull::getClassType());
         ++visited;
         return node == stopAt ? TRAV_STOP : TRAV_CONTINUE;
@@ -98,21 +49,14 @@ public:
     int visited = 0;
 };
 
-void registerTraits()
-{
-    StyleTestPaint::getClassType();
-    StyleTestGlow::getClassType();
-    StyleTestTone::getClassType();
-}
-
 } // namespace
 
 TEST(Style, NewerTraitOfATypeTakesTheOldersPlace)
 {
     tbRef<tbStyle> style = new tbStyle;
-    tbRef<StyleTestPaint> older = new StyleTestPaint("older");
-    tbRef<StyleTestGlow> glow = new StyleTestGlow("glow");
-    tbRef<StyleTestPaint> newer = new StyleTestPaint("newer");
+    const tbRef<Paint> older = named<Paint>("older");
+    const tbRef<Glow> glow = named<Glow>("glow");
+    const tbRef<Paint> newer = named<Paint>("newer");
     style->addTrait(older.get());
     style->addTrait(glow.get());
     style->addTrait(newer.get());
@@ -152,12 +96,12 @@ TEST(Style, RemovalMovesTheLastTraitAndIgnoresStrangers)
 TEST(Style, CopyDuplicatesTraitsAndCloneSharesTheShareable)
 {
     tbRef<tbStyle> style = new tbStyle;
-    tbRef<StyleTestPaint> shared = new StyleTestPaint("shared");
-    tbRef<StyleTestGlow> own = new StyleTestGlow("own");
+    const tbRef<Paint> shared = named<Paint>("shared");
+    const tbRef<Glow> own = named<Glow>("own");
     own->enableShareable(false);
     style->addTrait(shared.get());
     style->addTrait(own.get());
-    style->addTrait(new StyleTestTone);
+    style->addTrait(new Tone);
 
     tbRef<tbGroup> clone = style->makeClone();
     const auto* cloned = static_cast<tbStyle*>(clone.get());
@@ -175,42 +119,40 @@ TEST(Style, CopyDuplicatesTraitsAndCloneSharesTheShareable)
 
 TEST(Style, TraitsAreInForceBelowAndGoneAfterwards)
 {
-    registerTraits();
     tbRef<tbStyle> upper = new tbStyle;
     tbRef<tbStyle> lower = new tbStyle;
     tbRef<tbGroup> leaf = new tbGroup;
-    auto* red = new StyleTestPaint("red ");
-    auto* blue = new StyleTestPaint("blue ");
+    auto* red = new Paint;
+    auto* blue = new Paint;
     upper->addTrait(red);
-    upper->addTrait(new StyleTestTone);
+    upper->addTrait(new Tone);
     upper->addTrait(new tbCull);
     lower->addTrait(blue);
     upper->addChild(lower.get());
     lower->addChild(leaf.get());
     tbRef<Visitor> visitor = new Visitor;
-    appliedTraits.clear();
+    tbtest::TraitLog::get().clear();
     visitor->traverse(upper.get());
     EXPECT_EQ(visitor->paint, blue);
     EXPECT_EQ(visitor->tone, upper->getAudioTrait(0));
     EXPECT_EQ(visitor->cull, upper->getTravTrait(0));
-    EXPECT_EQ(appliedTraits, "red blue red ");
+    EXPECT_EQ(tbtest::TraitLog::get().onContext, (std::vector<const tbTrait*>{red, blue, red}));
     tbTraitStack* stack = visitor->getTravContext()->getTraitStack();
-    EXPECT_EQ(stack->getTop(StyleTestPaint::getClassType()), nullptr);
+    EXPECT_EQ(stack->getTop(Paint::type()), nullptr);
     EXPECT_EQ(stack->getTop(tbCull::getClassType()), nullptr);
 }
 
 TEST(Style, StoppedWalkLeavesItsTraitsPushed)
 {
-    registerTraits();
     tbRef<tbStyle> style = new tbStyle;
     tbRef<tbGroup> leaf = new tbGroup;
-    auto* paint = new StyleTestPaint("paint");
+    auto* paint = new Paint;
     style->addTrait(paint);
     style->addChild(leaf.get());
     tbRef<Visitor> visitor = new Visitor;
     visitor->stopAt = leaf.get();
     visitor->traverse(style.get());
-    EXPECT_EQ(visitor->getTravContext()->getTraitStack()->getTop(StyleTestPaint::getClassType()), paint);
+    EXPECT_EQ(visitor->getTravContext()->getTraitStack()->getTop(Paint::type()), paint);
 }
 
 TEST(Style, PrunedTraversalSkipsTheNodeButPopsWhatItPushed)
@@ -231,8 +173,6 @@ TEST(Style, ContextWithoutTraitStackStillWalks)
     tbRef<tbStyle> style = new tbStyle;
     style->addTrait(new tbCull);
     style->addChild(new tbGroup);
-    tbRef<Visitor> visitor = new Visitor;
-    visitor->setTravContext(new tbTravContext);
     tbRef<tbTraverser> plain = new tbTraverser;
     plain->setTravContext(new tbTravContext);
     plain->setGroupBreakPoint(style->getChild(0));
@@ -240,32 +180,19 @@ TEST(Style, ContextWithoutTraitStackStillWalks)
     EXPECT_EQ(plain->getTravContext()->getGroup(), style->getChild(0));
 }
 
-TEST(StyleFile, TraitsComeBackInTheirFamiliesAndOrder)
+TEST(Style, TraitsComeBackFromFilesInTheirFamiliesAndOrder)
 {
-    registerTraits();
-    tbRef<tbStyle> style = new tbStyle;
-    style->addTrait(new StyleTestGlow("glow"));
-    style->addTrait(new StyleTestPaint("paint"));
-    auto* cull = new tbCull;
-    cull->setMask(0x400);
-    style->addTrait(cull);
-    style->addTrait(new StyleTestTone);
-    {
-        tbFile file;
-        ASSERT_TRUE(file.create("style.tb"));
-        ASSERT_NE(style->write(&file, nullptr), nullptr);
-        ASSERT_TRUE(file.write());
-    }
-    tbFile file;
-    ASSERT_TRUE(file.open("style.tb", "r"));
-    tbRef<tbStyle> read = static_cast<tbStyle*>(file.readObject(0));
-    file.close();
+    const tbRef<tbStyle> style = new tbStyle;
+    style->addTrait(named<Glow>("glow").get());
+    style->addTrait(named<Paint>("paint").get());
+    style->addTrait(new tbCull);
+    style->addTrait(new Tone);
+    const tbRef<tbStyle> read = tbtest::savedCopy(style.get());
     ASSERT_TRUE(read);
     ASSERT_EQ(read->getNumVisualTraits(), 2);
     EXPECT_STREQ(read->getVisualTrait(0)->getName(), "glow");
     EXPECT_STREQ(read->getVisualTrait(1)->getName(), "paint");
     EXPECT_EQ(read->getNumAudioTraits(), 1);
     ASSERT_EQ(read->getNumTravTraits(), 1);
-    EXPECT_EQ(static_cast<tbCull*>(read->getTravTrait(0))->getMask(), 0x400u);
     EXPECT_EQ(read->getTravTrait(0)->getRefCount(), 1);
 }

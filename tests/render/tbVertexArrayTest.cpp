@@ -3,6 +3,7 @@
 #include <tamber/containers/tbTArray.h>
 #include <tamber/io/tbFile.h>
 #include <tamber/kernel/tbArena.h>
+#include <tamber/kernel/tbRef.h>
 #include <tamber/math/tbUByteVec4.h>
 #include <tamber/math/tbVec2.h>
 #include <tamber/math/tbVec3.h>
@@ -10,11 +11,12 @@
 
 #include <gtest/gtest.h>
 
+#include <tests/support/FileBuilder.h>
 #include <tests/support/Messages.h>
+#include <tests/support/TempFile.h>
 
 #include <bit>
 #include <cstring>
-#include <memory>
 #include <random>
 
 namespace
@@ -24,11 +26,7 @@ using VA = tbVertexArray;
 
 constexpr unsigned NUM_TYPES = 0x80;
 
-struct Release
-{
-    void operator()(tbVertexArray* array) const { array->unRef(); }
-};
-using Held = std::unique_ptr<tbVertexArray, Release>;
+using Held = tbRef<tbVertexArray>;
 
 // The layout by adding up the components one after another.
 struct Expected
@@ -130,19 +128,16 @@ TEST(VertexArray, ConstructorKeepsTwelveBitsAndDynamicStandsBesideThem)
 TEST(VertexArray, LastReleaseFreesArrayAndVertices)
 {
     const std::size_t before = tbMemory::getSize();
-    auto* array = new tbVertexArray(100, VA::VT_NORMAL);
-    array->ref();
-    array->ref();
-    array->unRef();
+    Held array(new tbVertexArray(100, VA::VT_NORMAL));
+    Held(array).reset();
     EXPECT_EQ(array->getRefCount(), 1);
-    array->unRef();
+    array.reset();
     EXPECT_EQ(tbMemory::getSize(), before);
 }
 
 TEST(VertexArray, CopiesTakeVerticesAndLayoutAndNoReferences)
 {
     Held source(new tbVertexArray(5, VA::VT_NORMAL | VA::VT_COLOR | VA::COLOR_ARGB));
-    source->ref();
     source->enableDynamic(true);
     fillWithNumbers(*source, 1);
     const tbVertexArray copy(*source);
@@ -170,6 +165,10 @@ TEST(VertexArray, ColorsExchangeRedAndBlueOnce)
     array.convertToARGB();
     EXPECT_EQ(colorOf(array, 0), 0x11223344u);
     EXPECT_EQ(array.getVertexType(), VA::VT_POSITION | VA::VT_COLOR | VA::COLOR_ARGB);
+
+    array.convert(&array, VA::VT_POSITION | VA::VT_NORMAL | VA::VT_COLOR | VA::COLOR_ABGR); // reads itself
+    EXPECT_EQ(array.getVertexSize(), 28);
+    EXPECT_EQ(colorOf(array, 0), 0x11443322u);
 
     tbVertexArray noOrder = oneColor(0x11223344, 0);
     noOrder.convertToARGB();
@@ -262,14 +261,6 @@ TEST(VertexArray, ConvertKeepsWhatBothHaveAndFillsInTheRest)
     }
 }
 
-TEST(VertexArray, ConvertMayReadItself)
-{
-    tbVertexArray array = oneColor(0x11223344, VA::COLOR_ARGB);
-    array.convert(&array, VA::VT_POSITION | VA::VT_NORMAL | VA::VT_COLOR | VA::COLOR_ABGR);
-    EXPECT_EQ(array.getVertexSize(), 28);
-    EXPECT_EQ(colorOf(array, 0), 0x11443322u);
-}
-
 TEST(VertexArray, SetNumKeepsBytesAsTheyLieAndZeroesTheRest)
 {
     tbVertexArray array(4, VA::VT_POSITION | VA::COLOR_ARGB);
@@ -296,7 +287,6 @@ TEST(VertexArray, SetNumKeepsBytesAsTheyLieAndZeroesTheRest)
 TEST(VertexArrayFile, SharedArrayIsWrittenOnceAndReadOnce)
 {
     Held array(new tbVertexArray(7, VA::VT_NORMAL | VA::VT_COLOR | VA::VT_TEXCOORD2 | VA::COLOR_ARGB));
-    array->ref();
     array->enableDynamic(true);
     fillWithNumbers(*array, 3);
     {
@@ -316,40 +306,30 @@ TEST(VertexArrayFile, SharedArrayIsWrittenOnceAndReadOnce)
     EXPECT_EQ(tbVertexArray::readRef(&file, holder), read);
     EXPECT_TRUE(sameBytes(*read, *array));
 
-    Held kept(read);
-    kept->ref();
+    const Held kept(read);
     file.close();
     EXPECT_EQ(kept->getRefCount(), 1);
 }
 
 TEST(VertexArrayFile, ArrayThatIsNotAllThereIsRefused)
 {
-    const auto readBack = [](int num, int floats)
+    const struct
     {
-        tbFile file;
-        EXPECT_TRUE(file.create("short.vertices"));
-        tbEntry* holder = file.newEntry(file.newTag("holder"));
-        tbEntry* array = file.newEntry(file.newTag("tbVertexArray"));
-        array->writeShort(VA::VT_POSITION);
-        array->writeInt(num);
-        for (int i = 0; i < floats; ++i)
-            array->writeFloat(1.0f);
-        holder->writeInt(1);
-        EXPECT_TRUE(file.write());
-        file.close();
-        EXPECT_TRUE(file.open("short.vertices", "r"));
-        EXPECT_TRUE(file.readEntry(file.getEntry(0)));
-        tbVertexArray* read = tbVertexArray::readRef(&file, file.getEntry(0));
-        const int count = read ? read->getNum() : -1;
-        file.close();
-        if (read)
-            read->unRef();
-        return count;
-    };
-    EXPECT_EQ(readBack(2, 6), 2);
-    EXPECT_EQ(readBack(0, 0), 0);
+        int num, read;
+    } cases[] = {{2, 2}, {0, 0}, {3, -1}, {-1, -1}, {0x7FFFFFFF, -1}};
     tbtest::allowMessages();
-    EXPECT_EQ(readBack(3, 6), -1);
-    EXPECT_EQ(readBack(-1, 6), -1);
-    EXPECT_EQ(readBack(0x7FFFFFFF, 6), -1);
+    for (const auto& c : cases)
+    {
+        tbtest::FileBuilder builder;
+        builder.add("holder", builder.record().integer(1));
+        tbtest::Record record = builder.record().word(VA::VT_POSITION).integer(c.num);
+        for (int i = 0; i < 6; ++i)
+            record.number(1);
+        builder.add("tbVertexArray", record);
+        tbtest::writeAll("short.vertices", builder.build());
+        tbFile file;
+        ASSERT_TRUE(file.open("short.vertices", "r") && file.readEntry(file.getEntry(0)));
+        const tbRef<tbVertexArray> read(tbVertexArray::readRef(&file, file.getEntry(0)));
+        EXPECT_EQ(read ? read->getNum() : -1, c.read) << c.num;
+    }
 }

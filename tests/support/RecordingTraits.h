@@ -79,6 +79,7 @@ public:
     void apply(tbTravContext*) const override { TraitLog::get().onContext.push_back(this); }
     bool isEqual(tbTrait* other) const override { return this->isSameKind(other); }
     tbType* getType() const override { return type(); }
+    tbBase* createCopy() const override { return new RecordingTrait(*this); }
 
     static Type* type()
     {

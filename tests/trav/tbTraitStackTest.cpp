@@ -73,33 +73,6 @@ protected:
     tbRef<tbTraitStack> stack;
 };
 
-TEST_F(TraitStack, DefaultLiesBelowTheFirstTraversalTrait)
-{
-    tbRef<TravA> trait(new TravA);
-    stack->pushTrait(trait.get(), context.get());
-    EXPECT_EQ(log.onContext, Traits{trait.get()});
-    stack->popTrait(trait.get(), context.get());
-    const tbTravTrait* below = stack->getTop(TravA::type());
-    ASSERT_NE(below, nullptr);
-    EXPECT_EQ(log.onContext, (Traits{trait.get(), below}));
-    EXPECT_EQ(stack->getTop(TravB::type()), nullptr);
-}
-
-TEST_F(TraitStack, OnlyForceGetsPastOverride)
-{
-    tbRef<TravA> parent(new TravA(tbTrait::OVERRIDE));
-    tbRef<TravA> on(new TravA);
-    tbRef<TravA> force(new TravA(tbTrait::FORCE));
-    stack->pushTrait(parent.get(), context.get());
-    for (TravA* child : {on.get(), force.get()})
-    {
-        stack->pushTrait(child, context.get());
-        stack->popTrait(child, context.get());
-    }
-    EXPECT_EQ(log.onContext, (Traits{parent.get(), force.get(), parent.get()}));
-    EXPECT_EQ(stack->getTop(TravA::type()), parent.get());
-}
-
 TEST_F(TraitStack, WithoutDefaultsTheStackEndsEmpty)
 {
     tbRef<tbTraitStack> bare(new tbTraitStack(tbTraitStack::ALL_STACKS, false));
@@ -148,15 +121,6 @@ TEST_F(TraitStack, VisualPushAndPopReachTheContextAtOnceAndTheCameraWhenDrawn)
     EXPECT_EQ(drawn(), Traits{defaultOf<VisualA>()});
 }
 
-TEST_F(TraitStack, ATraitOfAStyleIsNotTakenForAGeometrysOwn)
-{
-    tbRef<VisualA> trait(new VisualA);
-    stack->pushTrait(trait.get(), context.get());
-    drawn();
-    EXPECT_EQ(drawn(), Traits{});
-    EXPECT_EQ(stack->getAppliedTrait(VisualA::type()), trait.get());
-}
-
 TEST_F(TraitStack, OwnTraitsAreUndoneByTheNextGeometry)
 {
     tbRef<VisualA> a(new VisualA);
@@ -164,17 +128,6 @@ TEST_F(TraitStack, OwnTraitsAreUndoneByTheNextGeometry)
     EXPECT_EQ(drawn({a.get(), b.get()}), (Traits{a.get(), b.get()}));
     EXPECT_EQ(drawn(), (Traits{defaultOf<VisualA>(), defaultOf<VisualB>()}));
     EXPECT_EQ(drawn(), Traits{});
-}
-
-TEST_F(TraitStack, OwnTraitsThatStayAreNotSetAgain)
-{
-    tbRef<VisualA> a(new VisualA);
-    tbRef<VisualA> otherA(new VisualA);
-    tbRef<VisualB> b(new VisualB);
-    drawn({a.get(), b.get()});
-    EXPECT_EQ(drawn({a.get()}), Traits{defaultOf<VisualB>()});
-    EXPECT_EQ(drawn({otherA.get()}), Traits{otherA.get()});
-    EXPECT_EQ(drawn(), Traits{defaultOf<VisualA>()});
 }
 
 TEST_F(TraitStack, DefaultVisualTraitsAreRestoredOnceOrAllAtOnce)
@@ -193,26 +146,6 @@ TEST_F(TraitStack, DefaultVisualTraitsAreRestoredOnceOrAllAtOnce)
     EXPECT_EQ(log.onDevice, Traits(defaults, defaults + num));
     tbMemory::free(defaults);
     EXPECT_EQ(drawn(), Traits{});
-}
-
-// What a style left on the camera in the last walk is gone for a geometry outside of it, and kept for one inside.
-TEST_F(TraitStack, TheNextWalkStartsFromWhatTheCameraHas)
-{
-    tbRef<VisualA> trait(new VisualA);
-    for (bool inside : {true, false})
-    {
-        stack->pushTrait(trait.get(), context.get());
-        drawn();
-        stack->popTrait(trait.get(), context.get());
-        stack->reset(true);
-        log.onDevice.clear();
-        stack->applyVisualTraitStacks(nullptr);
-        EXPECT_EQ(log.onDevice, Traits{});
-        if (inside)
-            stack->pushTrait(trait.get(), context.get());
-        EXPECT_EQ(drawn(), inside ? Traits{} : Traits{defaultOf<VisualA>()});
-        stack->reset(true);
-    }
 }
 
 // A trait of which each new one lies where the last one lay.

@@ -80,18 +80,10 @@ TEST_F(Traverser, VisitsParentsBeforeChildrenAndLeavesNoPath)
 {
     EXPECT_EQ(walk(), "abcdef");
     EXPECT_EQ(depth(), 0);
-}
-
-TEST_F(Traverser, NothingHappensForNullNotEvenAReset)
-{
-    traverser->visited = "before";
-    traverser->traverse(nullptr);
-    EXPECT_EQ(traverser->visited, "before");
-}
-
-TEST_F(Traverser, WithoutAContextNothingIsVisited)
-{
+    traverser->traverse(nullptr); // is not even a reset
+    EXPECT_EQ(traverser->visited, "abcdef");
     traverser->setTravContext(nullptr);
+    traverser->visited.clear();
     EXPECT_EQ(walk(), "");
 }
 
@@ -120,15 +112,11 @@ TEST_F(Traverser, AVetoCanStopTheWalk)
     EXPECT_EQ(depth(), 2);
 }
 
-TEST_F(Traverser, GroupBreakPointOnTheRootStopsAtOnce)
+TEST_F(Traverser, AStoppedWalkLeavesThePathToTheNode)
 {
     traverser->setGroupBreakPoint(root.get());
     EXPECT_EQ(walk(), "a");
     EXPECT_EQ(depth(), 1);
-}
-
-TEST_F(Traverser, AStoppedWalkLeavesThePathToTheNode)
-{
     tbGroup* d = root->findGroup("d");
     traverser->setGroupBreakPoint(d);
     EXPECT_EQ(walk(), "abcd");
