@@ -1,9 +1,7 @@
 #include <tamber/action/tbAction.h>
 
 #include <tamber/action/tbActionNode.h>
-#include <tamber/io/tbFile.h>
-#include <tamber/kernel/tbRef.h>
-#include <tests/support/TempFile.h>
+#include <tests/support/SavedCopy.h>
 #include <tests/support/Threads.h>
 
 #include <gtest/gtest.h>
@@ -22,6 +20,7 @@ public:
     using tbActionNode::apply;
     bool apply(tbBase*, tbEvent*) override { return target != nullptr; }
     tbGroup* copyGroup() const override { return new ActionTestFollower(*this); }
+    tbGroup* cloneGroup() const override { return copyGroup(); }
 
     tbGroup* target = nullptr;
 
@@ -58,46 +57,37 @@ TEST(Action, ClassesMakeNoInstancesAndNoCopies)
     EXPECT_EQ(node->createCopy(), nullptr);
 }
 
-TEST(ActionNode, CopyOfAGraphRefersToTheNewNodes)
+TEST(ActionNode, CopiesOfAGraphReferToTheNewNodesAndLeaveOutWhatHasNoCopy)
 {
+    const tbRef<tbGroup> outside = new tbGroup;
     const tbRef<tbGroup> root = new tbGroup;
     auto* target = new tbGroup;
-    auto* follower = new ActionTestFollower;
-    follower->target = target;
-    root->addChild(follower);
     root->addChild(target);
-    const tbRef<tbGroup> copy = root->makeCopy();
-    ASSERT_EQ(copy->getNumChildren(), 2);
-    EXPECT_EQ(static_cast<ActionTestFollower*>(copy->getChild(0))->target, copy->getChild(1));
-    EXPECT_EQ(follower->target, target);
-}
-
-TEST(ActionNode, WithoutACopyOfItsOwnIsLeftOut)
-{
-    const tbRef<tbGroup> root = new tbGroup;
     root->addChild(new Uncopied);
-    root->addChild(new tbGroup);
-    const tbRef<tbGroup> copy = root->makeCopy();
-    EXPECT_EQ(copy->getNumChildren(), 1);
+    for (tbGroup* followed : {target, outside.get()})
+    {
+        auto* follower = new ActionTestFollower;
+        follower->target = followed;
+        target->addChild(follower);
+    }
+    for (const tbRef<tbGroup>& copy : {tbRef(root->makeCopy()), tbRef(root->makeClone())})
+    {
+        ASSERT_EQ(copy->getNumChildren(), 1);
+        const auto followers = copy->getChild(0)->getChildren();
+        ASSERT_EQ(followers.size(), 2u);
+        EXPECT_EQ(static_cast<ActionTestFollower*>(followers[0])->target, copy->getChild(0));
+        EXPECT_EQ(static_cast<ActionTestFollower*>(followers[1])->target, outside.get());
+    }
+    EXPECT_EQ(static_cast<ActionTestFollower*>(target->getChild(0))->target, target);
 }
 
 TEST(ActionNode, IsSavedWithoutItsChildren)
 {
-    const tbtest::TempDirectory directory;
-    const std::string path = directory.path("node.tb");
     const tbRef<ActionTestFollower> node = new ActionTestFollower;
     node->setName("follower");
     node->addChild(new tbGroup);
-    {
-        tbFile file;
-        ASSERT_TRUE(file.create(path.c_str()));
-        ASSERT_NE(file.writeObject(node.get()), nullptr);
-        ASSERT_TRUE(file.write());
-    }
-    tbFile file;
-    ASSERT_TRUE(file.open(path.c_str(), "r"));
-    const tbRef<tbBase> read = file.readObject(0);
-    ASSERT_TRUE(read && read->isOfExactType(ActionTestFollower::getClassType()));
+    const tbRef<ActionTestFollower> read = tbtest::savedCopy(node.get());
+    ASSERT_TRUE(read);
     EXPECT_STREQ(read->getName(), "follower");
-    EXPECT_EQ(static_cast<tbGroup*>(read.get())->getNumChildren(), 0);
+    EXPECT_EQ(read->getNumChildren(), 0);
 }

@@ -71,4 +71,20 @@ TEST_P(GoodFile, HoldsWhatItAlwaysHeldAndIsSavedTheSame)
     }
 }
 
+TEST(GoodFileCopies, HoldWhatTheirOriginalsHoldButForAttributes)
+{
+    const tbtest::WholeFile file((FOLDER / "kernel.tb").string());
+    int numCompared = 0;
+    for (const tbRef<tbBase>& object : file.objects)
+    {
+        const auto* node = dynamic_cast<const tbGroup*>(object.get());
+        if (!node || tbtest::listGraph(node).find(" attributes ") != std::string::npos)
+            continue;
+        ++numCompared;
+        for (const tbRef<tbGroup>& copy : {tbRef(node->makeCopy()), tbRef(node->makeClone())})
+            EXPECT_EQ(tbtest::listGraph(copy.get()), tbtest::listGraph(node));
+    }
+    EXPECT_GE(numCompared, 19);
+}
+
 INSTANTIATE_TEST_SUITE_P(All, GoodFile, testing::Values("kernel", "portable", "collider", "arrays"));

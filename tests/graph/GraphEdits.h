@@ -65,6 +65,8 @@ inline std::string difference(const GraphPair& graphs)
             if (real.getChildIndex(graphs.real[k].get()) != index ||
                 graphs.real[k]->hasParent(&real) != (index >= 0))
                 return "index of " + std::to_string(k) + " among the children" + who;
+            if (real.hasDescendant(graphs.real[k].get()) != (k != i && model.reaches(graphs.model[k].get())))
+                return "descendant " + std::to_string(k) + who;
         }
     }
     return {};

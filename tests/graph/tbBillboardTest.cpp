@@ -2,7 +2,6 @@
 
 #include <tamber/collide/tbCollider.h>
 #include <tests/support/Near.h>
-#include <tests/support/SavedCopy.h>
 #include <tests/support/TestScene.h>
 #include <tests/support/WalkCamera.h>
 
@@ -129,21 +128,4 @@ TEST(Billboard, BoundsHoldEveryFacing)
     EXPECT_NEAR(scene->getVolume()->getRadius(), 4.0f, 1e-3f);
     node->setXYZ(0, 0, 0);
     EXPECT_TRUE(scene->anyTravFlags(tbGroup::TF_MATRIX) && scene->anyTravFlags(tbGroup::TF_FENCE));
-}
-
-TEST(Billboard, CopiesAndFilesKeepItsFields)
-{
-    const tbRef<tbBillboard> node(new tbBillboard);
-    node->setMode(tbBillboard::MODE_AXIS);
-    node->setAxis(tbVec3(1, 0, 0));
-    node->setXYZ(4, 5, 6);
-    const tbRef<tbBillboard> read = tbtest::savedCopy(node.get());
-    const tbRef<tbGroup> copy(node->makeClone());
-    for (const tbBillboard* other : {read.get(), static_cast<tbBillboard*>(copy.get())})
-    {
-        ASSERT_NE(other, nullptr);
-        EXPECT_EQ(other->getMode(), tbBillboard::MODE_AXIS);
-        EXPECT_EQ(*other->getAxis(), tbVec3(1, 0, 0));
-        EXPECT_EQ(*other->getXYZ(), tbVec3(4, 5, 6));
-    }
 }
