@@ -69,8 +69,7 @@ TEST(RenderContext, DefaultsAreAppliedOncePerFrame)
     tbRef<tbNullCamera> camera = new tbNullCamera;
     camera->setWindow(window.get());
     tbRenderContext* context = window->getRenderContext();
-    log.stack = context->getTraitStack();
-    log.stack->reset(true);
+    context->getTraitStack()->reset(true);
     for (const std::size_t frames : {1u, 2u})
     {
         context->clear(camera.get());
@@ -80,7 +79,6 @@ TEST(RenderContext, DefaultsAreAppliedOncePerFrame)
         EXPECT_EQ(camera->getAppliedVisualTrait(Shade::type()), log.onDevice.back());
         context->close();
     }
-    log.stack = nullptr;
 }
 
 TEST(RenderContext, LiveContextsAreListedInTheOrderOfTheirMaking)

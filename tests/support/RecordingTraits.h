@@ -2,6 +2,7 @@
 // their own, made on first use.
 #pragma once
 
+#include <tamber/display/tbCamera.h>
 #include <tamber/trav/tbAudioTrait.h>
 #include <tamber/trav/tbTraitStack.h>
 #include <tamber/trav/tbTravContext.h>
@@ -45,10 +46,12 @@ class DeviceRecorder<tbVisualTrait> : public tbVisualTrait
 {
 public:
     using tbVisualTrait::apply;
-    void apply(tbCamera*) const override
+    void apply(tbCamera* camera) const override
     {
         TraitLog& log = TraitLog::get();
         log.onDevice.push_back(this);
+        if (camera)
+            camera->setAppliedVisualTrait(this);
         if (log.stack)
             log.stack->setAppliedTrait(this);
     }
