@@ -13,6 +13,7 @@
 #include <tamber/platform/tbiModuleName.h>
 #include <tamber/thread/tbiLockGuard.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <optional>
 #include <vector>
@@ -77,25 +78,29 @@ std::optional<tbiPlugInAllowList> currentList()
     return list;
 }
 
-std::string checksumOf(tbiModuleFile& file)
+// Empty when the file cannot be read.
+std::string checksumOf(const tbiModuleFile& file)
 {
+    const int descriptor = file.getDescriptor();
+    const std::int64_t length = descriptor > 0 ? tbiFileLength(descriptor) : -1;
+    if (length < 0)
+        return {};
     tbiSha256 sum;
     std::vector<std::byte> piece(PIECE);
-    for (;;)
+    for (std::int64_t at = 0; at < length; at += std::int64_t(piece.size()))
     {
-        const std::int64_t n = file.read(piece.data(), piece.size());
-        if (n < 0)
+        const std::size_t n = std::size_t(std::min(length - at, std::int64_t(piece.size())));
+        if (!tbiReadFile(descriptor, piece.data(), n, at))
             return {};
-        if (n == 0)
-            return sum.finish();
-        sum.add({piece.data(), std::size_t(n)});
+        sum.add({piece.data(), n});
     }
+    return sum.finish();
 }
 
 // What is wrong with the content of a file; empty when the list has its checksum.
-std::string faultOf(const tbiPlugInAllowList& list, const std::string& moduleName, tbiModuleFile& file)
+std::string faultOf(const tbiPlugInAllowList& list, const std::string& moduleName, const tbiModuleFile& file)
 {
-    const std::string checksum = file.isOpen() ? checksumOf(file) : std::string();
+    const std::string checksum = checksumOf(file);
     if (checksum.empty())
         return "its content is to be checked and cannot be read";
     if (!list.matches(moduleName, checksum))
@@ -175,8 +180,7 @@ HINSTANCE tbiPlugInRules::load(const std::string& moduleName, const std::string&
 
 std::string tbiPlugInRules::checksumOf(const std::string& path)
 {
-    tbiModuleFile file(path);
-    return file.isOpen() ? ::checksumOf(file) : std::string();
+    return ::checksumOf(tbiModuleFile(path));
 }
 
 void tbiPlugInRules::release()

@@ -9,6 +9,8 @@
 
 /// A descriptor for reading, -1 when `path` is no regular file that can be opened.
 int tbiOpenFile(const char* path) noexcept;
+/// As tbiOpenFile(). On Windows nobody can write, rename or remove the file while it is open; elsewhere nothing is held.
+int tbiHoldFile(const char* path) noexcept;
 /// As tbiOpenFile(); refused also when the file cannot be opened for writing.
 int tbiOpenFileForUpdate(const char* path) noexcept;
 void tbiCloseFile(int descriptor) noexcept;

@@ -1,29 +1,26 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <string>
+#include <tamber/platform/tbiFile.h>
+
+#include <array>
 
 // The file of a module, held from the look at its content to the end of its loading. On Windows nobody can write,
 // rename or remove the file meanwhile. Elsewhere isUnchanged() tells afterwards.
 class tbiModuleFile
 {
 public:
-    explicit tbiModuleFile(const std::string& path);
-    ~tbiModuleFile();
+    explicit tbiModuleFile(const std::string& file);
+    ~tbiModuleFile() { tbiCloseFile(descriptor); }
     tbiModuleFile(const tbiModuleFile&) = delete;
     tbiModuleFile& operator=(const tbiModuleFile&) = delete;
 
-    /// False when there is no regular file that can be read.
-    bool isOpen() const;
-    /// The next bytes, at most `size`: how many there were, 0 at the end, below 0 on failure.
-    std::int64_t read(void* bytes, std::size_t size);
+    /// For tbiFileLength() and tbiReadFile(); -1 when there is no regular file that can be read.
+    int getDescriptor() const { return descriptor; }
     /// False when another file has come to the path, or the file was written to, since it was opened.
     bool isUnchanged() const;
 
 private:
-    struct State;
-
     std::string path;
-    State* state = nullptr;
+    int descriptor;
+    std::array<std::int64_t, 7> mark{}; // of the file and its last change, where it can be changed
 };

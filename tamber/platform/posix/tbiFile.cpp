@@ -5,12 +5,11 @@
 #include <tamber/kernel/tbiMemoryWatch.h>
 #include <tamber/platform/posix/tbiUntilDone.h>
 #include <tamber/platform/tbiPath.h>
+#include <tamber/platform/tbiPlace.h>
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
-#include <memory>
 #include <optional>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -23,13 +22,6 @@ namespace
 constexpr mode_t OWNER_ONLY = S_IRUSR | S_IWUSR;
 constexpr mode_t USUAL = OWNER_ONLY | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH; // without the process's umask
 constexpr int NAME_ATTEMPTS = 1000;
-
-std::string nativePath(const char* path)
-{
-    std::string native = path;
-    tbiToNativePath(native.data());
-    return native;
-}
 
 // Descriptors 0 to 2 are the standard streams, and 0 is not one that callers can tell from none.
 int aboveStandardStreams(int descriptor)
@@ -46,7 +38,7 @@ int openRegular(const char* path, int access)
     if (!path || *path == 0)
         return -1;
     std::string native;
-    if (!tbiWithoutThrow(false, [&] { return native = nativePath(path), true; }))
+    if (!tbiWithoutThrow(false, [&] { return native = tbiNativePath(path), true; }))
         return -1;
     // Opening a device can act on it, so what stands there is looked at before and, for good, after.
     struct stat status = {};
@@ -68,13 +60,6 @@ std::string directoryOf(const std::string& path)
     if (slash == std::string::npos)
         return ".";
     return slash == 0 ? "/" : path.substr(0, slash);
-}
-
-// Where links lead to; the path itself when nothing stands there yet.
-std::string followLinks(const std::string& path)
-{
-    const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr), &std::free);
-    return resolved ? resolved.get() : path;
 }
 
 bool syncDirectory(const std::string& path)
@@ -187,7 +172,9 @@ bool makeBeside(tbiReplacement& replacement, mode_t rights)
 
 bool beginReplacement(tbiReplacement& replacement, const char* target, tbiNewFileRights newRights)
 {
-    replacement.target = followLinks(nativePath(target));
+    replacement.target = tbiFinalPlace(target);
+    if (replacement.target.empty()) // nothing stands there yet
+        replacement.target = tbiNativePath(target);
     std::optional<mode_t> rights;
     if (!mayBeReplaced(replacement.target, rights))
         return false;
@@ -204,6 +191,11 @@ bool beginReplacement(tbiReplacement& replacement, const char* target, tbiNewFil
 int tbiOpenFile(const char* path) noexcept
 {
     return openRegular(path, O_RDONLY);
+}
+
+int tbiHoldFile(const char* path) noexcept
+{
+    return tbiOpenFile(path);
 }
 
 int tbiOpenFileForUpdate(const char* path) noexcept

@@ -70,8 +70,7 @@ HINSTANCE tbiFindModule(const std::string& moduleName)
 
 HINSTANCE tbiLoadModule(const char* path, std::string& error)
 {
-    std::string native = path;
-    tbiToNativePath(native.data());
+    const std::string native = tbiNativePath(path);
     void* module = dlopen(native.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!module)
     {

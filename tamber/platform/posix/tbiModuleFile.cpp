@@ -2,68 +2,35 @@
 
 #include <tamber/platform/tbiModuleFile.h>
 
-#include <tamber/platform/tbiFile.h>
 #include <tamber/platform/tbiPath.h>
 
-#include <cerrno>
 #include <sys/stat.h>
-#include <unistd.h>
-
-struct tbiModuleFile::State
-{
-    int descriptor;
-    struct stat status;
-};
 
 namespace
 {
 
-bool sameTime(const timespec& a, const timespec& b)
+// Writing moves the time of modification, and whoever sets that back moves the time of change, as renaming does.
+std::array<std::int64_t, 7> markOf(const struct stat& status)
 {
-    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+    return {std::int64_t(status.st_dev),          std::int64_t(status.st_ino),
+            std::int64_t(status.st_size),         std::int64_t(status.st_mtim.tv_sec),
+            std::int64_t(status.st_mtim.tv_nsec), std::int64_t(status.st_ctim.tv_sec),
+            std::int64_t(status.st_ctim.tv_nsec)};
 }
 
 } // namespace
 
-tbiModuleFile::tbiModuleFile(const std::string& file) : path(file)
+tbiModuleFile::tbiModuleFile(const std::string& file)
+    : path(tbiNativePath(file.c_str())),
+      descriptor(tbiHoldFile(file.c_str()))
 {
-    tbiToNativePath(path.data());
-    State opened = {tbiOpenFile(path.c_str()), {}};
-    if (opened.descriptor < 0)
-        return;
-    if (fstat(opened.descriptor, &opened.status) == 0)
-        state = new State(opened);
-    else
-        tbiCloseFile(opened.descriptor);
+    struct stat status = {};
+    if (fstat(descriptor, &status) == 0)
+        mark = markOf(status);
 }
 
-tbiModuleFile::~tbiModuleFile()
-{
-    if (state)
-        tbiCloseFile(state->descriptor);
-    delete state;
-}
-
-bool tbiModuleFile::isOpen() const
-{
-    return state != nullptr;
-}
-
-std::int64_t tbiModuleFile::read(void* bytes, std::size_t size)
-{
-    ssize_t n = 0;
-    do
-        n = ::read(state->descriptor, bytes, size);
-    while (n < 0 && errno == EINTR);
-    return n;
-}
-
-// Writing moves the time of modification, and whoever sets that back moves the time of change, as renaming does.
 bool tbiModuleFile::isUnchanged() const
 {
-    const struct stat& before = state->status;
     struct stat now = {};
-    return stat(path.c_str(), &now) == 0 && now.st_dev == before.st_dev && now.st_ino == before.st_ino &&
-           now.st_size == before.st_size && sameTime(now.st_mtim, before.st_mtim) &&
-           sameTime(now.st_ctim, before.st_ctim);
+    return stat(path.c_str(), &now) == 0 && markOf(now) == mark;
 }

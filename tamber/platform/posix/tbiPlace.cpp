@@ -4,23 +4,12 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <system_error>
-
-namespace
-{
-
-std::string nativePath(const char* name)
-{
-    std::string native = name ? name : "";
-    tbiToNativePath(native.data());
-    return native;
-}
-
-} // namespace
 
 std::string tbiSpelledPlace(const char* name)
 {
-    const std::string native = nativePath(name);
+    const std::string native = tbiNativePath(name);
     std::error_code error;
     const std::filesystem::path here = std::filesystem::current_path(error);
     if (native.empty() || error)
@@ -33,12 +22,9 @@ std::string tbiSpelledPlace(const char* name)
 
 std::string tbiFinalPlace(const char* name)
 {
-    char* resolved = realpath(nativePath(name).c_str(), nullptr);
-    if (!resolved)
-        return {};
-    std::string place = resolved;
-    std::free(resolved);
-    return place;
+    const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(tbiNativePath(name).c_str(), nullptr),
+                                                               &std::free);
+    return resolved ? resolved.get() : std::string();
 }
 
 bool tbiIsPlaceBelow(const std::string& place, const std::string& directory)

@@ -28,7 +28,8 @@ namespace
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int LONGEST_WAIT_MS = 1000;
+constexpr double LONGEST_WAIT = 1.0;                 // seconds until the clock is looked at again
+constexpr double MOST_PROCESSOR_TIME = 1e9;          // seconds; more are no limit to speak of
 constexpr auto PAUSE = std::chrono::milliseconds(2); // where an end cannot be waited for
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -82,10 +83,10 @@ public:
     explicit SpawnSettings(const Gate& gate)
     {
         posix_spawn_file_actions_init(&files);
-        posix_spawn_file_actions_adddup2(&files, gate.getInput(), STDIN_FILENO);
+        note(posix_spawn_file_actions_adddup2(&files, gate.getInput(), STDIN_FILENO));
         for (const int stream : {STDOUT_FILENO, STDERR_FILENO})
-            posix_spawn_file_actions_addopen(&files, stream, "/dev/null", O_WRONLY, 0);
-        posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
+            note(posix_spawn_file_actions_addopen(&files, stream, "/dev/null", O_WRONLY, 0));
+        note(posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1));
         posix_spawnattr_init(&attributes);
         sigset_t signals;
         sigfillset(&signals);
@@ -102,12 +103,20 @@ public:
         posix_spawn_file_actions_destroy(&files);
     }
 
+    /// 0, or the number of the error.
     int spawn(pid_t& child, const char* program, char* const* arguments) const
     {
-        return posix_spawn(&child, program, &files, &attributes, arguments, environ);
+        return error ? error : posix_spawn(&child, program, &files, &attributes, arguments, environ);
     }
 
 private:
+    void note(int result)
+    {
+        if (!error)
+            error = result;
+    }
+
+    int error = 0;
     posix_spawn_file_actions_t files;
     posix_spawnattr_t attributes;
 };
@@ -132,14 +141,14 @@ bool setLimits(pid_t child, const tbiProcessOrder& order)
     // The soft limit is a signal that says why, the hard one ends a program that holds it off.
     if (order.processorTime > 0)
     {
-        const auto seconds = rlim_t(std::ceil(order.processorTime));
+        const auto seconds = rlim_t(std::ceil(std::min(order.processorTime, MOST_PROCESSOR_TIME)));
         set = setLimit(child, RLIMIT_CPU, seconds, seconds + 2) && set;
     }
     return set;
 }
 
-// Waits for the end of a child, or for `milliseconds` if that is less. The end may be missed, never invented.
-void waitForEnd(int processDescriptor, int milliseconds)
+// Waits for the end of a child, or for `seconds` if that is less. The end may be missed, never invented.
+void waitForEnd(int processDescriptor, double seconds)
 {
     if (processDescriptor < 0)
     {
@@ -147,7 +156,7 @@ void waitForEnd(int processDescriptor, int milliseconds)
         return;
     }
     pollfd end = {processDescriptor, POLLIN, 0};
-    poll(&end, 1, milliseconds);
+    poll(&end, 1, int(std::ceil(std::clamp(seconds, 0.001, LONGEST_WAIT) * 1000)));
 }
 
 // The status of the child, which is killed when its time is over. False when the program lets nobody wait for its
@@ -159,13 +168,13 @@ bool waitFor(pid_t child, double limit, Clock::time_point start, int& status, bo
     pid_t ended = 0;
     while ((ended = tbiUntilDone([&] { return waitpid(child, &status, WNOHANG); })) == 0)
     {
-        const double left = limit > 0 ? limit - secondsSince(start) : LONGEST_WAIT_MS;
+        const double left = limit > 0 ? limit - secondsSince(start) : LONGEST_WAIT;
         if (left <= 0 && !late)
         {
             late = true;
             kill(child, SIGKILL);
         }
-        waitForEnd(descriptor, std::clamp(int(std::ceil(left * 1000)), 1, LONGEST_WAIT_MS));
+        waitForEnd(descriptor, left);
     }
     if (descriptor >= 0)
         close(descriptor);

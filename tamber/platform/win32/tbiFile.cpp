@@ -42,12 +42,14 @@ int descriptorOf(HANDLE handle, int flags)
     return moved;
 }
 
-int openRegular(const char* path, DWORD access, int flags)
+constexpr DWORD SHARE_ALL = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+int openRegular(const char* path, DWORD access, int flags, DWORD share = SHARE_ALL)
 {
     if (!path || *path == 0)
         return -1;
-    const HANDLE handle = CreateFileA(path, access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE handle =
+        CreateFileA(path, access, share, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE)
         return -1;
     if (GetFileType(handle) != FILE_TYPE_DISK)
@@ -69,8 +71,8 @@ OVERLAPPED at(std::int64_t position)
 // Where links lead to; the path itself when nothing stands there yet.
 std::string followLinks(const char* path)
 {
-    const HANDLE handle = CreateFileA(path, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE handle =
+        CreateFileA(path, 0, SHARE_ALL, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE)
         return path;
     char resolved[32768];
@@ -159,6 +161,11 @@ bool renameOpen(HANDLE handle, const char* target)
 int tbiOpenFile(const char* path) noexcept
 {
     return openRegular(path, GENERIC_READ, _O_RDONLY);
+}
+
+int tbiHoldFile(const char* path) noexcept
+{
+    return openRegular(path, GENERIC_READ, _O_RDONLY, FILE_SHARE_READ);
 }
 
 int tbiOpenFileForUpdate(const char* path) noexcept

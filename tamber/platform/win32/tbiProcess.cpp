@@ -15,8 +15,8 @@ namespace
 
 using Clock = std::chrono::steady_clock;
 
-constexpr DWORD LONGEST_WAIT_MS = 50; // until the times of the process are looked at again
-constexpr DWORD LONGEST_PATH = 32768;
+constexpr DWORD LONGEST_WAIT_MS = 50;       // until the times of the process are looked at again
+constexpr double MOST_PROCESSOR_TIME = 1e9; // seconds; more are no limit to speak of
 constexpr int NAME_ATTEMPTS = 100;
 constexpr std::uint32_t FIRST_EXCEPTION = 0xC0000000;
 constexpr UINT ENDED = 1; // the exit code of a process that is ended from here
@@ -150,7 +150,8 @@ HANDLE makeJob(const tbiProcessOrder& order)
     if (order.processorTime > 0)
     {
         flags |= JOB_OBJECT_LIMIT_PROCESS_TIME;
-        limits.BasicLimitInformation.PerProcessUserTimeLimit.QuadPart = LONGLONG(order.processorTime * 1e7);
+        const double seconds = std::min(order.processorTime, MOST_PROCESSOR_TIME);
+        limits.BasicLimitInformation.PerProcessUserTimeLimit.QuadPart = LONGLONG(seconds * 1e7);
     }
     if (SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof limits))
         return job;
