@@ -4,6 +4,7 @@
 #include <tamber/io/tbPlugIn.h>
 #include <tamber/io/tbiImportOrder.h>
 #include <tamber/io/tbiLoaderLookup.h>
+#include <tamber/io/tbiPlugInLists.h>
 #include <tamber/io/tbiPlugInRules.h>
 #include <tamber/kernel/tbFilePath.h>
 #include <tamber/kernel/tbMessage.h>
@@ -23,7 +24,6 @@ using namespace tbiImportOrder;
 
 constexpr const char* PROGRAM = "tamber-import";
 constexpr const char* PROGRAM_VARIABLE = "TAMBER_IMPORT_PROGRAM";
-constexpr const char* PORTABLE_MODULE = "tbPortableKernel.dll"; // the classes that models are made of
 constexpr std::int64_t LONGEST_REPORT = 64 * 1024;
 
 bool fail(const std::string& text)
@@ -149,13 +149,15 @@ bool takeReport(const std::string& report)
     const std::size_t line = report.find('\n');
     if (line == std::string::npos)
         return false;
-    tbiSetLoaderFailure(tbLoader::LOADER_ERROR(std::atoi(report.c_str())), report.substr(line + 1));
+    const auto error = tbLoader::LOADER_ERROR(std::atoi(report.c_str()));
+    tbiSetLoaderFailure(error == tbLoader::LOADER_OK ? tbLoader::LOADER_STOPPED : error,
+                        report.substr(line + 1));
     return true;
 }
 
 tbBase* takeScene(const tbiImportSource& source, const PrivateDirectory& directory)
 {
-    tbPlugIn::load(PORTABLE_MODULE);
+    tbPlugIn::load(tbiCompanionModule);
     tbBase* root = tbiImportNative(directory.file(SCENE_FILE).c_str());
     if (!root)
         fail("what the loader for ." + source.extension +
@@ -189,8 +191,13 @@ tbBase* importInChild(const tbiImportSource& source, const tbImportLimits& limit
 
 tbBase* tbImportIsolated(const char* name, const tbImportLimits& limits)
 {
-    tbiImportSource source;
-    if (!tbiFindImportSource(name, source))
-        return nullptr;
-    return source.module.empty() ? tbLoader::importFile(name) : importInChild(source, limits);
+    return tbiImportWhole(
+        [&]
+        {
+            tbiImportSource source;
+            tbBase* root = nullptr;
+            if (tbiFindImportSource(name, source))
+                root = source.module.empty() ? tbLoader::importFile(name) : importInChild(source, limits);
+            return root;
+        });
 }

@@ -3,14 +3,14 @@
 #include <tamber/containers/tbiStatic.h>
 #include <tamber/graph/tbGroup.h>
 #include <tamber/io/tbFile.h>
-#include <tamber/io/tbImport.h>
+#include <tamber/io/tbiFileTypes.h>
+#include <tamber/io/tbiLoaderDefs.h>
 #include <tamber/io/tbiLoaderLookup.h>
 #include <tamber/io/tbiPlugInLists.h>
 #include <tamber/io/tbiPlugInLog.h>
 #include <tamber/io/tbiPlugInSearch.h>
 #include <tamber/io/tbiUnknownFormat.h>
 #include <tamber/kernel/tbFilePath.h>
-#include <tamber/kernel/tbString.h>
 #include <tamber/kernel/tbiLocks.h>
 #include <tamber/kernel/tbiMemoryWatch.h>
 #include <tamber/kernel/tbiText.h>
@@ -19,40 +19,15 @@
 #include <tamber/platform/tbiPath.h>
 #include <tamber/thread/tbiLockGuard.h>
 
-// What is known of a loader module, loaded or not.
-struct tbiLoaderDef : tbAllocated<tbiLoaderDef>
-{
-    char* moduleName = nullptr;
-    tbTList<char*> extensions;
-    tbTList<char*> exportExtensions;
-    char* path = nullptr; // the file that it was loaded from last
-};
-
-// A class whose objects may be native files of their own.
-struct tbiFileType : tbAllocated<tbiFileType>
-{
-    char* extension = nullptr;
-    const tbType* type = nullptr;
-};
-
 namespace
 {
 
-constexpr const char* groupExtension = "tb";
-
 constinit tbiStatic<tbTList<tbLoader*>> loaders;
-constinit tbiStatic<tbTList<tbiLoaderDef*>> loaderDefs;
-constinit tbiStatic<tbTList<tbiFileType*>> fileTypes;
 
 constinit tbLoader::LOADER_ERROR errorCode = tbLoader::LOADER_OK;
 constinit char* errorMesg = nullptr;
 constinit char* saveDir = nullptr;
 constinit tbProgressFunc progress = nullptr;
-
-bool sameName(const char* a, const char* b)
-{
-    return tbStrcmp(a, b, true) == 0;
-}
 
 // What follows the last dot of the file's name; null when there is none.
 const char* extensionOf(const char* path)
@@ -62,29 +37,16 @@ const char* extensionOf(const char* path)
     return dot == std::string_view::npos ? nullptr : name.data() + dot + 1;
 }
 
-tbiLoaderDef* definitionOf(const char* moduleName)
+using ExtensionList = tbiLoaderDef::Extensions tbiLoaderDef::*;
+
+int numOf(const tbiLoaderDef* def, ExtensionList list)
 {
-    for (tbiLoaderDef* def : *loaderDefs)
-        if (sameName(def->moduleName, moduleName))
-            return def;
-    auto* def = new tbiLoaderDef;
-    if (!def)
-        return nullptr;
-    def->moduleName = tbiCopyText(moduleName);
-    if (def->moduleName && loaderDefs->add(def) >= 0)
-        return def;
-    tbMemory::free(def->moduleName);
-    delete def;
-    return nullptr;
+    return def ? (def->*list).getNum() : 0;
 }
 
-tbiLoaderDef* definitionFor(const char* extension)
+const char* textOf(const tbiLoaderDef* def, ExtensionList list, int i)
 {
-    for (tbiLoaderDef* def : *loaderDefs)
-        for (int i = def->extensions.getNum() - 1; i >= 0; --i)
-            if (sameName(def->extensions[i], extension))
-                return def;
-    return nullptr;
+    return i >= 0 && i < numOf(def, list) ? (def->*list)[i] : nullptr;
 }
 
 void clearError()
@@ -124,37 +86,16 @@ std::string findFile(const char* name)
     return path.c_str();
 }
 
-// A module that is loaded again names its extensions again.
-void addOnce(tbTList<char*>& extensions, const char* extension)
-{
-    tbiLockGuard guard(tbiLocks::plugIn);
-    if (!extension)
-        return;
-    for (const char* known : extensions)
-        if (sameName(known, extension))
-            return;
-    char* copy = tbiCopyText(extension);
-    if (copy && extensions.add(copy) < 0)
-        tbMemory::free(copy);
-}
-
-const char* nativeExtension(const tbBase* object)
-{
-    if (object->isOfType(tbGroup::getClassType()))
-        return groupExtension;
-    for (const tbiFileType* fileType : *fileTypes)
-        if (object->isOfType(fileType->type))
-            return fileType->extension;
-    return nullptr;
-}
-
 bool exportNative(const tbBase* object, std::string path)
 {
-    const char* extension = nativeExtension(object);
+    const char* extension =
+        object->isOfType(tbGroup::getClassType()) ? tbiGroupExtension : tbiFileTypes::extensionFor(*object);
     if (!extension)
     {
         tbiSetLoaderFailure(tbLoader::LOADER_NO_FILE_TYPE,
-                            std::string("no file type for the class ") + object->getType()->getName());
+                            quoted(path.c_str()) +
+                                " cannot be written: there is no file type for the class " +
+                                object->getType()->getName());
         return false;
     }
     if (!extensionOf(path.c_str()))
@@ -184,7 +125,7 @@ tbLoader::tbLoader(const char* moduleFile) : tbPlugIn(moduleFile), definition(nu
 {
     errorCode = LOADER_OK;
     tbiLockGuard guard(tbiLocks::plugIn);
-    definition = definitionOf(getModuleName() ? getModuleName() : "");
+    definition = tbiLoaderDefs::of(getModuleName() ? getModuleName() : "");
     if (definition && getModule())
         tbiWithoutThrow([this] { tbiSetText(definition->path, tbiModulePath(getModule()).c_str()); });
     loaders->add(this);
@@ -203,23 +144,23 @@ bool tbLoader::exportObject(const tbBase*, const char*)
 void tbLoader::addExtension(const char* extension)
 {
     if (definition)
-        addOnce(definition->extensions, extension);
+        tbiLoaderDefs::addExtension(definition->extensions, extension);
 }
 
 void tbLoader::addExportExtension(const char* extension)
 {
     if (definition)
-        addOnce(definition->exportExtensions, extension);
+        tbiLoaderDefs::addExtension(definition->exportExtensions, extension);
 }
 
 int tbLoader::getNumExtensions() const
 {
-    return definition ? definition->extensions.getNum() : 0;
+    return numOf(definition, &tbiLoaderDef::extensions);
 }
 
 const char* tbLoader::getExtension(int i) const
 {
-    return definition && definition->extensions.indexInRange(i) ? definition->extensions[i] : nullptr;
+    return textOf(definition, &tbiLoaderDef::extensions, i);
 }
 
 void tbLoader::initLoaders()
@@ -237,7 +178,7 @@ void tbLoader::initLoaders()
 // The loader of an extension, its module loaded; null when there is none, with an error set when there should be.
 tbLoader* tbLoader::loadFor(const char* extension)
 {
-    const tbiLoaderDef* def = definitionFor(extension);
+    const tbiLoaderDef* def = tbiLoaderDefs::forExtension(extension);
     if (!def)
         return nullptr;
     tbiPlugInSearch search;
@@ -253,18 +194,9 @@ tbLoader* tbLoader::loadFor(const char* extension)
     return nullptr;
 }
 
-// What was read while memory ran out may lack something anywhere, so nothing of it is handed out.
 tbBase* tbLoader::importFile(const char* name)
 {
-    clearError();
-    const tbiMemoryWatch memory;
-    tbBase* root = tbiWithoutThrow<tbBase*>(nullptr, [name] { return importFrom(name); });
-    if (!memory.ranOut())
-        return root;
-    if (root)
-        root->unRef();
-    setOutOfMemory(LOADER_UNKNOWN_FORMAT);
-    return nullptr;
+    return tbiImportWhole([name] { return importFrom(name); });
 }
 
 tbBase* tbLoader::importFrom(const char* name)
@@ -320,7 +252,9 @@ bool tbLoader::exportTo(const tbBase* object, const char* name)
         const bool written = loader->exportObject(object, path.c_str());
         loader->unRef();
         if (!written && errorCode == LOADER_OK)
-            tbiSetLoaderFailure(LOADER_CANNOT_WRITE, "the loader of this format does not write it");
+            tbiSetLoaderFailure(LOADER_CANNOT_WRITE, quoted(name) + " cannot be written: the loader " +
+                                                         loader->getModuleName() + " does not write ." +
+                                                         extension);
         return written;
     }
     return errorCode == LOADER_OK && exportNative(object, path);
@@ -328,61 +262,42 @@ bool tbLoader::exportTo(const tbBase* object, const char* name)
 
 bool tbLoader::addTamberFileType(tbType* type, const char* extension)
 {
-    tbiLockGuard guard(tbiLocks::plugIn);
-    if (!type || !extension)
-        return false;
-    for (const tbiFileType* known : *fileTypes)
-        if (known->type == type || sameName(known->extension, extension))
-            return false;
-    auto* fileType = new tbiFileType;
-    if (!fileType)
-        return false;
-    fileType->type = type;
-    fileType->extension = tbiCopyText(extension);
-    if (fileType->extension && fileTypes->add(fileType) >= 0)
-        return true;
-    tbMemory::free(fileType->extension);
-    delete fileType;
-    return false;
+    return tbiFileTypes::add(type, extension);
 }
 
 int tbLoader::getNumTamberFileTypes()
 {
-    return fileTypes->getNum();
+    return tbiFileTypes::getNum();
 }
 
 const char* tbLoader::getTamberFileType(int i)
 {
-    return fileTypes->indexInRange(i) ? (*fileTypes)[i]->extension : nullptr;
+    return tbiFileTypes::get(i);
 }
 
 int tbLoader::getNumLoaders()
 {
-    return loaderDefs->getNum();
+    return tbiLoaderDefs::getNum();
 }
 
 int tbLoader::getNumLoaderExtensions(int loader)
 {
-    return loaderDefs->indexInRange(loader) ? (*loaderDefs)[loader]->extensions.getNum() : 0;
+    return numOf(tbiLoaderDefs::get(loader), &tbiLoaderDef::extensions);
 }
 
 const char* tbLoader::getLoaderExtension(int loader, int extension)
 {
-    if (extension < 0 || extension >= getNumLoaderExtensions(loader))
-        return nullptr;
-    return (*loaderDefs)[loader]->extensions[extension];
+    return textOf(tbiLoaderDefs::get(loader), &tbiLoaderDef::extensions, extension);
 }
 
 int tbLoader::getNumExportExtensions(int loader)
 {
-    return loaderDefs->indexInRange(loader) ? (*loaderDefs)[loader]->exportExtensions.getNum() : 0;
+    return numOf(tbiLoaderDefs::get(loader), &tbiLoaderDef::exportExtensions);
 }
 
 const char* tbLoader::getExportExtension(int loader, int extension)
 {
-    if (extension < 0 || extension >= getNumExportExtensions(loader))
-        return nullptr;
-    return (*loaderDefs)[loader]->exportExtensions[extension];
+    return textOf(tbiLoaderDefs::get(loader), &tbiLoaderDef::exportExtensions, extension);
 }
 
 void tbLoader::setProgressFunc(tbProgressFunc func)
@@ -426,6 +341,16 @@ void tbiSetLoaderFailure(tbLoader::LOADER_ERROR code, const std::string& text)
     tbiSetText(errorMesg, text.c_str());
 }
 
+tbBase* tbiEndImport(tbBase* root, bool ranOut)
+{
+    if (!ranOut)
+        return root;
+    if (root)
+        root->unRef();
+    setOutOfMemory(tbLoader::LOADER_UNKNOWN_FORMAT);
+    return nullptr;
+}
+
 bool tbiFindImportSource(const char* name, tbiImportSource& source)
 {
     clearError();
@@ -442,7 +367,7 @@ bool tbiFindImportSource(const char* name, tbiImportSource& source)
         return false;
     }
     source.extension = extension;
-    if (const tbiLoaderDef* def = definitionFor(extension))
+    if (const tbiLoaderDef* def = tbiLoaderDefs::forExtension(extension))
     {
         tbiPlugInSearch search;
         source.module = moduleFileOf(*def, search);
@@ -467,47 +392,6 @@ tbBase* tbiImportNative(const char* path)
     return root;
 }
 
-tbBase* tbImportOfType(const char* fileName, const tbType* type)
-{
-    tbBase* root = tbLoader::importFile(fileName);
-    if (!root || root->isOfType(type))
-        return root;
-    root->unRef();
-    if (!tbiWithoutThrow(false,
-                         [=]
-                         {
-                             tbiSetLoaderFailure(tbLoader::LOADER_UNKNOWN_FORMAT,
-                                                 quoted(fileName) + " does not hold a " +
-                                                     (type ? type->getName() : "(none)"));
-                             return true;
-                         }))
-        setOutOfMemory(tbLoader::LOADER_UNKNOWN_FORMAT);
-    return nullptr;
-}
-
-void tbiForgetFileType(const tbType* type)
-{
-    for (int i = fileTypes->getNum() - 1; i >= 0; --i)
-    {
-        tbiFileType* fileType = (*fileTypes)[i];
-        if (fileType->type != type)
-            continue;
-        tbMemory::free(fileType->extension);
-        delete fileType;
-        fileTypes->removeOrderedIndex(i);
-    }
-}
-
-std::vector<std::string> tbiLoaderExtensions(const std::string& moduleName)
-{
-    tbiLockGuard guard(tbiLocks::plugIn);
-    std::vector<std::string> extensions;
-    for (const tbiLoaderDef* def : *loaderDefs)
-        if (sameName(def->moduleName, moduleName.c_str()))
-            extensions.assign(def->extensions.begin(), def->extensions.end());
-    return extensions;
-}
-
 void tbiForgetLoader(const void* record)
 {
     tbiLockGuard guard(tbiLocks::plugIn);
@@ -518,23 +402,9 @@ void tbiForgetLoader(const void* record)
 
 void tbiReleaseLoaderLists()
 {
-    for (tbiLoaderDef* def : *loaderDefs)
-    {
-        for (tbTList<char*>* list : {&def->extensions, &def->exportExtensions})
-            for (char* extension : *list)
-                tbMemory::free(extension);
-        tbMemory::free(def->moduleName);
-        tbMemory::free(def->path);
-        delete def;
-    }
-    for (tbiFileType* fileType : *fileTypes)
-    {
-        tbMemory::free(fileType->extension);
-        delete fileType;
-    }
     loaders->setSize(0);
-    loaderDefs->setSize(0);
-    fileTypes->setSize(0);
+    tbiLoaderDefs::release();
+    tbiFileTypes::release();
     tbiSetText(errorMesg, nullptr);
     tbiSetText(saveDir, nullptr);
 }

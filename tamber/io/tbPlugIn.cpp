@@ -1,6 +1,7 @@
 #include <tamber/io/tbPlugIn.h>
 
 #include <tamber/containers/tbiStatic.h>
+#include <tamber/io/tbiFileTypes.h>
 #include <tamber/io/tbiPlugInLists.h>
 #include <tamber/io/tbiPlugInLog.h>
 #include <tamber/io/tbiPlugInRules.h>
@@ -72,15 +73,6 @@ HINSTANCE loadFile(tbPlugInReport::Module& noted)
     return handle;
 }
 
-void noteRelease(tbPlugInReport::Module& noted, const tbPlugIn& record)
-{
-    noted.state = tbPlugInReport::LOADED;
-    noted.reason.clear();
-    noted.name = record.getName() ? record.getName() : "";
-    noted.company = record.getCompany() ? record.getCompany() : "";
-    noted.version = record.getVersion();
-}
-
 } // namespace
 
 tbPlugIn::tbPlugIn(const char* moduleFile)
@@ -118,7 +110,7 @@ void tbPlugIn::deleteTypes()
     while (types.getNum() > 0)
     {
         tbType* type = types.removeLast();
-        tbiForgetFileType(type);
+        tbiFileTypes::forget(type);
         type->plugIn = nullptr;
         type->deleteType();
     }
@@ -134,7 +126,7 @@ void tbPlugIn::removeType(tbType* type)
 {
     tbiLockGuard guard(tbiLocks::plugIn);
     types.checkRemoveOrdered(type);
-    tbiForgetFileType(type);
+    tbiFileTypes::forget(type);
 }
 
 // The count is one atomic word. Whoever may be the first to count holds the type lock, as unloading does.
@@ -230,7 +222,7 @@ tbPlugIn* tbPlugIn::load(const char* path, tbiPlugInSearch& search, bool trusted
         record->module = handle;
         record->dynamic = true;
         record->loadedByKernel = true;
-        noteRelease(noted, *record);
+        tbiPlugInLog::takeRecord(noted, *record);
     }
     else
     {

@@ -2,6 +2,7 @@
 #include <tamber/io/tbPlugIn.h>
 
 #include <tamber/io/tbFile.h>
+#include <tamber/io/tbiPlugInLists.h>
 #include <tamber/io/tbiPlugInSearch.h>
 #include <tamber/kernel/tbiLocks.h>
 #include <tamber/kernel/tbiMemoryWatch.h>
@@ -15,7 +16,6 @@ namespace
 {
 
 constexpr const char* listTag = "tbPlugIns";
-constexpr const char* companionModule = "tbPortableKernel.dll";
 
 constexpr int MOST_PLUGINS = 256;
 constexpr int SMALLEST_RECORD = 7 * 4; // four lengths and three numbers
@@ -93,7 +93,7 @@ void tbPlugIn::loadPlugIns(tbFile* file)
 void tbPlugIn::loadListed(tbEntry* entry)
 {
     tbiPlugInSearch search; // the directories are listed once for the whole file
-    load(companionModule, search, false);
+    load(tbiCompanionModule, search, false);
 
     const int number = entry->readCount(SMALLEST_RECORD);
     if (number > MOST_PLUGINS)

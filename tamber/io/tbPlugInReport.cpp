@@ -1,6 +1,6 @@
 #include <tamber/io/tbPlugInReport.h>
 
-#include <tamber/io/tbiPlugInLists.h>
+#include <tamber/io/tbiLoaderDefs.h>
 #include <tamber/io/tbiPlugInLog.h>
 #include <tamber/io/tbiPlugInRules.h>
 #include <tamber/io/tbiPlugInSearch.h>
@@ -31,18 +31,14 @@ Module describe(Module module)
 {
     if (const tbPlugIn* record = recordOf(module))
     {
-        module.state = tbPlugInReport::LOADED;
-        module.reason.clear();
-        module.name = record->getName() ? record->getName() : "";
-        module.company = record->getCompany() ? record->getCompany() : "";
-        module.version = record->getVersion();
+        tbiPlugInLog::takeRecord(module, *record);
     }
     else if (module.state == tbPlugInReport::LOADED)
     {
         module.state = tbPlugInReport::UNLOADED;
     }
     if (module.state == tbPlugInReport::LOADED || module.state == tbPlugInReport::UNLOADED)
-        module.extensions = tbiLoaderExtensions(module.moduleName);
+        module.extensions = tbiLoaderDefs::extensionsOf(module.moduleName);
     return module;
 }
 

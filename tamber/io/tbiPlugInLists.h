@@ -2,8 +2,8 @@
 
 #include <tamber/kernel/tbTypes.h>
 
-#include <string>
-#include <vector>
+/// The module of the classes that models are made of.
+inline constexpr const char* tbiCompanionModule = "tbPortableKernel.dll";
 
 /// Gives the list of plug-ins its first storage, when the library is loaded.
 void tbiReservePlugInLists();
@@ -11,9 +11,5 @@ void tbiReservePlugInLists();
 void tbiReleasePlugInLists();
 void tbiReleaseLoaderLists();
 
-/// Drops the native file type of a class that goes.
-void tbiForgetFileType(const tbType* type);
 /// Takes a record out of the list of loaders; nothing when it is none.
 void tbiForgetLoader(const void* record);
-/// The extensions of a loader module, loaded or not; none for other modules.
-std::vector<std::string> tbiLoaderExtensions(const std::string& moduleName);

@@ -20,6 +20,15 @@ constinit tbiStatic<std::vector<std::string>> askedFor; // by tbiPathKey()
 
 } // namespace
 
+void tbiPlugInLog::takeRecord(Module& module, const tbPlugIn& record)
+{
+    module.state = tbPlugInReport::LOADED;
+    module.reason.clear();
+    module.name = record.getName() ? record.getName() : "";
+    module.company = record.getCompany() ? record.getCompany() : "";
+    module.version = record.getVersion();
+}
+
 void tbiPlugInLog::note(const Module& module)
 {
     tbiLockGuard guard(tbiLocks::plugIn);

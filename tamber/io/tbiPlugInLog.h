@@ -6,6 +6,8 @@
 namespace tbiPlugInLog
 {
 
+/// Says of a module what its record says: it is loaded.
+void takeRecord(tbPlugInReport::Module& module, const tbPlugIn& record);
 /// Takes the place of what was noted of the same module name and path.
 void note(const tbPlugInReport::Module& module);
 /// What was noted of a path; null when nothing was.

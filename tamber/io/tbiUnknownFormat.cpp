@@ -1,6 +1,6 @@
 #include <tamber/io/tbiUnknownFormat.h>
 
-#include <tamber/io/tbLoader.h>
+#include <tamber/io/tbiLoaderLookup.h>
 #include <tamber/io/tbiPlugInLog.h>
 #include <tamber/io/tbiPlugInSearch.h>
 #include <tamber/kernel/tbiLocks.h>
@@ -11,11 +11,9 @@
 namespace
 {
 
-constexpr const char* GROUP_EXTENSION = "tb";
-
 std::string extensions()
 {
-    std::string text = GROUP_EXTENSION;
+    std::string text = tbiGroupExtension;
     for (int i = 0; i < tbLoader::getNumTamberFileTypes(); ++i)
         text += std::string(" ") + tbLoader::getTamberFileType(i);
     for (int i = 0; i < tbLoader::getNumLoaders(); ++i)
