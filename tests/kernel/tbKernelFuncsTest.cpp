@@ -1,7 +1,6 @@
 #include <tests/support/Messages.h>
 
 #include <tamber/kernel/tbFilePath.h>
-#include <tamber/kernel/tbInit.h>
 #include <tamber/kernel/tbMessage.h>
 #include <tamber/kernel/tbSettings.h>
 #include <tamber/kernel/tbSqrt.h>
@@ -232,13 +231,4 @@ TEST(Settings, WritingKeepsALinkToTheFileAndRefusesWhatIsNoFile)
     EXPECT_FALSE(tbWriteRegistry("New", 5));
     useSettings(kept);
     fs::remove_all(root);
-}
-
-TEST(Init, ApplicationThreadIsTheOneThatLoadedTheLibrary)
-{
-    EXPECT_NE(tbGetAppThread(), nullptr);
-    EXPECT_TRUE(tbInAppThread());
-    bool inThread = true;
-    std::thread([&] { inThread = tbInAppThread(); }).join();
-    EXPECT_FALSE(inThread);
 }

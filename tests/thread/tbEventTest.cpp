@@ -1,14 +1,12 @@
 #include <tamber/thread/tbEvent.h>
 
 #include <tamber/action/tbActionNode.h>
-#include <tamber/io/tbFile.h>
-#include <tamber/kernel/tbRef.h>
 #include <tamber/thread/tbFlushThread.h>
 #include <tamber/thread/tbLock.h>
 #include <tamber/thread/tbQueue.h>
 #include <tamber/thread/tbSemaphore.h>
 #include <tamber/thread/tbThread.h>
-#include <tests/support/TempFile.h>
+#include <tests/support/SavedCopy.h>
 #include <tests/support/Threads.h>
 
 #include <gtest/gtest.h>
@@ -199,24 +197,14 @@ TEST(Event, CopyHoldsTheSameActionsAndLetsThemGo)
 
 TEST(Event, IsSavedWithWhetherItIsEnabled)
 {
-    const tbtest::TempDirectory directory;
-    const std::string path = directory.path("event.tb");
     const tbRef<tbEvent> event = new tbEvent;
     event->setName("opens");
     event->enable(false);
-    {
-        tbFile file;
-        ASSERT_TRUE(file.create(path.c_str()));
-        event->addAttribute(new tbSemaphore); // part of the running program, passed over
-        ASSERT_NE(file.writeObject(event.get()), nullptr);
-        ASSERT_TRUE(file.write());
-    }
-    tbFile file;
-    ASSERT_TRUE(file.open(path.c_str(), "r"));
-    const tbRef<tbBase> read = file.readObject(0);
-    ASSERT_TRUE(read && read->isOfExactType(tbEvent::getClassType()));
+    event->addAttribute(new tbSemaphore); // part of the running program, passed over
+    const tbRef<tbEvent> read = tbtest::savedCopy(event.get());
+    ASSERT_TRUE(read);
     EXPECT_STREQ(read->getName(), "opens");
-    EXPECT_FALSE(static_cast<tbEvent*>(read.get())->isEnabled());
+    EXPECT_FALSE(read->isEnabled());
     EXPECT_EQ(read->getAttribList(), nullptr);
 }
 

@@ -15,50 +15,75 @@
 using tbtest::comesTrue;
 using tbtest::FuncAction;
 
-TEST(Thread, RunsItsActionsOverAndOverOnAThreadOfItsOwn)
+namespace
+{
+
+// A thread and an action that counts. Where other actions use what a test has, the test ends the thread.
+class Thread : public testing::Test
+{
+protected:
+    void start()
+    {
+        thread->addAction(action.get());
+        thread->run();
+        ASSERT_TRUE(comesTrue([&] { return action->getTimes() > 0; }));
+    }
+    void expectStandstill() const
+    {
+        tbtest::sleep(20);
+        const int times = action->getTimes();
+        tbtest::sleep(20);
+        EXPECT_EQ(action->getTimes(), times);
+    }
+
+    const tbRef<FuncAction> action = new FuncAction;
+    tbRef<tbThread> thread = new tbThread;
+};
+
+} // namespace
+
+TEST_F(Thread, RunsItsActionsOverAndOverOnAThreadOfItsOwn)
 {
     const tbRef<tbBase> argument = new tbEvent;
     std::atomic<bool> there{true};
-    const tbRef<tbThread> thread = new tbThread;
-    const tbRef<FuncAction> action = new FuncAction(
-        [&](tbBase* initiator, tbEvent* event)
+    thread->addAction(new FuncAction(
+        [&, self = thread.get()](tbBase* initiator, tbEvent* event)
         {
-            there = there && initiator == argument.get() && !event &&
-                    tbThread::getCurrentThread() == thread.get() && thread->inCurrentThread();
+            there = there && initiator == argument.get() && !event && tbThread::getCurrentThread() == self &&
+                    self->inCurrentThread();
             return true;
-        });
+        }));
     thread->addAction(action.get());
     EXPECT_EQ(thread->getState(), tbThread::STATE_SUSPENDED);
     EXPECT_FALSE(thread->inCurrentThread());
     thread->run(argument.get());
     EXPECT_TRUE(comesTrue([&] { return action->getTimes() > 3; }));
     EXPECT_EQ(thread->getState(), tbThread::STATE_RUNNING);
+    thread.reset();
     EXPECT_TRUE(there);
 }
 
-TEST(Thread, InitActionsRunOnceBeforeAllOthers)
+TEST_F(Thread, InitActionsRunOnceBeforeAllOthers)
 {
     std::atomic<bool> first{true};
-    const tbRef<FuncAction> init =
-        new FuncAction([](tbBase* initiator, tbEvent*) { return initiator == tbThread::getCurrentThread(); });
-    const tbRef<FuncAction> action = new FuncAction(
+    thread->addInitAction(action.get());
+    const tbRef<FuncAction> later = new FuncAction(
         [&](tbBase*, tbEvent*)
         {
-            first = first && init->getTimes() == 1;
+            first = first && action->getTimes() == 1;
             return true;
         });
-    const tbRef<tbThread> thread = new tbThread;
-    thread->addInitAction(init.get());
-    thread->addAction(action.get());
+    thread->addInitAction(new FuncAction([](tbBase* initiator, tbEvent*)
+                                         { return initiator == tbThread::getCurrentThread(); }));
+    thread->addAction(later.get());
     thread->run();
-    EXPECT_TRUE(comesTrue([&] { return action->getTimes() > 1; }));
+    EXPECT_TRUE(comesTrue([&] { return later->getTimes() > 1; }));
+    thread.reset();
     EXPECT_TRUE(first);
 }
 
-TEST(Thread, InWaitModeEveryRunIsOnePass)
+TEST_F(Thread, InWaitModeEveryRunIsOnePass)
 {
-    const tbRef<tbThread> thread = new tbThread;
-    const tbRef<FuncAction> action = new FuncAction;
     thread->setThreadMode(tbThread::THREAD_WAIT);
     thread->addAction(action.get());
     for (int i = 0; i < 5; ++i)
@@ -71,44 +96,31 @@ TEST(Thread, InWaitModeEveryRunIsOnePass)
     EXPECT_TRUE(comesTrue([&] { return action->getTimes() > 10; }));
 }
 
-TEST(Thread, SuspendHoldsItUntilTheNextRun)
+TEST_F(Thread, SuspendHoldsItUntilTheNextRun)
 {
-    const tbRef<tbThread> thread = new tbThread;
-    const tbRef<FuncAction> action = new FuncAction;
-    thread->addAction(action.get());
-    thread->run();
-    ASSERT_TRUE(comesTrue([&] { return action->getTimes() > 0; }));
+    start();
     thread->suspend();
     EXPECT_EQ(thread->getState(), tbThread::STATE_SUSPENDED);
-    tbtest::sleep(20);
+    expectStandstill();
     const int times = action->getTimes();
-    tbtest::sleep(20);
-    EXPECT_EQ(action->getTimes(), times);
     thread->run();
     EXPECT_TRUE(comesTrue([&] { return action->getTimes() > times; }));
 }
 
-TEST(Thread, KilledItNeverRunsAgain)
+TEST_F(Thread, KilledItNeverRunsAgain)
 {
-    const tbRef<tbThread> thread = new tbThread;
-    const tbRef<FuncAction> action = new FuncAction;
-    thread->addAction(action.get());
-    thread->run();
-    ASSERT_TRUE(comesTrue([&] { return action->getTimes() > 0; }));
+    start();
     thread->kill();
     thread->kill();
     EXPECT_EQ(thread->getState(), tbThread::STATE_DEAD);
-    tbtest::sleep(20);
-    const int times = action->getTimes();
     thread->run();
     thread->suspend();
-    tbtest::sleep(20);
-    EXPECT_EQ(action->getTimes(), times);
+    expectStandstill();
     EXPECT_EQ(thread->getState(), tbThread::STATE_DEAD);
     EXPECT_FALSE(thread->setPriority(13));
 }
 
-TEST(Thread, DestructionEndsWaitsInsideTheKernel)
+TEST_F(Thread, DestructionEndsWaitsInsideTheKernel)
 {
     const tbRef<tbEvent> event = new tbEvent;
     const tbRef<tbSemaphore> semaphore = new tbSemaphore;
@@ -116,7 +128,6 @@ TEST(Thread, DestructionEndsWaitsInsideTheKernel)
     tbRef<tbThread> waitsForEvent = new tbThread;
     tbRef<tbThread> waitsForSemaphore = new tbThread;
     tbRef<tbThread> waitsForPass = new tbThread;
-    tbRef<tbThread> neverRun = new tbThread;
     waitsForEvent->addAction(new FuncAction(
         [&](tbBase*, tbEvent*)
         {
@@ -132,35 +143,31 @@ TEST(Thread, DestructionEndsWaitsInsideTheKernel)
             return true;
         }));
     waitsForPass->setThreadMode(tbThread::THREAD_WAIT);
-    for (const auto& thread : {waitsForEvent, waitsForSemaphore, waitsForPass})
-        thread->run();
+    for (const auto& waits : {waitsForEvent, waitsForSemaphore, waitsForPass})
+        waits->run();
     ASSERT_TRUE(comesTrue([&] { return entered == 2; }));
     tbtest::sleep(5);
-    for (auto* thread : {&waitsForEvent, &waitsForSemaphore, &waitsForPass, &neverRun})
-        thread->reset();
+    for (auto* ends : {&waitsForEvent, &waitsForSemaphore, &waitsForPass, &thread})
+        ends->reset();
     EXPECT_EQ(woken, 0);
 }
 
-TEST(Thread, ActionThatFailsEndsItWithOneMessage)
+TEST_F(Thread, ActionThatFailsEndsItWithOneMessage)
 {
-    const tbRef<tbThread> thread = new tbThread;
     thread->setName("ThreadTest");
-    const tbRef<FuncAction> works = new FuncAction;
     thread->addAction(new FuncAction([](tbBase*, tbEvent*) { return false; }));
-    thread->addAction(works.get());
+    thread->addAction(action.get());
     tbtest::expectMessage("Thread: ThreadTest died.  Error: 0");
     thread->run();
     EXPECT_TRUE(comesTrue([&] { return thread->getState() == tbThread::STATE_DEAD; }));
-    EXPECT_EQ(works->getTimes(), 1);
+    EXPECT_EQ(action->getTimes(), 1);
     EXPECT_FALSE(thread->apply(nullptr));
-    EXPECT_EQ(works->getTimes(), 2);
+    EXPECT_EQ(action->getTimes(), 2);
 }
 
-TEST(Thread, ApplyWithoutActionsIsTrue)
+TEST_F(Thread, ApplyWithoutActionsIsTrue)
 {
-    const tbRef<tbThread> thread = new tbThread;
     EXPECT_TRUE(thread->apply(nullptr));
-    const tbRef<FuncAction> action = new FuncAction;
     thread->addAction(action.get());
     thread->addAction(nullptr);
     EXPECT_EQ(action->getRefCount(), 2);
@@ -170,11 +177,9 @@ TEST(Thread, ApplyWithoutActionsIsTrue)
     EXPECT_EQ(thread->getNumActions(), 0);
 }
 
-TEST(Thread, ActionsMayRemoveThemselves)
+TEST_F(Thread, ActionsMayRemoveThemselves)
 {
     FuncAction* once = nullptr;
-    const tbRef<tbThread> thread = new tbThread;
-    const tbRef<FuncAction> counts = new FuncAction;
     once = new FuncAction(
         [&](tbBase*, tbEvent*)
         {
@@ -182,56 +187,47 @@ TEST(Thread, ActionsMayRemoveThemselves)
             return true;
         });
     thread->addAction(once);
-    thread->addAction(counts.get());
-    thread->run();
-    EXPECT_TRUE(comesTrue([&] { return counts->getTimes() > 2; }));
+    start();
+    EXPECT_TRUE(comesTrue([&] { return action->getTimes() > 2; }));
     EXPECT_EQ(thread->getNumActions(), 1);
+    thread.reset();
 }
 
-TEST(Thread, QueuedActionsRunOnceInOrder)
+TEST_F(Thread, QueuedActionsRunOnceInOrder)
 {
-    const tbRef<tbThread> thread = new tbThread;
-    std::string log;
+    std::string log, expected;
     std::atomic<int> done{0};
     for (int i = 0; i < 300; ++i)
     {
-        FuncAction* action = new FuncAction(
-            [&, i](tbBase* initiator, tbEvent*)
+        const char letter = char('a' + i % 26);
+        expected += letter;
+        thread->addActionToQueue(new FuncAction(
+            [&, letter, self = thread.get()](tbBase* initiator, tbEvent*)
             {
-                log += char('a' + i % 26);
+                log += letter;
                 done.fetch_add(1);
-                return initiator == thread.get();
-            });
-        thread->addActionToQueue(action);
+                return initiator == self;
+            }));
     }
-    std::string expected;
-    for (int i = 0; i < 300; ++i)
-        expected += char('a' + i % 26);
     thread->run();
     EXPECT_TRUE(comesTrue([&] { return done == 300; }));
     EXPECT_EQ(log, expected);
 }
 
-TEST(Thread, FlushWaitsForWhatWasQueuedBefore)
+TEST_F(Thread, FlushWaitsForWhatWasQueuedBefore)
 {
-    for (const auto mode : {tbThread::THREAD_YIELD, tbThread::THREAD_WAIT})
+    for (int round = 0; round < 100; ++round)
     {
-        const tbRef<tbThread> thread = new tbThread;
-        thread->setThreadMode(mode);
+        thread->setThreadMode(round < 50 ? tbThread::THREAD_YIELD : tbThread::THREAD_WAIT);
         thread->run();
-        for (int round = 0; round < 50; ++round)
-        {
-            const tbRef<FuncAction> action = new FuncAction;
-            thread->addActionToQueue(action.get());
-            thread->flushQueue();
-            ASSERT_EQ(action->getTimes(), 1);
-        }
+        thread->addActionToQueue(action.get());
+        thread->flushQueue();
+        ASSERT_EQ(action->getTimes(), round + 1);
     }
 }
 
-TEST(Thread, FlushOfAThreadThatCannotRunReturnsAtOnce)
+TEST_F(Thread, FlushOfAThreadThatCannotRunReturnsAtOnce)
 {
-    const tbRef<tbThread> thread = new tbThread;
     thread->flushQueue();
     thread->run();
     thread->suspend();
@@ -240,10 +236,9 @@ TEST(Thread, FlushOfAThreadThatCannotRunReturnsAtOnce)
     thread->flushQueue();
 }
 
-TEST(Thread, FlushEndsWhenTheThreadIsSuspendedMeanwhile)
+TEST_F(Thread, FlushEndsWhenTheThreadIsSuspendedMeanwhile)
 {
     std::atomic<bool> entered{false}, go{false};
-    const tbRef<tbThread> thread = new tbThread;
     thread->addActionToQueue(new FuncAction(
         [&](tbBase*, tbEvent*)
         {
@@ -257,9 +252,10 @@ TEST(Thread, FlushEndsWhenTheThreadIsSuspendedMeanwhile)
     thread->suspend();
     flushes.join();
     go = true;
+    thread.reset();
 }
 
-TEST(Thread, ThreadsThatFlushEachOtherDoNotBlock)
+TEST_F(Thread, ThreadsThatFlushEachOtherDoNotBlock)
 {
     std::atomic<bool> stop{false};
     const tbRef<tbThread> threads[] = {new tbThread, new tbThread};
@@ -275,8 +271,8 @@ TEST(Thread, ThreadsThatFlushEachOtherDoNotBlock)
             });
         threads[i]->addAction(actions[i].get());
     }
-    for (const auto& thread : threads)
-        thread->run();
+    for (const auto& each : threads)
+        each->run();
     EXPECT_TRUE(comesTrue([&] { return actions[0]->getTimes() > 20 && actions[1]->getTimes() > 20; }));
     stop = true;
     const int times[] = {actions[0]->getTimes(), actions[1]->getTimes()};
@@ -284,22 +280,15 @@ TEST(Thread, ThreadsThatFlushEachOtherDoNotBlock)
         [&] { return actions[0]->getTimes() > times[0] + 1 && actions[1]->getTimes() > times[1] + 1; }));
 }
 
-TEST(Thread, PostedFlushRequestCanBeWaitedFor)
+TEST_F(Thread, PostedFlushRequestCanBeWaitedForAlsoWhenItIsDropped)
 {
-    const tbRef<tbThread> thread = new tbThread;
-    const tbRef<FuncAction> action = new FuncAction;
     const tbRef<tbFlushThread> request = new tbFlushThread;
     thread->addActionToQueue(action.get());
     thread->addActionToQueue(request.get());
     thread->run();
     request->waitForSyncToFinish();
     EXPECT_EQ(action->getTimes(), 1);
-}
-
-TEST(Thread, DroppedFlushRequestHoldsNobodyUp)
-{
-    tbRef<tbThread> thread = new tbThread;
-    const tbRef<tbFlushThread> request = new tbFlushThread;
+    thread = new tbThread;
     thread->addActionToQueue(request.get());
     thread.reset();
     request->waitForSyncToFinish();
@@ -310,58 +299,53 @@ TEST(Thread, DroppedFlushRequestHoldsNobodyUp)
     EXPECT_EQ(request->getRefCount(), 1);
 }
 
-TEST(Thread, MayBeDeletedByItsOwnAction)
+TEST_F(Thread, MayBeDeletedByItsOwnAction)
 {
     std::atomic<bool> started{false}, deleted{false};
-    tbThread* thread = new tbThread;
-    thread->ref();
     thread->addActionToQueue(new FuncAction(
-        [&](tbBase* initiator, tbEvent*)
+        [&](tbBase*, tbEvent*)
         {
             comesTrue([&] { return started.load(); });
-            initiator->unRef();
+            thread.reset();
             deleted = true;
             return true;
         }));
-    const tbRef<FuncAction> action = new FuncAction;
     thread->addAction(action.get());
     thread->run();
     started = true;
     EXPECT_TRUE(comesTrue([&] { return deleted.load() && action->getRefCount() == 1; }));
 }
 
-TEST(Thread, EndsWithTheLocksThatItHeld)
+TEST_F(Thread, EndsWithTheLocksThatItHeld)
 {
     const tbRef<tbLock> lock = new tbLock;
-    {
-        const tbRef<tbThread> thread = new tbThread;
-        thread->addInitAction(new FuncAction(
-            [&](tbBase*, tbEvent*)
-            {
-                lock->acquire();
-                return true;
-            }));
-        thread->run();
-        thread->flushQueue();
-        EXPECT_FALSE(lock->available());
-    }
+    thread->addInitAction(new FuncAction(
+        [&](tbBase*, tbEvent*)
+        {
+            lock->acquire();
+            return true;
+        }));
+    thread->run();
+    thread->flushQueue();
+    EXPECT_FALSE(lock->available());
+    thread.reset();
     EXPECT_TRUE(lock->available());
     lock->release();
 }
 
-TEST(Thread, AdoptedItStandsForTheCallingThread)
+TEST_F(Thread, AdoptedItStandsForTheCallingThread)
 {
     std::thread(
-        []
+        [&]
         {
             EXPECT_EQ(tbThread::getCurrentThread(), nullptr);
-            tbRef<tbThread> thread = new tbThread(true);
+            EXPECT_FALSE(tbInAppThread());
+            thread = new tbThread(true);
             EXPECT_EQ(tbThread::getCurrentThread(), thread.get());
             EXPECT_TRUE(thread->inCurrentThread());
             EXPECT_TRUE(thread->isAdopted());
             EXPECT_EQ(thread->getState(), tbThread::STATE_RUNNING);
             EXPECT_NE(thread->getTravContext(), nullptr);
-            const tbRef<FuncAction> action = new FuncAction;
             thread->addActionToQueue(action.get());
             thread->flushQueue();
             EXPECT_EQ(action->getTimes(), 1);
@@ -371,16 +355,15 @@ TEST(Thread, AdoptedItStandsForTheCallingThread)
         .join();
 }
 
-TEST(Thread, AdoptedItIsDeadWhenItsThreadHasEnded)
+TEST_F(Thread, AdoptedItIsDeadWhenItsThreadHasEnded)
 {
-    tbRef<tbThread> thread;
     std::thread([&] { thread = new tbThread(true); }).join();
     EXPECT_EQ(thread->getState(), tbThread::STATE_DEAD);
     thread->flushQueue();
     EXPECT_FALSE(thread->setProcessors(1));
 }
 
-TEST(Thread, ApplicationThreadIsTheOneThatLoadedTheLibrary)
+TEST_F(Thread, ApplicationThreadIsTheOneThatLoadedTheLibrary)
 {
     ASSERT_NE(tbGetAppThread(), nullptr);
     EXPECT_EQ(tbThread::getCurrentThread(), tbGetAppThread());
@@ -388,9 +371,8 @@ TEST(Thread, ApplicationThreadIsTheOneThatLoadedTheLibrary)
     EXPECT_TRUE(tbInAppThread());
 }
 
-TEST(Thread, PriorityAndProcessorsAreWhatTheSystemAccepts)
+TEST_F(Thread, PriorityAndProcessorsAreWhatTheSystemAccepts)
 {
-    const tbRef<tbThread> thread = new tbThread;
     for (const int outside : {-1, 32, 1000})
         EXPECT_FALSE(thread->setPriority(outside));
     EXPECT_TRUE(thread->setPriority(13));
@@ -400,12 +382,11 @@ TEST(Thread, PriorityAndProcessorsAreWhatTheSystemAccepts)
     EXPECT_FALSE(thread->setProcessors(0));
 }
 
-TEST(Thread, KillAndSuspendAtAnyMoment)
+TEST_F(Thread, KillAndSuspendAtAnyMoment)
 {
     for (int round = 0; round < 60; ++round)
     {
-        const tbRef<tbThread> thread = new tbThread;
-        const tbRef<FuncAction> action = new FuncAction;
+        thread = new tbThread;
         thread->setThreadMode(round % 2 ? tbThread::THREAD_WAIT : tbThread::THREAD_YIELD);
         thread->addAction(action.get());
         for (int i = 0; i < round % 7; ++i)

@@ -50,14 +50,18 @@ protected:
     }
     void TearDown() override
     {
-        for (const auto& thread : made)
-            while (tbThread* above = thread->getUpstreamThread(0))
-                above->removeDownstreamThread(thread.get());
-        made.clear();
+        detachAll();
         app->processQueue(true);
         EXPECT_EQ(tbThread::getTotalDownstreamThreads(), 0);
         EXPECT_EQ(tbBase::getNumPendingDeletions(), 0);
         EXPECT_EQ(alive, 0);
+    }
+    void detachAll()
+    {
+        for (const auto& thread : made)
+            while (tbThread* above = thread->getUpstreamThread(0))
+                above->removeDownstreamThread(thread.get());
+        made.clear();
     }
     tbRef<tbThread> make()
     {
@@ -145,16 +149,13 @@ TEST_F(ThreadTree, DeletionPassesEveryQueueOnce)
     const ThreadTreeTestObject* object = drop();
     EXPECT_EQ(object->getRefCount(), -3);
     EXPECT_EQ(tbBase::getNumPendingDeletions(), 1);
-    first->processQueue(false);
-    EXPECT_EQ(object->getRefCount(), -3);
-    app->processQueue(false);
-    EXPECT_EQ(object->getRefCount(), -2);
-    second->processQueue(false);
-    EXPECT_EQ(object->getRefCount(), -1);
-    app->processQueue(false);
-    EXPECT_EQ(object->getRefCount(), -1);
-    first->processQueue(false);
-    EXPECT_EQ(object->getRefCount(), 0);
+    const std::pair<tbThread*, int> passes[] = {
+        {first.get(), -3}, {app, -2}, {second.get(), -1}, {app, -1}, {first.get(), 0}};
+    for (const auto& [thread, count] : passes)
+    {
+        thread->processQueue(false);
+        EXPECT_EQ(object->getRefCount(), count);
+    }
     EXPECT_EQ(tbBase::getNumPendingDeletions(), 1);
     EXPECT_EQ(alive, 1);
     app->processQueue(false);
@@ -173,13 +174,11 @@ TEST_F(ThreadTree, DeletionGoesOnceDownEachAttachment)
     shared->addDownstreamThread(leaf.get());
     const ThreadTreeTestObject* object = drop();
     EXPECT_EQ(object->getRefCount(), -6);
-    app->processQueue(true);
-    right->processQueue(true);
-    shared->processQueue(true);
-    leaf->processQueue(true);
+    for (tbThread* thread : {app, right.get(), shared.get(), leaf.get()})
+        thread->processQueue(true);
     EXPECT_EQ(object->getRefCount(), -3);
-    left->processQueue(true);
-    shared->processQueue(true);
+    for (const auto& thread : {left, shared})
+        thread->processQueue(true);
     EXPECT_EQ(object->getRefCount(), -1);
     leaf->processQueue(true);
     EXPECT_EQ(object->getRefCount(), 0);
@@ -341,10 +340,7 @@ TEST_F(ThreadTree, NothingIsLostUnderLoad)
     drops.join();
     for (const auto& thread : made)
         thread->kill();
-    for (const auto& thread : made)
-        while (tbThread* above = thread->getUpstreamThread(0))
-            above->removeDownstreamThread(thread.get());
-    made.clear();
+    detachAll();
     EXPECT_TRUE(comesTrue(
         [&]
         {
