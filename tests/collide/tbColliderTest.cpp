@@ -3,11 +3,9 @@
 #include <tamber/collide/tbColliderMask.h>
 #include <tamber/collide/tbColliderTarget.h>
 #include <tamber/collide/tbSphereFence.h>
-#include <tamber/graph/tbModel.h>
 #include <tamber/math/tbQuat.h>
 #include <tamber/thread/tbEvent.h>
 #include <tamber/trav/tbTravPath.h>
-#include <tamber/volume/tbBox.h>
 #include <tamber/volume/tbSphere.h>
 #include <tests/support/Matrices.h>
 #include <tests/support/Messages.h>
@@ -19,7 +17,6 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <vector>
 
 namespace
 {
@@ -58,6 +55,12 @@ Wall* addWall(tbGroup* parent, float y)
     return wall;
 }
 
+class Collider : public testing::Test
+{
+protected:
+    tbtest::TestScene scene;
+};
+
 tbRef<tbCollider> withRay(float length, tbCollider::RAY_HIT_MODE mode = tbCollider::RAY_HIT_NEAREST)
 {
     tbRef<tbCollider> collider(new tbCollider);
@@ -69,9 +72,8 @@ tbRef<tbCollider> withRay(float length, tbCollider::RAY_HIT_MODE mode = tbCollid
 
 } // namespace
 
-TEST(Collider, ModesKeepTheNearestTheFarthestOrTheLastHit)
+TEST_F(Collider, ModesKeepTheNearestTheFarthestOrTheLastHit)
 {
-    tbtest::TestScene scene;
     Wall* far = addWall(scene, 7);
     Wall* near = addWall(scene, 3);
     scene.update();
@@ -95,9 +97,8 @@ TEST(Collider, ModesKeepTheNearestTheFarthestOrTheLastHit)
     EXPECT_EQ(withRay(10)->intersect(nullptr), 0);
 }
 
-TEST(Collider, RaysAreShortenedByTheirHits)
+TEST_F(Collider, RaysAreShortenedByTheirHits)
 {
-    tbtest::TestScene scene;
     addWall(scene, 3);
     const Wall* behind = addWall(scene, 5);
     scene.update();
@@ -107,9 +108,8 @@ TEST(Collider, RaysAreShortenedByTheirHits)
     EXPECT_EQ(behind->tested, 0);
 }
 
-TEST(Collider, EventsFireOncePerWalkOrAtEveryHit)
+TEST_F(Collider, EventsFireOncePerWalkOrAtEveryHit)
 {
-    tbtest::TestScene scene;
     addWall(scene, 7);
     addWall(scene, 3);
     scene.update();
@@ -124,9 +124,8 @@ TEST(Collider, EventsFireOncePerWalkOrAtEveryHit)
     EXPECT_EQ(action->getTimes(), 1 + 4);
 }
 
-TEST(Collider, PlacementCarriesTheRays)
+TEST_F(Collider, PlacementCarriesTheRays)
 {
-    tbtest::TestScene scene;
     tbTransform* big = scene.addTransform(nullptr, 0, 0, 0);
     big->setMatrix(tbtest::scaling(2, 2, 2));
     addWall(big, 2);
@@ -145,9 +144,8 @@ TEST(Collider, PlacementCarriesTheRays)
     EXPECT_EQ(collider->intersect(scene), 1);
 }
 
-TEST(Collider, SavesWhatItIsAskedForOneWay)
+TEST_F(Collider, SavesWhatItIsAskedForOneWay)
 {
-    tbtest::TestScene scene;
     Wall* wall = addWall(scene, 3);
     wall->setName("wall");
     scene.update();
@@ -166,9 +164,8 @@ TEST(Collider, SavesWhatItIsAskedForOneWay)
     EXPECT_NE(hit.path, collider->getRayHit(0)->path);
 }
 
-TEST(Collider, VolumesTouchAndCount)
+TEST_F(Collider, VolumesTouchAndCount)
 {
-    tbtest::TestScene scene;
     addWall(scene, 3);
     scene.update();
     const tbRef<tbCollider> collider(new tbCollider);
@@ -187,9 +184,8 @@ TEST(Collider, VolumesTouchAndCount)
     EXPECT_EQ(collider->intersect(scene), 0);
 }
 
-TEST(Collider, BuildsItsVolumeAroundRaysThatEnd)
+TEST_F(Collider, BuildsItsVolumeAroundRaysThatEnd)
 {
-    tbtest::TestScene scene;
     addWall(scene, 3);
     scene.update();
     const tbRef<tbCollider> collider(new tbCollider);
@@ -206,9 +202,8 @@ TEST(Collider, BuildsItsVolumeAroundRaysThatEnd)
     EXPECT_EQ(collider->getLocalVolume(), nullptr);
 }
 
-TEST(Collider, MasksAndTargetsFilterSubtrees)
+TEST_F(Collider, MasksAndTargetsFilterSubtrees)
 {
-    tbtest::TestScene scene;
     auto* style = new tbStyle;
     auto* mask = new tbColliderMask;
     mask->setMask(0x4);
@@ -223,9 +218,8 @@ TEST(Collider, MasksAndTargetsFilterSubtrees)
     EXPECT_EQ(collider->intersect(scene), 0);
 }
 
-TEST(Collider, FencesKeepRaysFromWhatLiesBelow)
+TEST_F(Collider, FencesKeepRaysFromWhatLiesBelow)
 {
-    tbtest::TestScene scene;
     auto* fence = new tbSphereFence;
     scene->addChild(fence);
     const Wall* aside = addWall(fence, 3);
@@ -248,9 +242,8 @@ TEST(Collider, FencesKeepRaysFromWhatLiesBelow)
     EXPECT_EQ(aside->tested, 1); // no fence and no transform was asked
 }
 
-TEST(Collider, NestedWalksOnOneContextDoNothing)
+TEST_F(Collider, NestedWalksOnOneContextDoNothing)
 {
-    tbtest::TestScene scene;
     addWall(scene, 3);
     scene.update();
     const tbRef<tbCollider> collider = withRay(10, tbCollider::RAY_HIT_ALL);
@@ -265,9 +258,8 @@ TEST(Collider, NestedWalksOnOneContextDoNothing)
     EXPECT_EQ(nested, 0);
 }
 
-TEST(Collider, RaysThatAreNoNumbersHitNothing)
+TEST_F(Collider, RaysThatAreNoNumbersHitNothing)
 {
-    tbtest::TestScene scene;
     addWall(scene, 3);
     scene.update();
     constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
@@ -282,7 +274,7 @@ TEST(Collider, RaysThatAreNoNumbersHitNothing)
     collider->generateRayHit(99, scene, tbVec3(0, 0, 0), 1, 0, 0);
 }
 
-TEST(Collider, ComesBackFromAFile)
+TEST_F(Collider, ComesBackFromAFile)
 {
     const tbRef<tbCollider> collider = withRay(4.5f, tbCollider::RAY_HIT_FARTHEST);
     collider->setXYZ(1, 2, 3);

@@ -33,7 +33,6 @@ class OpenArray : public tbGrowableArray
 {
 public:
     OpenArray() : tbGrowableArray(tbArray::SHORT) {}
-    OpenArray(int number, DATA_TYPE type) : tbGrowableArray(number, type) {}
     using tbGrowableArray::setUsed;
 };
 
@@ -146,32 +145,24 @@ TEST(Array, DamagedArraysAreNull)
     EXPECT_EQ(empty->getNum(), 0);
 }
 
-TEST(GrowableArray, GrowsAndFindsAmongTheUsed)
+TEST(GrowableArray, FindsAmongTheUsedAndRemovalMovesOneByteForEachFollowingElement)
 {
     OpenArray array;
     array.grow(0);
     EXPECT_EQ(array.getCapacity(), 1);
     array.grow(4);
     EXPECT_EQ(array.getNum(), 0);
-    number(array);
-    const auto* elements = static_cast<const short*>(array.getData());
+    auto* elements = static_cast<short*>(array.getData());
+    std::memcpy(elements, "\1\2\3\4\5\6\7\10", 8);
     EXPECT_EQ(array.getIndex(&elements[2]), -1) << "not in use";
     array.setUsed(4);
     EXPECT_EQ(array.getIndex(&elements[2]), 2);
-    array.grow(2);
-    EXPECT_EQ(array.getNum(), 2);
-}
-
-TEST(GrowableArray, RemovalMovesOneByteForEachFollowingElement)
-{
-    OpenArray array(4, tbArray::SHORT);
-    auto* bytes = static_cast<unsigned char*>(array.getData());
-    std::memcpy(bytes, "\1\2\3\4\5\6\7\10", 8);
-    array.setUsed(4);
-    const short first = static_cast<short*>(array.getData())[0];
+    const short first = elements[0];
     array.removeElem(&first);
     EXPECT_EQ(array.getNum(), 3);
-    EXPECT_EQ(std::memcmp(bytes, "\3\4\5\4\5\6\7\10", 8), 0);
+    EXPECT_EQ(std::memcmp(elements, "\3\4\5\4\5\6\7\10", 8), 0);
+    array.grow(2);
+    EXPECT_EQ(array.getNum(), 2);
 }
 
 TEST(TArray, AppendsItsOwnElements)

@@ -1,10 +1,10 @@
 #include <tamber/containers/tbIterator.h>
 
+#include <tests/support/Threads.h>
+
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <limits>
-#include <thread>
 #include <vector>
 
 namespace
@@ -28,25 +28,25 @@ tbIterator byFrames(int items, int framesPerItem, tbIterator::CYCLE cycle)
     return iterator;
 }
 
-void wait(int milliseconds)
-{
-    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
-}
-
 } // namespace
 
 TEST(Iterator, WrapsStopsOrTurnsRoundAtTheEnds)
 {
-    tbIterator wrap = byFrames(3, 1, tbIterator::CYCLE_WRAP);
-    EXPECT_EQ(frames(wrap, 7), (std::vector<int>{0, 1, 2, 0, 1, 2, 0}));
-    tbIterator turn = byFrames(3, 1, tbIterator::CYCLE_REVERSE);
-    EXPECT_EQ(frames(turn, 8), (std::vector<int>{0, 1, 2, 1, 0, 1, 2, 1}));
-    tbIterator single = byFrames(1, 1, tbIterator::CYCLE_REVERSE);
-    EXPECT_EQ(frames(single, 4), (std::vector<int>{0, 0, 0, 0}));
-    tbIterator stop = byFrames(2, 1, tbIterator::CYCLE_STOP);
-    EXPECT_EQ(frames(stop, 2), (std::vector<int>{0, -1}));
-    tbIterator unknown = byFrames(2, 1, tbIterator::CYCLE(7));
-    EXPECT_EQ(frames(unknown, 2), (std::vector<int>{0, -1}));
+    const struct
+    {
+        int items;
+        tbIterator::CYCLE cycle;
+        std::vector<int> shown;
+    } cases[] = {{3, tbIterator::CYCLE_WRAP, {0, 1, 2, 0, 1, 2, 0}},
+                 {3, tbIterator::CYCLE_REVERSE, {0, 1, 2, 1, 0, 1, 2, 1}},
+                 {1, tbIterator::CYCLE_REVERSE, {0, 0, 0, 0}},
+                 {2, tbIterator::CYCLE_STOP, {0, -1}},
+                 {2, tbIterator::CYCLE(7), {0, -1}}};
+    for (const auto& c : cases)
+    {
+        tbIterator iterator = byFrames(c.items, 1, c.cycle);
+        EXPECT_EQ(frames(iterator, int(c.shown.size())), c.shown) << c.items << ' ' << c.cycle;
+    }
 }
 
 TEST(Iterator, ShowsEachItemForItsFramesInEitherDirection)
@@ -57,13 +57,9 @@ TEST(Iterator, ShowsEachItemForItsFramesInEitherDirection)
     iterator.setDirection(tbIterator::BACKWARD);
     iterator.reset();
     EXPECT_EQ(frames(iterator, 6), (std::vector<int>{2, 1, 1, 1, 0, 2}));
-}
-
-TEST(Iterator, ItemsWithoutFramesArePassedOver)
-{
-    tbIterator iterator = byFrames(2, 1, tbIterator::CYCLE_WRAP);
-    iterator.setItemFrameCount(0, 0);
-    EXPECT_EQ(frames(iterator, 4), (std::vector<int>{0, 1, 1, 1}));
+    iterator.setItemFrameCount(0, 0); // passed over
+    iterator.reset();
+    EXPECT_EQ(frames(iterator, 5), (std::vector<int>{2, 1, 1, 1, 2}));
 }
 
 TEST(Iterator, TotalsAreSharedAndKeptWhenTheNumberChanges)
@@ -87,10 +83,10 @@ TEST(Iterator, GoesOnByTheClock)
     iterator.setItemTime(0.4f); // long against what a busy machine stalls
     EXPECT_EQ(iterator.update(), 0);
     EXPECT_EQ(iterator.update(), 0);
-    wait(450);
+    tbtest::sleep(450);
     EXPECT_EQ(iterator.update(), 1);
     iterator.pause();
-    wait(10);
+    tbtest::sleep(10);
     EXPECT_EQ(iterator.update(), 1);
 }
 
@@ -106,7 +102,7 @@ TEST(Iterator, TimesOfAnyKindEndEveryUpdate)
             iterator.setNumItems(4);
             iterator.setItemTime(time);
             iterator.update();
-            wait(1);
+            tbtest::sleep(1);
             const int shown = iterator.update();
             EXPECT_TRUE(shown >= 0 && shown < 4) << time;
         }

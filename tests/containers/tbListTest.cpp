@@ -1,6 +1,7 @@
 #include <tamber/containers/tbList.h>
 
 #include <tamber/kernel/tbArena.h>
+#include <tests/support/RandomValues.h>
 
 #include <gtest/gtest.h>
 
@@ -18,18 +19,6 @@ int* item(std::size_t i)
 
 } // namespace
 
-TEST(List, DoublesItsSlotsAsItGrows)
-{
-    tbTList<int*> list;
-    std::vector<int> capacities;
-    for (std::size_t i = 0; i < 6; ++i)
-    {
-        list.add(item(i));
-        capacities.push_back(list.getCapacity());
-    }
-    EXPECT_EQ(capacities, (std::vector<int>{2, 2, 4, 4, 8, 8}));
-}
-
 TEST(List, FollowsAReferenceThroughRandomEdits)
 {
     tbArena unused, arena; // the arena of index 0 makes heap lists
@@ -37,9 +26,8 @@ TEST(List, FollowsAReferenceThroughRandomEdits)
     {
         tbTList<int*> list(0, where);
         std::vector<int*> reference;
-        unsigned random = 1;
-        auto next = [&](std::size_t n)
-        { return std::size_t((random = random * 1664525u + 1013904223u) >> 8) % n; };
+        tbtest::Random random(1);
+        auto next = [&](std::size_t n) { return std::size_t(random.index(int(n))); };
         for (int step = 0; step < 3000; ++step)
         {
             int* p = item(next(64));
@@ -91,11 +79,14 @@ TEST(List, FollowsAReferenceThroughRandomEdits)
     }
 }
 
-TEST(List, InsertBeyondTheEndLeavesAGap)
+TEST(List, InsertBeyondTheEndLeavesAGapAndReplacingWhatIsAbsentNothing)
 {
     tbTList<int*> list;
+    list.replace(item(5), item(2));
+    EXPECT_EQ(list.getNum(), 0);
     list.insert(5, item(1));
     EXPECT_EQ(list.getNum(), 6);
+    list.replace(item(5), item(2));
     EXPECT_EQ(list[5], item(1));
     EXPECT_FALSE(list.checkRemoveIndex(-1));
     EXPECT_FALSE(list.checkRemoveIndex(6));
@@ -115,17 +106,6 @@ TEST(List, CountNeverRunsIntoTheArenasBits)
     EXPECT_FALSE(list.isArenaList());
 }
 
-TEST(List, ReplacingWhatIsAbsentWritesNowhere)
-{
-    tbTList<int*> list;
-    list.add(item(1));
-    list.replace(item(5), item(2));
-    EXPECT_EQ(list[0], item(1));
-    tbTList<int*> empty;
-    empty.replace(item(5), item(2));
-    EXPECT_EQ(empty.getNum(), 0);
-}
-
 TEST(List, OnTheHeapCountsAsMemoryOfTheLibrary)
 {
     const std::size_t before = tbMemory::getSize();
@@ -135,17 +115,20 @@ TEST(List, OnTheHeapCountsAsMemoryOfTheLibrary)
     EXPECT_EQ(tbMemory::getSize(), before);
 }
 
-TEST(List, SetSizeCutsTheCountAndGivesStorageBack)
+TEST(List, DoublesItsSlotsAndSetSizeGivesThemBack)
 {
-    tbTList<int*> list(16);
-    for (std::size_t i = 0; i < 10; ++i)
-        list.add(item(i));
-    list.setSize(4);
-    EXPECT_EQ(list.getNum(), 4);
-    EXPECT_EQ(list.getCapacity(), 4);
-    list.setSize(0);
-    EXPECT_EQ(list.getNum(), 0);
-    EXPECT_EQ(list.getCapacity(), 0);
+    tbTList<int*> list;
+    for (const int slots : {2, 2, 4, 4, 8, 8})
+    {
+        list.add(item(std::size_t(slots)));
+        EXPECT_EQ(list.getCapacity(), slots);
+    }
+    for (const int size : {4, 0})
+    {
+        list.setSize(size);
+        EXPECT_EQ(list.getNum(), size);
+        EXPECT_EQ(list.getCapacity(), size);
+    }
     EXPECT_EQ(list.add(item(3)), 0);
 }
 

@@ -3,14 +3,12 @@
 #include <portable/tbMesh.h>
 #include <tamber/collide/tbCollider.h>
 #include <tamber/render/tbVertexArray.h>
-#include <tests/support/Messages.h>
 #include <tests/support/Near.h>
 #include <tests/support/RandomValues.h>
 #include <tests/support/TestScene.h>
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstring>
 #include <limits>
 #include <vector>

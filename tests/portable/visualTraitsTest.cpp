@@ -2,15 +2,14 @@
 #include <portable/tbFaceCull.h>
 #include <portable/tbMaterial.h>
 #include <portable/tbTexture.h>
-#include <tamber/io/tbLoader.h>
 #include <tamber/kernel/tbArena.h>
 #include <tamber/kernel/tbRef.h>
-#include <tamber/render/tbStyle.h>
 #include <tamber/trav/tbTravContext.h>
 
-#include <tests/support/Messages.h>
+#include <tests/support/SavedCopy.h>
 
 #include <cmath>
+#include <functional>
 
 #include <gtest/gtest.h>
 
@@ -58,63 +57,51 @@ tbFaceCull* makeFaceCull()
     return cull;
 }
 
-using MakeTrait = tbVisualTrait* (*)();
-
-template <auto make>
-tbVisualTrait* asTrait()
-{
-    return make();
-}
-
-class VisualTraits : public testing::TestWithParam<MakeTrait>
-{
-protected:
-    tbRef<tbVisualTrait> trait = GetParam()();
-};
+const std::function<tbVisualTrait*()> MAKERS[] = {makeMaterial, makeTexture, makeImageFile, makeBlend,
+                                                  makeFaceCull};
 } // namespace
 
-TEST_P(VisualTraits, EqualTheirCopiesAndNotTheirDefaults)
+TEST(VisualTraits, EqualTheirCopiesAndNotTheirDefaults)
 {
-    const tbRef<tbVisualTrait> copy = static_cast<tbVisualTrait*>(trait->createCopy());
-    const tbRef<tbVisualTrait> other =
-        static_cast<tbVisualTrait*>(tbType::createInstance(trait->getType()->getName()));
-    EXPECT_TRUE(trait->isEqual(copy.get()));
-    EXPECT_FALSE(trait->isEqual(other.get()));
-    EXPECT_FALSE(trait->isEqual(nullptr));
-    copy->setApplyMode(tbTrait::OVERRIDE);
-    EXPECT_FALSE(trait->isEqual(copy.get()));
+    for (const auto& make : MAKERS)
+    {
+        const tbRef<tbVisualTrait> trait = make();
+        const tbType* type = trait->getType();
+        const tbRef<tbTrait> copy = static_cast<tbTrait*>(trait->createCopy());
+        const tbRef<tbTrait> other = static_cast<tbTrait*>(tbType::createInstance(type->getName()));
+        EXPECT_TRUE(trait->isEqual(copy.get())) << type->getName();
+        EXPECT_FALSE(trait->isEqual(other.get()) || trait->isEqual(nullptr)) << type->getName();
+        copy->setApplyMode(tbTrait::OVERRIDE);
+        EXPECT_FALSE(trait->isEqual(copy.get())) << type->getName();
+    }
 }
 
-TEST_P(VisualTraits, ComeBackFromAFile)
+TEST(VisualTraits, ComeBackFromAFile)
 {
-    const tbRef<tbStyle> style = new tbStyle;
-    trait->setApplyMode(tbTrait::FORCE);
-    style->addTrait(trait.get());
-    ASSERT_TRUE(tbLoader::exportFile(style.get(), "trait.tb"));
-
-    tbtest::allowMessages();
-    const tbRef<tbStyle> again = tbStyle::import("trait.tb");
-    ASSERT_TRUE(again && again->getNumVisualTraits() == 1);
-    EXPECT_TRUE(trait->isEqual(again->getVisualTrait(0)));
+    for (const auto& make : MAKERS)
+    {
+        const tbRef<tbVisualTrait> trait = make();
+        trait->setApplyMode(tbTrait::FORCE);
+        EXPECT_TRUE(trait->isEqual(tbtest::savedCopy(trait.get()).get())) << trait->getType()->getName();
+    }
 }
 
-TEST_P(VisualTraits, MakeDisposableCopiesThatOutliveThem)
+TEST(VisualTraits, MakeDisposableCopiesThatOutliveThem)
 {
     tbArena arena(65536);
-    const int instances = trait->getType()->getNum(false);
-    auto* copy = static_cast<tbVisualTrait*>(trait->createDisposableCopy(&arena));
-    ASSERT_NE(copy, nullptr);
-    EXPECT_EQ(trait->getType()->getNum(false), instances);
+    for (const auto& make : MAKERS)
+    {
+        tbRef<tbVisualTrait> trait = make();
+        const tbType* type = trait->getType();
+        const int instances = type->getNum(false);
+        auto* copy = static_cast<tbVisualTrait*>(trait->createDisposableCopy(&arena));
+        ASSERT_NE(copy, nullptr) << type->getName();
+        EXPECT_EQ(type->getNum(false), instances);
 
-    trait.reset();
-    const tbRef<tbVisualTrait> same = GetParam()();
-    EXPECT_TRUE(copy->isEqual(same.get()));
+        trait = make();
+        EXPECT_TRUE(copy->isEqual(trait.get())) << type->getName();
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Portable, VisualTraits,
-                         testing::Values(&asTrait<makeMaterial>, &asTrait<makeTexture>,
-                                         &asTrait<makeImageFile>, &asTrait<makeBlend>,
-                                         &asTrait<makeFaceCull>));
 
 TEST(Material, RefusesWhatIsNoColor)
 {

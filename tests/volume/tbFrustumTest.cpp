@@ -1,7 +1,6 @@
 #include <tamber/volume/tbFrustum.h>
 
 #include <tamber/volume/tbBox.h>
-#include <tamber/volume/tbRay.h>
 #include <tamber/volume/tbSphere.h>
 #include <tests/support/Near.h>
 #include <tests/support/RandomValues.h>

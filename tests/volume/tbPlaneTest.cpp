@@ -4,13 +4,10 @@
 #include <tamber/volume/tbRay.h>
 #include <tamber/volume/tbSphere.h>
 #include <tests/support/Matrices.h>
-#include <tests/support/Near.h>
 #include <tests/support/RandomValues.h>
 #include <tests/support/RootScope.h>
 
 #include <gtest/gtest.h>
-
-using tbtest::near;
 
 TEST(Plane, NormalisesItsNormalAndKeepsItsOffset)
 {

@@ -1,7 +1,6 @@
 #include <tamber/volume/tbSphere.h>
 
 #include <tamber/volume/tbBox.h>
-#include <tamber/volume/tbPlane.h>
 #include <tamber/volume/tbRay.h>
 #include <tests/support/Matrices.h>
 #include <tests/support/Near.h>
