@@ -144,20 +144,6 @@ TEST_F(SaveFault, ReadsGiveAllOrAnError)
           });
 }
 
-TEST_F(SaveFault, FileThatShrinksWhileOpenIsAReadError)
-{
-    ASSERT_TRUE(file.create(path.c_str()) && fill(file));
-    for (const int left : {0, 96, 1000, 400'000})
-    {
-        ASSERT_TRUE(file.create(path.c_str()) && fill(file));
-        ASSERT_TRUE(file.open(path.c_str(), "r"));
-        std::filesystem::resize_file(path, std::uintmax_t(left));
-        EXPECT_FALSE(file.readEntry(file.getEntry(3))) << left;
-        EXPECT_EQ(file.getLastError(), tbFile::FILE_READ_ERROR);
-        file.close();
-    }
-}
-
 TEST_F(SaveFault, SettingsAreNeverLost)
 {
     const std::string settings = directory.path("settings.ini");

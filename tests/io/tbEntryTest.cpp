@@ -69,19 +69,6 @@ TEST_F(Entry, ValuesComeBackAsTheyWereWritten)
     EXPECT_EQ(entry->getRemaining(), 0);
 }
 
-TEST_F(Entry, IntegersAndFloatsStandAtFourAndDoublesAtEight)
-{
-    entry->writeByte(1);
-    entry->writeInt(2);
-    entry->writeShort(3);
-    entry->writeFloat(0);
-    entry->writeByte(4);
-    entry->writeDouble(0);
-    EXPECT_EQ(entry->getDataSize(), 32);
-    EXPECT_EQ(data().substr(1, 3), std::string(3, '\0'));
-    EXPECT_EQ(data(), tbtest::Record().byte(1).integer(2).word(3).number(0).byte(4).wide(0).get());
-}
-
 TEST_F(Entry, WritingOverOldDataKeepsWhatLiesBehind)
 {
     for (int i = 0; i < 4; ++i)
@@ -92,17 +79,21 @@ TEST_F(Entry, WritingOverOldDataKeepsWhatLiesBehind)
     EXPECT_EQ(data(), tbtest::Record().integer(9).integer(1).integer(2).integer(3).get());
 }
 
-TEST_F(Entry, GrowsToAnyLengthWithZerosInItsGaps)
+TEST_F(Entry, IntegersAndFloatsStandAtFourAndDoublesAtEightWithZerosInTheGaps)
 {
-    std::string expected;
-    for (int i = 0; i < 20000; ++i)
+    tbtest::Record expected;
+    for (int i = 0; i < 10000; ++i) // grows many times
     {
         entry->writeByte(1);
+        entry->writeInt(2);
+        entry->writeShort(3);
+        entry->writeFloat(0);
+        entry->writeByte(4);
         entry->writeDouble(1);
+        expected.byte(1).integer(2).word(3).number(0).byte(4).wide(1);
     }
-    for (int i = 0; i < 20000; ++i)
-        expected += tbtest::Record().byte(1).wide(1).get();
-    EXPECT_EQ(data(), expected);
+    EXPECT_EQ(entry->getDataSize(), 320000);
+    EXPECT_EQ(data(), expected.get());
 }
 
 TEST_F(Entry, BeyondTheEndReadsGiveMarkersAndTheCursorStays)
@@ -129,14 +120,12 @@ TEST_F(Entry, BeyondTheEndReadsGiveMarkersAndTheCursorStays)
 TEST_F(Entry, RowsOfValuesEndInMarkers)
 {
     entry->writeInt(7);
-    entry->writeInt(8);
     entry->reset();
-    int values[4] = {0, 0, 0, 0};
-    entry->readInts(values, 4);
-    EXPECT_EQ(std::vector<int>(values, values + 4), (std::vector<int>{7, 8, -1, -1}));
-    entry->reset();
+    int values[2] = {0, 0};
     entry->readInts(values, -5);
-    EXPECT_EQ(entry->getRemaining(), 8);
+    EXPECT_EQ(entry->getRemaining(), 4);
+    entry->readInts(values, 2);
+    EXPECT_TRUE(values[0] == 7 && values[1] == -1);
 }
 
 TEST_F(Entry, TextsAreCutToWhatIsThereAndAlwaysEnd)
