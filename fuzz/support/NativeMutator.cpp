@@ -1,7 +1,7 @@
 // Mutations that know the native format: one thing changes, and the tables are laid out anew around it.
-#include <fuzz/support/ClassNames.h>
 #include <fuzz/support/NativeFile.h>
 
+#include <apps/tamber/native/Record.h>
 #include <tamber/io/tbiFileLayout.h>
 
 #include <algorithm>
@@ -69,6 +69,11 @@ public:
 
 private:
     std::size_t below(std::size_t count) { return random() % count; }
+    const char* anyClass()
+    {
+        const auto classes = native::knownClasses();
+        return classes[below(classes.size())].name;
+    }
     static void setData(NativeFile::Entry& entry, Bytes data)
     {
         entry.data = std::move(data);
@@ -98,14 +103,14 @@ private:
         else
         {
             entry.tag = std::uint32_t(file.tags.size());
-            file.tags.emplace_back(CLASS_NAMES[below(std::size(CLASS_NAMES))]);
+            file.tags.emplace_back(anyClass());
         }
     }
     void addEntry()
     {
         NativeFile::Entry entry;
         setData(entry, Bytes(4 * below(32)));
-        file.add(CLASS_NAMES[below(std::size(CLASS_NAMES))], std::move(entry));
+        file.add(anyClass(), std::move(entry));
     }
     // The other byte order, of the tables or of one entry, whose words are turned with it.
     void swap(NativeFile::Entry& entry)

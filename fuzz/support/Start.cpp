@@ -1,6 +1,6 @@
 // What every target begins with: messages go nowhere, plug-ins come from nowhere, and all classes are set up, which
 // makes the objects that they keep.
-#include <fuzz/support/ClassNames.h>
+#include <apps/tamber/native/Record.h>
 
 #include <tamber/io/tbPlugIn.h>
 #include <tamber/kernel/tbMessage.h>
@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
     tbSetMessageFunc(swallow);
     tbPlugIn::setSearchPolicy(tbPlugIn::SEARCH_NONE);
-    for (const char* name : tbfuzz::CLASS_NAMES)
-        tbType::findType(name);
+    for (const native::ClassInfo& info : native::knownClasses())
+        tbType::findType(info.name);
     return 0;
 }

@@ -14,12 +14,19 @@ namespace
 
 constexpr unsigned TF_HAS_PLAYING_EMITTER = 0x4000;
 
+// A listener that no memory was left for has no context.
+void visitWhatPlays(tbTravContext* context)
+{
+    if (context)
+        context->setTravMask(TF_HAS_PLAYING_EMITTER);
+}
+
 } // namespace
 
 tbNullListener::tbNullListener()
 {
     initInstance();
-    getTravContext()->setTravMask(TF_HAS_PLAYING_EMITTER);
+    visitWhatPlays(getTravContext());
 }
 
 tbNullListener::tbNullListener(const tbNullListener& other)
@@ -27,7 +34,7 @@ tbNullListener::tbNullListener(const tbNullListener& other)
       masterLevel(other.masterLevel)
 {
     initInstance();
-    getTravContext()->setTravMask(TF_HAS_PLAYING_EMITTER);
+    visitWhatPlays(getTravContext());
 }
 
 tbNullListener& tbNullListener::operator=(const tbNullListener& other)

@@ -12,7 +12,7 @@
 #include <tamber/trav/tbTraitStack.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tests/fault/HeapFaults.h>
-#include <tests/fault/everyClass.h>
+#include <tests/support/EveryClass.h>
 #include <tests/support/TempFile.h>
 
 #include <gtest/gtest.h>
@@ -266,7 +266,9 @@ TEST_F(Allocation, FrameAfterAnInterruptedOneIsWhole)
         deep->addChild(below);
         deep = below;
     }
-    deep->addChild(tbtest::makeTriangle(-10));
+    auto* mesh = new tbMesh;
+    tbtest::setTriangle(mesh, tbVertexArray::VT_POSITION);
+    deep->addChild(mesh);
     const auto copyOfScene = [&] { return static_cast<tbScene*>(scene->makeCopy()); };
     Frame undisturbed(copyOfScene(), window.get());
     undisturbed.run();

@@ -1,25 +1,19 @@
 #include <tests/native/Specimen.h>
 
+#include <tests/support/EveryClass.h>
 #include <tests/support/TempFile.h>
 
 #include <apps/tamber/native/Check.h>
-#include <apps/tamber/native/Record.h>
-#include <portable/tbKeyFrameAction.h>
+#include <plugins/null/tbNullCamera.h>
 #include <portable/tbMaterial.h>
-#include <portable/tbMesh.h>
-#include <portable/tbPathAction.h>
-#include <portable/tbTexture.h>
-#include <tamber/audio/tbEmitter.h>
 #include <tamber/collide/tbBoxFence.h>
-#include <tamber/collide/tbCollider.h>
 #include <tamber/collide/tbSphereFence.h>
-#include <tamber/graph/tbAutoSwitch.h>
+#include <tamber/containers/tbArray.h>
 #include <tamber/graph/tbModel.h>
 #include <tamber/graph/tbRangeSwitch.h>
-#include <tamber/graph/tbScene.h>
+#include <tamber/io/tbFile.h>
 #include <tamber/io/tbLoader.h>
-#include <tamber/kernel/tbRef.h>
-#include <tamber/render/tbVertexArray.h>
+#include <tamber/io/tbPlugIn.h>
 
 #include <algorithm>
 #include <bit>
@@ -112,11 +106,6 @@ std::string writeSpecimen()
     return readAll(path);
 }
 
-std::unique_ptr<ImageSource> sourceOf(const std::string& bytes)
-{
-    return makeMemorySource({bytes.begin(), bytes.end()});
-}
-
 /// The record of an entry that is not packed, for as long as it is needed at once.
 template <class Use>
 auto withRecord(const std::string& bytes, int entry, Use use)
@@ -139,12 +128,66 @@ void swapWord(std::string& bytes, std::size_t offset, std::size_t width)
 {
     std::reverse(bytes.begin() + std::ptrdiff_t(offset), bytes.begin() + std::ptrdiff_t(offset + width));
 }
+
+/// Arrays of every type, and an entry of a class that nobody knows.
+void writeArrays(tbFile& file)
+{
+    tbEntry* entry = file.newEntry(file.newTag("Unknown"));
+    std::vector<tbRef<tbArray>> arrays;
+    for (int type = 0; type < tbArray::NUM_DATA_TYPES; ++type)
+    {
+        // They live until all are written: a file knows arrays by where they are.
+        const tbRef<tbArray>& array = arrays.emplace_back(new tbArray(type + 1, tbArray::DATA_TYPE(type)));
+        auto* bytes = static_cast<unsigned char*>(array->getData());
+        for (int i = 0; i < array->getNum() * array->getElemSize(); ++i)
+            bytes[i] = static_cast<unsigned char>(i + 40);
+        array->writeRef(&file, entry);
+    }
+    // References would be bytes of a byte order that nobody knows.
+    entry->reset();
+    for (int type = 0; type < tbArray::NUM_DATA_TYPES; ++type)
+        entry->writeInt(0);
+    entry->writeChunk("tail", 4);
+}
 } // namespace
 
 const std::string& specimenFile()
 {
     static const std::string bytes = writeSpecimen();
     return bytes;
+}
+
+std::string everyClassFile(bool swapped, bool packed)
+{
+    const tbRef<tbStyle> root(new tbStyle);
+    const tbRef<tbTransform> wheel(new tbTransform);
+    wheel->setName("wheel");
+    tbNullCamera::getClassType(); // has the module with the last of the classes loaded
+    for (const tbRef<tbBase>& object : makeEveryObject())
+    {
+        if (auto* action = dynamic_cast<tbMotionAction*>(object.get()))
+            action->setTarget(wheel.get());
+        root->addAttribute(object.get());
+    }
+    root->addChild(wheel.get());
+
+    const TempDirectory directory;
+    const std::string path = directory.path("every.tb");
+    tbFile file;
+    EXPECT_TRUE(file.create(path.c_str()));
+    file.setByteSwapped(swapped);
+    file.setCompression(packed ? tbEntry::RLE : tbEntry::NO_COMPRESSION);
+    EXPECT_NE(file.writeObject(root.get()), nullptr);
+    tbPlugIn::savePlugIns(&file);
+    writeArrays(file);
+    EXPECT_TRUE(file.write());
+    file.close();
+    return readAll(path);
+}
+
+std::unique_ptr<ImageSource> sourceOf(const std::string& bytes)
+{
+    return makeMemorySource({bytes.begin(), bytes.end()});
 }
 
 std::set<int> findingsOf(std::unique_ptr<ImageSource> source)

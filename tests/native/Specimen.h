@@ -12,6 +12,12 @@ namespace tbtest
 /// A scene as the library writes it, with an object of each class whose values have rules.
 const std::string& specimenFile();
 
+/// A file with an object of every class, an array of every type, an entry of nobody's class and the list of plug-ins.
+std::string everyClassFile(bool swapped = false, bool packed = false);
+
+/// The bytes of a file as the program reads them.
+std::unique_ptr<native::ImageSource> sourceOf(const std::string& bytes);
+
 /// The numbers of all that a check finds.
 std::set<int> findingsOf(const std::string& bytes);
 std::set<int> findingsOf(std::unique_ptr<native::ImageSource> source);

@@ -1,5 +1,4 @@
 // Every kind of finding has a damage that brings exactly it about, and files that the library writes have none.
-#include <tests/native/EveryClass.h>
 #include <tests/native/Specimen.h>
 #include <tests/support/FileBuilder.h>
 #include <tests/support/Messages.h>
@@ -7,9 +6,15 @@
 
 #include <apps/tamber/native/FindingText.h>
 #include <apps/tamber/native/Packing.h>
+#include <tamber/io/tbFile.h>
+#include <tamber/kernel/tbBase.h>
+#include <tamber/kernel/tbRef.h>
+#include <tests/support/TempFile.h>
 
 #include <functional>
 #include <limits>
+
+#include <gtest/gtest.h>
 
 using namespace native;
 using namespace native::layout;
@@ -22,11 +27,13 @@ namespace
 // Damages whose effects go further than one would list: the kind is there, others may be.
 constexpr Kind WHATEVER{};
 
+using Change = std::function<void(Specimen&)>;
+
 struct Damage
 {
     Kind kind;
     std::vector<Kind> also; // what cannot but come with it
-    std::function<void(Specimen&)> make;
+    Change make;
 };
 
 constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
@@ -103,23 +110,91 @@ std::string overBudget()
     return file.build();
 }
 
-std::string plugInList(const std::vector<std::string>& modules, int number)
+/// The last entry stored as these bytes.
+Change stored(const std::string& bytes, std::uint32_t size, std::uint32_t compression = RLE)
+{
+    return [=](Specimen& f) { f.setLastStored(bytes, size, compression); };
+}
+
+/// The list of plug-ins holds these modules and says that it holds `number`.
+Change plugIns(const std::vector<std::string>& modules, int number)
 {
     tbtest::Record record;
     record.integer(number);
     for (const std::string& module : modules)
         record.integer(0).integer(0).integer(0).name(module).integer(1).integer(0).integer(0);
-    return record;
+    return stored(record, std::uint32_t(record.get().size()), NO_COMPRESSION);
 }
 
-void setPlugIns(Specimen& file, const std::string& data)
+/// The first child of the switch is the class's entry instead.
+Change child(const char* className)
 {
-    file.setLastStored(data, std::uint32_t(data.size()), NO_COMPRESSION);
+    return [=](Specimen& f) { f.setValue("tbSwitch", "children", std::uint32_t(f.find(className))); };
 }
 
-void setReference(Specimen& file, const char* className, const char* field, int target)
+/// The second value of the field is the first one again.
+Change twice(const char* className, const char* field)
 {
-    file.setValue(className, field, std::uint32_t(target));
+    return [=](Specimen& f)
+    {
+        const std::size_t place = f.place(className, field);
+        f.bytes.replace(place, 4, f.bytes.substr(place + 4, 4));
+    };
+}
+
+Change sceneForStyle()
+{
+    return [](Specimen& f) { f.setRecord(f.find("tbStyle"), RECORD_TAG, f.getRecord(0, RECORD_TAG)); };
+}
+
+void moveIntoGap(Specimen& f)
+{
+    const int entry = f.find("tbMaterial");
+    const std::uint32_t size = f.getRecord(entry, RECORD_DATA_SIZE);
+    Findings ignored;
+    const auto gap = Image(tbtest::sourceOf(f.bytes), ignored).getGap();
+    f.bytes.replace(std::size_t(gap.offset), size, f.bytes.substr(f.getRecord(entry, RECORD_OFFSET), size));
+    f.setRecord(entry, RECORD_OFFSET, std::uint32_t(gap.offset));
+}
+
+/// The second material begins where the first does, and the other way round when they change places.
+Change sameOffset(bool swapped)
+{
+    return [=](Specimen& f)
+    {
+        const int first = f.find("tbMaterial");
+        const int second = f.find("tbMaterial", 1);
+        const std::uint32_t place = f.getRecord(first, RECORD_OFFSET);
+        if (swapped)
+            f.setRecord(first, RECORD_OFFSET, f.getRecord(second, RECORD_OFFSET));
+        f.setRecord(second, RECORD_OFFSET, place);
+    };
+}
+
+void loseBytes(Specimen& f)
+{
+    f.bytes.insert(f.bytes.size() - f.lastStored().size(), "lost");
+    f.setRecord(f.last(), RECORD_OFFSET, f.getRecord(f.last(), RECORD_OFFSET) + 4);
+}
+
+void dropRange(Specimen& f)
+{
+    const int entry = f.find("tbRangeSwitch");
+    const std::uint32_t offset = f.getRecord(entry, RECORD_OFFSET);
+    std::string data = f.bytes.substr(offset, f.getRecord(entry, RECORD_DATA_SIZE));
+    const std::size_t place = f.countPlace("tbRangeSwitch", "ranges") - offset;
+    data.erase(place + 4, 12);
+    data.replace(place, 4, tbtest::Record().integer(1).get());
+    f.bytes.replace(offset, data.size(), data);
+    f.setRecord(entry, RECORD_DATA_SIZE, std::uint32_t(data.size()));
+}
+
+void makeStrayArray(Specimen& f)
+{
+    FileBuilder file;
+    file.add("tbGroup", groupData({}));
+    file.add("tbArray", tbtest::Record().word(9).integer(0));
+    f.bytes = file.build();
 }
 
 const std::vector<Damage>& damages()
@@ -147,43 +222,16 @@ const std::vector<Damage>& damages()
         {TAG_DUPLICATE, {SCENE_INSIDE}, [](S f) { f.renameTag("tbStyle", "tbScene"); }},
         {TAG_CASE, {CLASS_CASE, SCENE_INSIDE}, [](S f) { f.renameTag("tbStyle", "tbSCENE"); }},
         {TAG_PADDING, {}, [](S f) { f.setByte(f.tagPlace("tbMesh") + TAG_NAME + 40, 1); }},
-        {TAG_UNUSED,
-         {SCENE_INSIDE},
-         [](S f) { f.setRecord(f.find("tbStyle"), RECORD_TAG, f.getRecord(0, RECORD_TAG)); }},
+        {TAG_UNUSED, {SCENE_INSIDE}, sceneForStyle()},
 
         {ENTRY_MAGIC, {}, [](S f) { f.setRecord(f.find("tbMaterial"), 0, 0x12345678); }},
         {ENTRY_TAG, {}, [](S f) { f.setRecord(f.find("tbMaterial"), RECORD_TAG, 99); }},
         {OFFSET_ZERO, {LEFTOVER}, [](S f) { f.setRecord(f.find("tbMaterial"), RECORD_OFFSET, 0); }},
         {OFFSET_IN_TABLES, {LEFTOVER}, [](S f) { f.setRecord(f.find("tbMaterial"), RECORD_OFFSET, 100); }},
         {DATA_BEYOND_FILE, {}, [](S f) { f.bytes.pop_back(); }},
-        {DATA_IN_GAP,
-         {LEFTOVER, DATA_ORDER},
-         [](S f)
-         {
-             const int entry = f.find("tbMaterial");
-             Findings ignored;
-             const auto gap = Image(makeMemorySource({f.bytes.begin(), f.bytes.end()}), ignored).getGap();
-             f.bytes.replace(
-                 std::size_t(gap.offset), f.getRecord(entry, RECORD_DATA_SIZE),
-                 f.bytes.substr(f.getRecord(entry, RECORD_OFFSET), f.getRecord(entry, RECORD_DATA_SIZE)));
-             f.setRecord(entry, RECORD_OFFSET, std::uint32_t(gap.offset));
-         }},
-        {DATA_OVERLAP,
-         {LEFTOVER, DATA_ORDER},
-         [](S f) {
-             f.setRecord(f.find("tbMaterial", 1), RECORD_OFFSET,
-                         f.getRecord(f.find("tbMaterial"), RECORD_OFFSET));
-         }},
-        {DATA_ORDER,
-         {},
-         [](S f)
-         {
-             const int first = f.find("tbMaterial");
-             const int second = f.find("tbMaterial", 1);
-             const std::uint32_t place = f.getRecord(first, RECORD_OFFSET);
-             f.setRecord(first, RECORD_OFFSET, f.getRecord(second, RECORD_OFFSET));
-             f.setRecord(second, RECORD_OFFSET, place);
-         }},
+        {DATA_IN_GAP, {LEFTOVER, DATA_ORDER}, moveIntoGap},
+        {DATA_OVERLAP, {LEFTOVER, DATA_ORDER}, sameOffset(false)},
+        {DATA_ORDER, {}, sameOffset(true)},
         {NO_DATA, {LEFTOVER}, [](S f) { f.setRecord(f.find("tbMaterial"), RECORD_DATA_SIZE, 0); }},
         {SIZE_TOO_LARGE, {}, [](S f) { f.setRecord(f.last(), RECORD_DATA_SIZE, 0x80000000); }},
         {COMPRESSION_UNKNOWN, {}, [](S f) { f.setRecord(f.find("tbMaterial"), RECORD_COMPRESSION, 2); }},
@@ -193,45 +241,17 @@ const std::vector<Damage>& damages()
          {UNREACHABLE, WHATEVER},
          [](S f) { f.setRecord(f.find("tbMaterial"), RECORD_TAG, f.getRecord(f.last(), RECORD_TAG)); }},
 
-        {PACKED_LENGTH,
-         {TRAILING},
-         [](S f) { f.setLastStored(tbtest::Record().integer(0).bytes("rest"), 10, RLE); }},
-        {PACKED_RATIO,
-         {},
-         [](S f) {
-             f.setLastStored(lengthAnd({1, 0, 0}), 1000, RLE);
-         }},
-        {PACKED_NO_END,
-         {},
-         [](S f) {
-             f.setLastStored(lengthAnd({4, 0, 4}), 8, RLE);
-         }},
-        {PACKED_OVERFLOW,
-         {},
-         [](S f) {
-             f.setLastStored(lengthAnd({4, 0, 5, 0, 0}), 8, RLE);
-         }},
-        {PACKED_SHORT,
-         {},
-         [](S f) {
-             f.setLastStored(lengthAnd({2, 0, 0}), 4, RLE);
-         }},
-        {PACKED_TRAILING,
-         {RECORD_UNREAD},
-         [](S f) {
-             f.setLastStored(lengthAnd({8, 0, 0, 9}), 8, RLE);
-         }},
+        {PACKED_LENGTH, {TRAILING}, stored(tbtest::Record().integer(0).bytes("rest"), 10)},
+        {PACKED_RATIO, {}, stored(lengthAnd({1, 0, 0}), 1000)},
+        {PACKED_NO_END, {}, stored(lengthAnd({4, 0, 4}), 8)},
+        {PACKED_OVERFLOW, {}, stored(lengthAnd({4, 0, 5, 0, 0}), 8)},
+        {PACKED_SHORT, {}, stored(lengthAnd({2, 0, 0}), 4)},
+        {PACKED_TRAILING, {RECORD_UNREAD}, stored(lengthAnd({8, 0, 0, 9}), 8)},
         {PACKED_NEEDLESS,
          {},
          [](S f) { f.setLastStored(lengthAnd(packedLast(f)), std::uint32_t(f.lastStored().size()), RLE); }},
         {GAP_NOT_ZERO, {}, [](S f) { f.setByte(f.getRecord(0, RECORD_OFFSET) - 1, 1); }},
-        {LEFTOVER,
-         {},
-         [](S f)
-         {
-             f.bytes.insert(f.bytes.size() - f.lastStored().size(), "lost");
-             f.setRecord(f.last(), RECORD_OFFSET, f.getRecord(f.last(), RECORD_OFFSET) + 4);
-         }},
+        {LEFTOVER, {}, loseBytes},
         {TRAILING, {}, [](S f) { f.bytes += "more"; }},
 
         {CLASS_UNKNOWN, {}, [](S f) { f.renameTag("tbMaterial", "tbUnknown"); }},
@@ -253,47 +273,16 @@ const std::vector<Damage>& damages()
         {ENUM_VALUE, {}, [](S f) { f.setValue("tbTransform", "nodeFlags", 9); }},
         {FLAGS_UNDEFINED, {}, [](S f) { f.setValue("tbTransform", "flags", 0x4000); }},
         {NOT_FINITE, {}, [](S f) { f.setNumber("tbTransform", "matrix", NOT_A_NUMBER); }},
-        {REFERENCE_RANGE, {UNREACHABLE}, [](S f) { setReference(f, "tbSwitch", "children", 9999); }},
-        {REFERENCE_NEGATIVE, {UNREACHABLE}, [](S f) { setReference(f, "tbSwitch", "children", -2); }},
-        {REFERENCE_SELF,
-         {UNREACHABLE},
-         [](S f) { setReference(f, "tbSwitch", "children", f.find("tbSwitch")); }},
-        {REFERENCE_KIND,
-         {UNREACHABLE},
-         [](S f) { setReference(f, "tbSwitch", "children", f.find("tbVertexArray")); }},
-        {REFERENCE_FAMILY,
-         {UNREACHABLE},
-         [](S f) { setReference(f, "tbSwitch", "children", f.find("tbMaterial")); }},
-        {CHILD_TWICE,
-         {UNREACHABLE},
-         [](S f)
-         {
-             const std::size_t place = f.place("tbSwitch", "children");
-             f.bytes.replace(place, 4, f.bytes.substr(place + 4, 4));
-         }},
-        {TRAIT_TWICE,
-         {UNREACHABLE},
-         [](S f)
-         {
-             const std::size_t place = f.place("tbStyle", "traits");
-             f.bytes.replace(place, 4, f.bytes.substr(place + 4, 4));
-         }},
+        {REFERENCE_RANGE, {UNREACHABLE}, [](S f) { f.setValue("tbSwitch", "children", 9999); }},
+        {REFERENCE_NEGATIVE, {UNREACHABLE}, [](S f) { f.setValue("tbSwitch", "children", 0xFFFFFFFE); }},
+        {REFERENCE_SELF, {UNREACHABLE}, child("tbSwitch")},
+        {REFERENCE_KIND, {UNREACHABLE}, child("tbVertexArray")},
+        {REFERENCE_FAMILY, {UNREACHABLE}, child("tbMaterial")},
+        {CHILD_TWICE, {UNREACHABLE}, twice("tbSwitch", "children")},
+        {TRAIT_TWICE, {UNREACHABLE}, twice("tbStyle", "traits")},
 
         {STATES_COUNT, {}, [](S f) { f.setCount("tbSwitch", "states", 3); }}, // a byte of the padding
-        {RANGES_COUNT,
-         {LEFTOVER},
-         [](S f)
-         {
-             const int entry = f.find("tbRangeSwitch");
-             std::string data =
-                 f.bytes.substr(f.getRecord(entry, RECORD_OFFSET), f.getRecord(entry, RECORD_DATA_SIZE));
-             const std::size_t count =
-                 f.countPlace("tbRangeSwitch", "ranges") - f.getRecord(entry, RECORD_OFFSET);
-             data.erase(count + 4, 12);
-             data.replace(count, 4, tbtest::Record().integer(1).get());
-             f.bytes.replace(f.getRecord(entry, RECORD_OFFSET), data.size(), data);
-             f.setRecord(entry, RECORD_DATA_SIZE, std::uint32_t(data.size()));
-         }},
+        {RANGES_COUNT, {LEFTOVER}, dropRange},
         {RANGE_NEGATIVE, {}, [](S f) { f.setNumber("tbRangeSwitch", "ranges", -1.0f); }},
         {ITERATOR_ITEM, {}, [](S f) { f.setValue("tbAutoSwitch", "iterator.currentItem", 7); }},
         {ITERATOR_COUNT, {}, [](S f) { f.setValue("tbAutoSwitch", "iterator.numItems", 100); }},
@@ -301,15 +290,7 @@ const std::vector<Damage>& damages()
         {ITERATOR_TIME, {}, [](S f) { f.setNumber("tbAutoSwitch", "iterator.itemTimes", -1.0f, 1); }},
         {ITERATOR_FRAMES, {}, [](S f) { f.setValue("tbAutoSwitch", "iterator.totalFrames", 0x80000000); }},
         {MATRIX_TYPE, {}, [](S f) { f.setValue("tbTransform", "matrix.type", 1); }},
-        {ARRAY_TYPE,
-         {UNREACHABLE},
-         [](S f)
-         {
-             FileBuilder file;
-             file.add("tbGroup", groupData({}));
-             file.add("tbArray", tbtest::Record().word(9).integer(0));
-             f.bytes = file.build();
-         }},
+        {ARRAY_TYPE, {UNREACHABLE}, makeStrayArray},
         {VERTEX_TYPE, {}, [](S f) { f.setValue("tbVertexArray", "type", 0x19); }},
         {VERTEX_NO_POSITION, {}, [](S f) { f.setValue("tbVertexArray", "type", 0); }},
         {VERTEX_COUNT,
@@ -324,13 +305,9 @@ const std::vector<Damage>& damages()
         {MATERIAL_RANGE, {}, [](S f) { f.setNumber("tbMaterial", "opacity", 1.5f); }},
         {DISTANCE_RANGE, {}, [](S f) { f.setNumber("tbEmitter", "minDistance", 1e9f); }},
         {FILE_NAME_LEAVES, {}, [](S f) { f.bytes.replace(f.place("tbEmitter", "waveName"), 3, "../"); }},
-        {PLUGIN_NAME, {}, [](S f) { setPlugIns(f, plugInList({"x\\tbA.dll"}, 1)); }},
-        {PLUGIN_TWICE,
-         {},
-         [](S f) {
-             setPlugIns(f, plugInList({"tbA.dll", "libtbA.so"}, 2));
-         }},
-        {PLUGIN_COUNT, {RECORD_UNREAD}, [](S f) { setPlugIns(f, plugInList({}, 257)); }},
+        {PLUGIN_NAME, {}, plugIns({"x\\tbA.dll"}, 1)},
+        {PLUGIN_TWICE, {}, plugIns({"tbA.dll", "libtbA.so"}, 2)},
+        {PLUGIN_COUNT, {RECORD_UNREAD}, plugIns({}, 257)},
         {KEY_ORDER, {}, [](S f) { f.setNumber("tbKeyFrameAction", "positions.keys", 9.0f); }},
         {FRACTION_RANGE, {}, [](S f) { f.setNumber("tbSwitch", "transitionFraction", 1.5f); }},
         {DURATION_NEGATIVE, {}, [](S f) { f.setNumber("tbPathAction", "duration", -1.0f); }},
@@ -341,15 +318,15 @@ const std::vector<Damage>& damages()
         {ROOT_CLASS,
          {UNREACHABLE, RECORD_UNREAD, WHATEVER},
          [](S f) { f.renameTag("tbScene", "tbVisualTrait"); }},
-        {UNREACHABLE, {}, [](S f) { setReference(f, "tbSwitch", "children", -1); }},
-        {CYCLE, {UNREACHABLE}, [](S f) { setReference(f, "tbSwitch", "children", 0); }},
-        {TARGET_ABOVE, {}, [](S f) { setReference(f, "tbPathAction", "target", f.find("tbTransform", 1)); }},
+        {UNREACHABLE, {}, [](S f) { f.setValue("tbSwitch", "children", 0xFFFFFFFF); }},
+        {CYCLE, {UNREACHABLE}, child("tbScene")},
+        {TARGET_ABOVE,
+         {},
+         [](S f) { f.setValue("tbPathAction", "target", std::uint32_t(f.find("tbTransform", 1))); }},
         {TOO_DEEP, {}, [](S f) { f.bytes = chain(1026, false); }},
         {TOO_MANY_PATHS, {}, [](S f) { f.bytes = chain(26, true); }},
         {TOO_MANY_REFERENCES, {WHATEVER}, [](S f) { f.bytes = manyReferences((std::size_t{1} << 24) + 1); }},
-        {SCENE_INSIDE,
-         {TAG_UNUSED},
-         [](S f) { f.setRecord(f.find("tbStyle"), RECORD_TAG, f.getRecord(0, RECORD_TAG)); }},
+        {SCENE_INSIDE, {TAG_UNUSED}, sceneForStyle()},
         {CONTENT_FLAGS, {}, [](S f) { f.setValue("tbTransform", "travFlags", 0); }},
     };
     return all;
@@ -499,7 +476,7 @@ TEST(Check, FindingsBeyondTheLimitAreCounted)
     for (int i = 0; i < 10; ++i)
         file.setRecord(i, RECORD_COMPRESSION, 7);
     Findings findings(3);
-    Image image(makeMemorySource({file.bytes.begin(), file.bytes.end()}), findings);
+    Image image(tbtest::sourceOf(file.bytes), findings);
     EXPECT_EQ(findings.count(), 0u);
     std::vector<unsigned char> data;
     for (int i = 0; i < 10; ++i)

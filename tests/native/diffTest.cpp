@@ -1,4 +1,4 @@
-#include <tests/native/EveryClass.h>
+#include <tests/native/Specimen.h>
 #include <tests/support/FileBuilder.h>
 
 #include <apps/tamber/native/Diff.h>
@@ -6,6 +6,8 @@
 #include <cmath>
 #include <limits>
 #include <random>
+
+#include <gtest/gtest.h>
 
 using native::Difference;
 using native::DiffOptions;
@@ -19,8 +21,8 @@ namespace
 DiffResult diff(const std::string& a, const std::string& b, const DiffOptions& options = {})
 {
     native::Findings ignored;
-    native::Image imageA(native::makeMemorySource({a.begin(), a.end()}), ignored);
-    native::Image imageB(native::makeMemorySource({b.begin(), b.end()}), ignored);
+    native::Image imageA(tbtest::sourceOf(a), ignored);
+    native::Image imageB(tbtest::sourceOf(b), ignored);
     return diffImages(imageA, imageB, options);
 }
 

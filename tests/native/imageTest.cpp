@@ -1,25 +1,22 @@
 // A file as it lies on the disk: what is understood of it, and that no byte is lost.
-#include <tests/native/EveryClass.h>
 #include <tests/native/Specimen.h>
 #include <tests/support/FileBuilder.h>
 #include <tests/support/RandomValues.h>
 
-#include <apps/tamber/native/Image.h>
+#include <tamber/io/tbFile.h>
+#include <tests/support/TempFile.h>
+
+#include <gtest/gtest.h>
 
 using namespace native;
 using tbtest::FileBuilder;
 
 namespace
 {
-std::vector<unsigned char> bytesOf(const std::string& text)
-{
-    return {text.begin(), text.end()};
-}
-
 bool lacksHeader(const std::string& bytes)
 {
     Findings findings;
-    return !Image(makeMemorySource(bytesOf(bytes)), findings).hasHeader() && findings.count() == 1;
+    return !Image(tbtest::sourceOf(bytes), findings).hasHeader() && findings.count() == 1;
 }
 
 /// How often each byte of a file belongs to something.
@@ -84,7 +81,7 @@ TEST(Image, EveryByteBelongsToSomethingWhateverTheFileHolds)
         for (int i = random.index(20); i > 0; --i) // of header, tags and directory
             bytes[std::size_t(8 + random.index(2500))] = char(random.index(256));
         Findings findings;
-        Image image(makeMemorySource(bytesOf(bytes)), findings);
+        Image image(tbtest::sourceOf(bytes), findings);
         const std::vector<int> coverage = coverageOf(image);
         EXPECT_EQ(std::count(coverage.begin(), coverage.end(), 0), 0) << "round " << round;
     }

@@ -13,7 +13,7 @@ namespace
 {
 FileInfo infoOf(const std::string& bytes, Findings& findings)
 {
-    Image image(makeMemorySource({bytes.begin(), bytes.end()}), findings);
+    Image image(tbtest::sourceOf(bytes), findings);
     return collectInfo(image, findings);
 }
 

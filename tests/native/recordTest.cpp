@@ -1,25 +1,22 @@
-#include <tests/native/EveryClass.h>
+#include <tests/native/Specimen.h>
 
-#include <apps/tamber/native/Image.h>
+#include <apps/tamber/native/Record.h>
+#include <plugins/null/tbNullCamera.h>
+#include <tamber/kernel/tbRef.h>
 
-#include <map>
-#include <random>
 #include <set>
+
+#include <gtest/gtest.h>
 
 using namespace native;
 
 namespace
 {
-std::unique_ptr<ImageSource> sourceOf(const std::string& bytes)
-{
-    return makeMemorySource({bytes.begin(), bytes.end()});
-}
-
 std::vector<std::pair<std::string, std::vector<unsigned char>>> entriesOf(const std::string& bytes,
                                                                           ByteOrder& order)
 {
     Findings findings;
-    Image image(sourceOf(bytes), findings);
+    Image image(tbtest::sourceOf(bytes), findings);
     EXPECT_TRUE(image.hasHeader());
     order = image.getOrder();
     std::vector<std::pair<std::string, std::vector<unsigned char>>> entries;

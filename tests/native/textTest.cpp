@@ -1,9 +1,11 @@
-#include <tests/native/EveryClass.h>
+#include <tests/native/Specimen.h>
 #include <tests/support/FileBuilder.h>
 
 #include <apps/tamber/native/Text.h>
 
 #include <random>
+
+#include <gtest/gtest.h>
 
 using namespace native;
 using tbtest::everyClassFile;
@@ -14,14 +16,14 @@ namespace
 std::string dumped(const std::string& bytes)
 {
     Findings findings;
-    Image image(makeMemorySource({bytes.begin(), bytes.end()}), findings);
+    Image image(tbtest::sourceOf(bytes), findings);
     return dumpText(image);
 }
 
 bool hasWholeTables(const std::string& bytes)
 {
     Findings findings;
-    Image image(makeMemorySource({bytes.begin(), bytes.end()}), findings);
+    Image image(tbtest::sourceOf(bytes), findings);
     return findings.count(Kind::TABLES_BEYOND_FILE) == 0;
 }
 
