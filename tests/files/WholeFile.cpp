@@ -1,8 +1,10 @@
 #include <tests/files/WholeFile.h>
 
+#include <tests/support/FileNode.h>
 #include <tests/support/TempFile.h>
 #include <tests/support/WalkCamera.h>
 
+#include <portable/tbMesh.h>
 #include <tamber/tbKernel.h>
 
 #include <algorithm>
@@ -12,6 +14,8 @@ namespace tbtest
 {
 namespace
 {
+constexpr unsigned MOST_PATHS = 1u << 15;
+
 bool isDataTag(const char* tag)
 {
     const std::string name = tag ? tag : "";
@@ -48,17 +52,44 @@ std::size_t statusBytes(const std::string& name)
     return 0;
 }
 
-unsigned countPaths(const tbGroup* node, unsigned most, std::unordered_map<const tbGroup*, unsigned>& known)
+// Nodes that a walk meets, one for each path, or one more than a test has time for.
+unsigned countPaths(const tbGroup* node, std::unordered_map<const tbGroup*, unsigned>& known)
 {
     const auto place = known.find(node);
     if (place != known.end())
         return place->second;
-    unsigned long long number = 1;
+    unsigned number = 1;
     for (const tbGroup* child : node->getChildren())
-        number = std::min<unsigned long long>(number + countPaths(child, most, known), most + 1ull);
-    return known[node] = unsigned(number);
+        number = std::min(number + countPaths(child, known), MOST_PATHS + 1);
+    return known[node] = number;
+}
+
+void useGraph(tbBase* object)
+{
+    auto* root = dynamic_cast<tbGroup*>(object);
+    std::unordered_map<const tbGroup*, unsigned> known;
+    if (!root || countPaths(root, known) > MOST_PATHS)
+        return;
+    tbSphere sphere;
+    root->getBoundingVolume(sphere);
+    tbBox box;
+    root->getBoundingVolume(box);
+    const bool isScene = object->isOfType(tbScene::getClassType());
+    const tbRef<tbScene> scene = isScene ? static_cast<tbScene*>(object) : new tbScene;
+    if (!isScene)
+        scene->addChild(root);
+    updateScene(scene.get());
+    walk(scene.get());
+    if (!isScene)
+        scene->removeChild(root);
 }
 } // namespace
+
+void WholeFile::prepare()
+{
+    FileNode::makeKnown();
+    tbMesh::getClassType();
+}
 
 std::string withoutPath(const std::string& line, const std::string& path)
 {
@@ -91,25 +122,6 @@ std::vector<tbBase*> WholeFile::roots() const
     return all;
 }
 
-void useGraph(tbBase* object)
-{
-    if (!object || !object->isOfType(tbGroup::getClassType()))
-        return;
-    auto* root = static_cast<tbGroup*>(object);
-    tbSphere sphere;
-    root->getBoundingVolume(sphere);
-    tbBox box;
-    root->getBoundingVolume(box);
-    const bool isScene = object->isOfType(tbScene::getClassType());
-    const tbRef<tbScene> scene = isScene ? static_cast<tbScene*>(object) : new tbScene;
-    if (!isScene)
-        scene->addChild(root);
-    updateScene(scene.get());
-    walk(scene.get());
-    if (!isScene)
-        scene->removeChild(root);
-}
-
 tbRef<tbBase> saveAndRead(tbBase* object, const std::string& folder)
 {
     const std::string path = (std::filesystem::path(folder) / "saved.tb").string();
@@ -121,11 +133,11 @@ tbRef<tbBase> saveAndRead(tbBase* object, const std::string& folder)
     return tbRef<tbBase>(in.open(path.c_str(), "r") ? in.readObject(0) : nullptr);
 }
 
-unsigned countPaths(tbBase* object, unsigned most)
+void useGraphs(const std::vector<tbRef<tbBase>>& objects)
 {
-    std::unordered_map<const tbGroup*, unsigned> known;
-    const bool isGroup = object && object->isOfType(tbGroup::getClassType());
-    return isGroup ? countPaths(static_cast<tbGroup*>(object), most, known) : 1;
+    constexpr std::size_t MOST_OBJECTS = 50;
+    for (std::size_t i = 0; i < std::min(objects.size(), MOST_OBJECTS); ++i)
+        useGraph(objects[i].get());
 }
 
 Alive::Alive() : bytes(tbMemory::getSize()), objects(tbBase::getNum(true)) {}

@@ -2,10 +2,7 @@
 #include <tests/files/Listing.h>
 #include <tests/files/WholeFile.h>
 
-#include <tests/support/FileNode.h>
 #include <tests/support/TempFile.h>
-
-#include <portable/tbMesh.h>
 
 #include <gtest/gtest.h>
 
@@ -48,8 +45,7 @@ class GoodFile : public testing::TestWithParam<const char*>
 
 TEST_P(GoodFile, HoldsWhatItAlwaysHeldAndIsSavedTheSame)
 {
-    tbtest::FileNode::makeKnown();
-    tbMesh::getClassType();
+    tbtest::WholeFile::prepare();
     const std::string name = GetParam();
     const std::string expected = tbtest::readAll((FOLDER / (name + ".txt")).string());
     const std::string plain = tbtest::readAll((FOLDER / (name + ".tb")).string());

@@ -4,17 +4,12 @@
 #include <tests/files/Listing.h>
 #include <tests/files/WholeFile.h>
 
-#include <tests/support/FileNode.h>
-
-#include <portable/tbMesh.h>
-
 #include <cstdio>
 #include <cstring>
 
 int main(int argc, char** argv)
 {
-    tbtest::FileNode::makeKnown();
-    tbMesh::getClassType();
+    tbtest::WholeFile::prepare();
     const bool graphOnly = argc > 1 && std::strcmp(argv[1], "-g") == 0;
     for (int i = graphOnly ? 2 : 1; i < argc; ++i)
     {
