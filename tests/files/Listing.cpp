@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <functional>
 #include <unordered_map>
 
 namespace tbtest
@@ -102,283 +103,220 @@ private:
     std::vector<const tbBase*>& objects;
 };
 
-void list(Line& line, const tbBase& base)
-{
-    line.string(base.getName()).integer(base.isDynamic());
-    if (base.getAttribList() && base.getAttribList()->getNum() > 0)
-    {
-        line.word("attributes");
-        for (const tbBase* attribute : *base.getAttribList())
-            line.object(attribute);
-    }
-}
-
-void list(Line& line, const tbGroup& group)
-{
-    line.word("flags").hex(group.getTravFlags()).integer(group.getNodeFlags());
-    if (group.getNumChildren() > 0)
-    {
-        line.word("children");
-        for (const tbGroup* child : group.getChildren())
-            line.object(child);
-    }
-}
-
-void list(Line& line, const tbTransform& transform)
-{
-    line.word("matrix").hex(transform.getMatrix()->getType());
-    for (int i = 0; i < 4; ++i)
-        for (int k = 0; k < 4; ++k)
-            line.real(double((*transform.getMatrix())[i][k]));
-}
-
-void list(Line& line, const tbModel& model)
-{
-    line.string(model.getFileName()).integer(model.isEnabled()).hex(model.getColliderMask());
-}
-
-void list(Line& line, const tbStyle& style)
-{
-    line.word("traits");
-    for (int i = 0; i < style.getNumVisualTraits(); ++i)
-        line.object(style.getVisualTrait(i));
-    for (int i = 0; i < style.getNumAudioTraits(); ++i)
-        line.object(style.getAudioTrait(i));
-    for (int i = 0; i < style.getNumTravTraits(); ++i)
-        line.object(style.getTravTrait(i));
-}
-
-void list(Line& line, const tbSwitch& node)
-{
-    line.word("states");
-    for (int i = 0; i < node.getNumChildren(); ++i)
-        line.integer(node.isActive(i));
-    line.integer(node.isTransitionEnabled()).integer(node.isInTransition());
-    line.reals(node.getTransitionFraction(), node.getTransitionTime());
-}
-
-void list(Line& line, const tbRangeSwitch& node)
-{
-    line.word("ranges");
-    for (int i = 0; i < node.getNumChildren(); ++i)
-        line.reals(node.getRange(i), node.getTransition(i));
-    line.integer(node.isCenterFixed()).vector(*node.getCenter()).integer(node.isTransitionEnabled());
-}
-
-void list(Line& line, const tbAutoSwitch& node)
-{
-    line.word("iterator").integer(node.isEnabled()).integer(node.isPaused());
-    line.integer(node.getMode()).integer(node.getDirection()).integer(node.getCycle());
-    line.real(double(node.getTime())).integer(node.getFrameCount());
-    for (int i = 0; i < node.getNumChildren(); ++i)
-        line.real(double(node.getChildTime(i))).integer(node.getChildFrameCount(i));
-}
-
-void list(Line& line, const tbBillboard& node)
-{
-    line.integer(node.getMode()).vector(*node.getAxis()).vector(*node.getXYZ());
-}
-
-void list(Line& line, const tbFence& fence)
-{
-    line.integer(fence.getMode());
-}
-
-void list(Line& line, const tbSphereFence& fence)
-{
-    const tbSphere& sphere = *fence.getSphere();
-    line.vector(*sphere.getCenter()).real(double(sphere.getRadius()));
-}
-
-void list(Line& line, const tbBoxFence& fence)
-{
-    const tbBox& box = *fence.getBox();
-    line.vector(*box.getMin()).vector(*box.getMax());
-}
-
-void list(Line& line, const tbEmitter& emitter)
-{
-    line.integer(emitter.isPlaying()).integer(emitter.isPositionable()).integer(emitter.isDopplerEnabled());
-    line.vector(*emitter.getXYZ()).string(emitter.getWaveName());
-    line.reals(emitter.getMinDistance(), emitter.getMaxDistance(), emitter.getAudioLevel());
-    line.reals(emitter.getPriority(), emitter.getPitch(), emitter.getPan());
-    line.integer(emitter.isLoopingEnabled());
-}
-
-void list(Line& line, const tbTrait& trait)
-{
-    line.word("mode").integer(trait.getApplyMode()).integer(trait.isShareable());
-}
-
-void list(Line& line, const tbAudioScale& scale)
-{
-    line.real(double(scale.get()));
-}
-
-void list(Line& line, const tbColliderMask& trait)
-{
-    line.hex(trait.getMask());
-}
-
-void list(Line& line, const tbColliderTarget& trait)
-{
-    line.hex(trait.getTargets());
-}
-
-void list(Line& line, const tbCull& trait)
-{
-    line.hex(trait.getMask());
-}
-
-void list(Line& line, const tbSort& trait)
-{
-    line.hex(trait.getMask());
-}
-
-void list(Line& line, const tbPrune& trait)
-{
-    line.integer(trait.isEnabled());
-}
-
-void list(Line& line, const tbTransition& trait)
-{
-    line.real(double(trait.getScale())).integer(trait.getMode());
-}
-
-void list(Line& line, const tbEvent& event)
-{
-    line.integer(event.isEnabled());
-}
-
-void list(Line& line, const tbCollider& collider)
-{
-    tbVec3 position;
-    tbVec3 orientation;
-    collider.getXYZ(position);
-    collider.getHPR(orientation);
-    line.vector(position).vector(orientation).hex(collider.getColliderMask()).hex(collider.getSaveMask());
-    line.integer(collider.getRayHitMode())
-        .integer(collider.getVolumeMode())
-        .integer(collider.getVolumeHitMode());
-    line.word("rays");
-    for (int i = 0; i < collider.getNumRays(); ++i)
-    {
-        const tbRay& ray = *collider.getLocalRay(i);
-        line.vector(*ray.getOrigin()).vector(*ray.getDirection()).real(double(ray.getLength()));
-    }
-    line.word("traits");
-    for (int i = 0; i < collider.getNumTraits(); ++i)
-        line.object(collider.getTrait(i));
-}
-
-void list(Line& line, const tbMesh& mesh)
-{
-    line.word("mesh").integer(mesh.getPrimitive());
-    if (const tbVertexArray* vertices = mesh.getVertexArray())
-    {
-        line.hex(vertices->getVertexType()).integer(vertices->getNum());
-        line.bytes(vertices->getData(), std::size_t(vertices->getNum() * vertices->getVertexSize()));
-    }
-    line.word("indices");
-    for (int i = 0; i < mesh.getNumIndices(); ++i)
-        line.integer(mesh.getIndices()[i]);
-}
-
-void list(Line& line, const tbMaterial& material)
-{
-    line.vector(material.getAmbient()).vector(material.getDiffuse()).vector(material.getSpecular());
-    line.vector(material.getEmissive()).reals(material.getShininess(), material.getOpacity());
-}
-
-void list(Line& line, const tbTexture& texture)
-{
-    line.string(texture.getFileName()).string(texture.getFormat());
-    line.integer(texture.getWrapS()).integer(texture.getWrapT()).integer(texture.getFilter());
-    line.integer(texture.getWidth()).integer(texture.getHeight());
-    line.bytes(texture.getImage(), texture.getImageSize());
-}
-
-void list(Line& line, const tbBlend& blend)
-{
-    line.integer(blend.isEnabled()).integer(blend.getSourceFactor()).integer(blend.getDestinationFactor());
-}
-
-void list(Line& line, const tbFaceCull& cull)
-{
-    line.integer(cull.getFace());
-}
-
-void list(Line& line, const tbMotionAction& action)
-{
-    line.word("motion").real(double(action.getSpeed())).integer(action.isPaused()).object(action.getTarget());
-}
-
-void list(Line& line, const tbPathAction& action)
-{
-    const tbSpline& spline = action.getSpline();
-    line.word("path").integer(spline.getType()).integer(spline.isClosed());
-    for (int i = 0; i < spline.getNumPoints(); ++i)
-        line.vector(spline.getPoint(i));
-    line.real(double(action.getDuration())).integer(int(action.getExtrapolation()));
-    line.integer(action.isEven()).integer(action.isOriented());
-}
-
 template <class Table>
 void listTable(Line& line, const char* name, const Table& table, int numFloats)
 {
     line.word(name).integer(int(table.getInterpolation())).integer(int(table.getExtrapolation()));
     for (int i = 0; i < table.getNumKeys(); ++i)
     {
-        line.real(double(table.getKeyTime(i)));
+        line.real(table.getKeyTime(i));
         for (int k = 0; k < numFloats; ++k)
-            line.real(double(table.getKeyValue(i)[k]));
+            line.real(table.getKeyValue(i)[k]);
     }
 }
 
-void list(Line& line, const tbKeyFrameAction& action)
+template <class Objects>
+void listObjects(Line& line, const Objects& objects)
 {
-    listTable(line, "positions", action.getPositions(), 3);
-    listTable(line, "rotations", action.getRotations(), 4);
-    listTable(line, "scales", action.getScales(), 3);
+    for (const auto& object : objects)
+        line.object(&*object);
 }
 
-void list(Line& line, const FileNode& node)
+using Lister = std::function<void(Line&, const tbBase*)>;
+
+/// Lists what a class adds to its parent.
+template <class Class, class List>
+Lister fieldsOf(List list)
 {
-    line.integer(node.value).real(node.ratio);
-    if (node.array)
+    return [list](Line& line, const tbBase* object)
     {
-        line.word("array").integer(node.array->getType()).integer(node.array->getNum());
-        line.bytes(node.array->getData(), std::size_t(node.array->getNum() * node.array->getElemSize()));
-    }
-    if (!node.children.empty())
-        line.word("children");
-    for (const tbRef<tbBase>& child : node.children)
-        line.object(child.get());
-}
-
-template <class Class>
-void listIf(Line& line, const tbBase* object)
-{
-    if (object->isOfType(Class::getClassType()))
-        list(line, static_cast<const Class&>(*object));
-}
-
-template <class... Classes>
-void listAs(Line& line, const tbBase* object)
-{
-    (listIf<Classes>(line, object), ...);
+        if (object->isOfType(Class::getClassType()))
+            list(line, static_cast<const Class&>(*object));
+    };
 }
 
 // Parents before children, as the records are laid out.
-void listObject(Line& line, const tbBase* object)
-{
-    line.word(object->getType()->getName());
-    listAs<tbBase, tbGroup, tbTransform, tbModel, tbStyle, tbSwitch, tbRangeSwitch, tbAutoSwitch, tbBillboard,
-           tbFence, tbSphereFence, tbBoxFence, tbEmitter, tbTrait, tbAudioScale, tbColliderMask,
-           tbColliderTarget, tbCull, tbSort, tbPrune, tbTransition, tbEvent, tbCollider, tbMesh, tbMaterial,
-           tbTexture, tbBlend, tbFaceCull, tbMotionAction, tbPathAction, tbKeyFrameAction, FileNode>(line,
-                                                                                                     object);
-}
+const Lister kernelListers[] = {
+    fieldsOf<tbBase>(
+        [](Line& line, auto& base)
+        {
+            line.string(base.getName()).integer(base.isDynamic());
+            if (base.getAttribList() && base.getAttribList()->getNum() > 0)
+                listObjects(line.word("attributes"), *base.getAttribList());
+        }),
+    fieldsOf<tbGroup>(
+        [](Line& line, auto& group)
+        {
+            line.word("flags").hex(group.getTravFlags()).integer(group.getNodeFlags());
+            if (group.getNumChildren() > 0)
+                listObjects(line.word("children"), group.getChildren());
+        }),
+    fieldsOf<tbTransform>(
+        [](Line& line, auto& transform)
+        {
+            line.word("matrix").hex(transform.getMatrix()->getType());
+            for (int i = 0; i < 16; ++i)
+                line.real((*transform.getMatrix())[i / 4][i % 4]);
+        }),
+    fieldsOf<tbModel>(
+        [](Line& line, auto& model)
+        { line.string(model.getFileName()).integer(model.isEnabled()).hex(model.getColliderMask()); }),
+    fieldsOf<tbStyle>(
+        [](Line& line, auto& style)
+        {
+            line.word("traits");
+            for (int i = 0; i < style.getNumVisualTraits(); ++i)
+                line.object(style.getVisualTrait(i));
+            for (int i = 0; i < style.getNumAudioTraits(); ++i)
+                line.object(style.getAudioTrait(i));
+            for (int i = 0; i < style.getNumTravTraits(); ++i)
+                line.object(style.getTravTrait(i));
+        }),
+    fieldsOf<tbSwitch>(
+        [](Line& line, auto& node)
+        {
+            line.word("states");
+            for (int i = 0; i < node.getNumChildren(); ++i)
+                line.integer(node.isActive(i));
+            line.integer(node.isTransitionEnabled()).integer(node.isInTransition());
+            line.reals(node.getTransitionFraction(), node.getTransitionTime());
+        }),
+    fieldsOf<tbRangeSwitch>(
+        [](Line& line, auto& node)
+        {
+            line.word("ranges");
+            for (int i = 0; i < node.getNumChildren(); ++i)
+                line.reals(node.getRange(i), node.getTransition(i));
+            line.integer(node.isCenterFixed()).vector(*node.getCenter()).integer(node.isTransitionEnabled());
+        }),
+    fieldsOf<tbAutoSwitch>(
+        [](Line& line, auto& node)
+        {
+            line.word("iterator").integer(node.isEnabled()).integer(node.isPaused());
+            line.integer(node.getMode()).integer(node.getDirection()).integer(node.getCycle());
+            line.real(node.getTime()).integer(node.getFrameCount());
+            for (int i = 0; i < node.getNumChildren(); ++i)
+                line.real(node.getChildTime(i)).integer(node.getChildFrameCount(i));
+        }),
+    fieldsOf<tbBillboard>([](Line& line, auto& node)
+                          { line.integer(node.getMode()).vector(*node.getAxis()).vector(*node.getXYZ()); }),
+    fieldsOf<tbFence>([](Line& line, auto& fence) { line.integer(fence.getMode()); }),
+    fieldsOf<tbSphereFence>(
+        [](Line& line, auto& fence)
+        { line.vector(*fence.getSphere()->getCenter()).real(fence.getSphere()->getRadius()); }),
+    fieldsOf<tbBoxFence>([](Line& line, auto& fence)
+                         { line.vector(*fence.getBox()->getMin()).vector(*fence.getBox()->getMax()); }),
+    fieldsOf<tbEmitter>(
+        [](Line& line, auto& emitter)
+        {
+            line.integer(emitter.isPlaying()).integer(emitter.isPositionable());
+            line.integer(emitter.isDopplerEnabled()).vector(*emitter.getXYZ()).string(emitter.getWaveName());
+            line.reals(emitter.getMinDistance(), emitter.getMaxDistance(), emitter.getAudioLevel());
+            line.reals(emitter.getPriority(), emitter.getPitch(), emitter.getPan());
+            line.integer(emitter.isLoopingEnabled());
+        }),
+    fieldsOf<tbTrait>([](Line& line, auto& trait)
+                      { line.word("mode").integer(trait.getApplyMode()).integer(trait.isShareable()); }),
+    fieldsOf<tbAudioScale>([](Line& line, auto& scale) { line.real(scale.get()); }),
+    fieldsOf<tbColliderMask>([](Line& line, auto& trait) { line.hex(trait.getMask()); }),
+    fieldsOf<tbColliderTarget>([](Line& line, auto& trait) { line.hex(trait.getTargets()); }),
+    fieldsOf<tbCull>([](Line& line, auto& trait) { line.hex(trait.getMask()); }),
+    fieldsOf<tbSort>([](Line& line, auto& trait) { line.hex(trait.getMask()); }),
+    fieldsOf<tbPrune>([](Line& line, auto& trait) { line.integer(trait.isEnabled()); }),
+    fieldsOf<tbTransition>([](Line& line, auto& trait)
+                           { line.real(trait.getScale()).integer(trait.getMode()); }),
+    fieldsOf<tbEvent>([](Line& line, auto& event) { line.integer(event.isEnabled()); }),
+    fieldsOf<tbCollider>(
+        [](Line& line, auto& collider)
+        {
+            tbVec3 position;
+            tbVec3 orientation;
+            collider.getXYZ(position);
+            collider.getHPR(orientation);
+            line.vector(position).vector(orientation);
+            line.hex(collider.getColliderMask()).hex(collider.getSaveMask());
+            line.integer(collider.getRayHitMode()).integer(collider.getVolumeMode());
+            line.integer(collider.getVolumeHitMode()).word("rays");
+            for (int i = 0; i < collider.getNumRays(); ++i)
+            {
+                const tbRay& ray = *collider.getLocalRay(i);
+                line.vector(*ray.getOrigin()).vector(*ray.getDirection()).real(ray.getLength());
+            }
+            line.word("traits");
+            for (int i = 0; i < collider.getNumTraits(); ++i)
+                line.object(collider.getTrait(i));
+        }),
+};
+
+const Lister portableListers[] = {
+    fieldsOf<tbMesh>(
+        [](Line& line, auto& mesh)
+        {
+            line.word("mesh").integer(mesh.getPrimitive());
+            if (const tbVertexArray* vertices = mesh.getVertexArray())
+                line.hex(vertices->getVertexType())
+                    .integer(vertices->getNum())
+                    .bytes(vertices->getData(), std::size_t(vertices->getNum() * vertices->getVertexSize()));
+            line.word("indices");
+            for (int i = 0; i < mesh.getNumIndices(); ++i)
+                line.integer(mesh.getIndices()[i]);
+        }),
+    fieldsOf<tbMaterial>(
+        [](Line& line, auto& material)
+        {
+            line.vector(material.getAmbient()).vector(material.getDiffuse()).vector(material.getSpecular());
+            line.vector(material.getEmissive()).reals(material.getShininess(), material.getOpacity());
+        }),
+    fieldsOf<tbTexture>(
+        [](Line& line, auto& texture)
+        {
+            line.string(texture.getFileName()).string(texture.getFormat());
+            line.integer(texture.getWrapS()).integer(texture.getWrapT()).integer(texture.getFilter());
+            line.integer(texture.getWidth()).integer(texture.getHeight());
+            line.bytes(texture.getImage(), texture.getImageSize());
+        }),
+    fieldsOf<tbBlend>(
+        [](Line& line, auto& blend) {
+            line.integer(blend.isEnabled())
+                .integer(blend.getSourceFactor())
+                .integer(blend.getDestinationFactor());
+        }),
+    fieldsOf<tbFaceCull>([](Line& line, auto& cull) { line.integer(cull.getFace()); }),
+    fieldsOf<tbMotionAction>(
+        [](Line& line, auto& action) {
+            line.word("motion").real(action.getSpeed()).integer(action.isPaused()).object(action.getTarget());
+        }),
+    fieldsOf<tbPathAction>(
+        [](Line& line, auto& action)
+        {
+            const tbSpline& spline = action.getSpline();
+            line.word("path").integer(spline.getType()).integer(spline.isClosed());
+            for (int i = 0; i < spline.getNumPoints(); ++i)
+                line.vector(spline.getPoint(i));
+            line.real(action.getDuration()).integer(int(action.getExtrapolation()));
+            line.integer(action.isEven()).integer(action.isOriented());
+        }),
+    fieldsOf<tbKeyFrameAction>(
+        [](Line& line, auto& action)
+        {
+            listTable(line, "positions", action.getPositions(), 3);
+            listTable(line, "rotations", action.getRotations(), 4);
+            listTable(line, "scales", action.getScales(), 3);
+        }),
+    fieldsOf<FileNode>(
+        [](Line& line, auto& node)
+        {
+            line.integer(node.value).real(node.ratio);
+            if (node.array)
+                line.word("array")
+                    .integer(node.array->getType())
+                    .integer(node.array->getNum())
+                    .bytes(node.array->getData(),
+                           std::size_t(node.array->getNum() * node.array->getElemSize()));
+            if (!node.children.empty())
+                listObjects(line.word("children"), node.children);
+        }),
+};
 
 // The lines of everything that the numbered objects lead to.
 std::vector<std::string> listAll(std::unordered_map<const tbBase*, int>& numbers,
@@ -388,8 +326,11 @@ std::vector<std::string> listAll(std::unordered_map<const tbBase*, int>& numbers
     for (std::size_t i = 0; i < objects.size(); ++i)
     {
         Line line(numbers, objects);
-        line.text = "#" + std::to_string(i);
-        listObject(line, objects[i]);
+        line.text = "#" + std::to_string(i) + " " + objects[i]->getType()->getName();
+        for (const Lister& list : kernelListers)
+            list(line, objects[i]);
+        for (const Lister& list : portableListers)
+            list(line, objects[i]);
         lines.push_back(std::move(line.text));
     }
     return lines;
