@@ -62,20 +62,6 @@ TEST(Ref, MovesFromAPartOfWhatItLetsGo)
     EXPECT_EQ(second->count, 1);
 }
 
-TEST(Base, LastReleaseDestroysAndOneReleaseIsEnoughForAnUnreferenced)
-{
-    const int before = BaseTestNamed::getNum(false);
-    auto* object = new BaseTestNamed;
-    object->ref();
-    object->ref();
-    object->unRef();
-    EXPECT_EQ(BaseTestNamed::getNum(false), before + 1);
-    object->unRef();
-    EXPECT_EQ(BaseTestNamed::getNum(false), before);
-    (new BaseTestNamed)->unRef();
-    EXPECT_EQ(BaseTestNamed::getNum(false), before);
-}
-
 TEST(Base, CopyTakesNameAndFlagsOnly)
 {
     tbRef<BaseTestNamed> source = new BaseTestNamed("tree");

@@ -6,13 +6,14 @@
 #include <tamber/kernel/tbFilePath.h>
 #include <tamber/kernel/tbInit.h>
 #include <tamber/kernel/tbRef.h>
+#include <tests/support/Environment.h>
 #include <tests/support/FileBuilder.h>
 #include <tests/support/Messages.h>
 #include <tests/support/TempFile.h>
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+using tbtest::setVariable;
 
 namespace
 {
@@ -21,12 +22,6 @@ const std::filesystem::path loaderFile = std::filesystem::absolute(TEST_LOADER_F
 
 // Wine counts neither the processor time of another process nor the memory of a job.
 const bool inWine = std::getenv("WINEPREFIX") != nullptr;
-
-void setVariable(const std::string& name, const std::string& value)
-{
-    static std::vector<std::unique_ptr<std::string>> variables; // the environment keeps pointing at them
-    putenv(variables.emplace_back(std::make_unique<std::string>(name + "=" + value))->data());
-}
 
 class ImportProcess : public testing::Test
 {

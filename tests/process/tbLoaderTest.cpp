@@ -5,13 +5,12 @@
 #include <tamber/io/tbFile.h>
 #include <tamber/kernel/tbInit.h>
 #include <tamber/kernel/tbRef.h>
+#include <tests/support/Environment.h>
 #include <tests/support/FileBuilder.h>
 #include <tests/support/Messages.h>
 #include <tests/support/TempFile.h>
 
 #include <gtest/gtest.h>
-
-#include <cstdlib>
 
 using tbtest::FileBuilder;
 
@@ -30,9 +29,7 @@ protected:
     }
     static void search(const std::string& directories)
     {
-        static std::string variable;
-        variable = "TAMBER_PLUGIN_PATH=" + directories;
-        putenv(variable.data());
+        tbtest::setVariable("TAMBER_PLUGIN_PATH", directories);
     }
     std::string file(const std::string& name, const std::string& content)
     {

@@ -1,6 +1,7 @@
 // Modules planted in every place that a search may come by. Each says so when its code runs.
 #include <tamber/io/tbPlugInReport.h>
 
+#include <tests/support/Environment.h>
 #include <tests/support/FileBuilder.h>
 #include <tests/support/Messages.h>
 #include <tests/support/TempFile.h>
@@ -9,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <map>
 #include <set>
 #include <sstream>
 
@@ -18,30 +18,18 @@ namespace fs = std::filesystem;
 namespace
 {
 
+using tbtest::setVariable;
 using Names = std::set<std::string>;
 
 const fs::path PLANTED = PLANTED_FOLDER;
 const std::string LIST_SEPARATOR = PROGRAM_ENDING[0] ? ";" : ":";
-
-/// Null takes the variable away.
-void setVariable(const std::string& name, const char* value)
-{
-    static std::map<std::string, std::string> variables;
-    std::string& variable = variables[name];
-    variable = name + "=" + (value ? value : "");
-    putenv(variable.data());
-}
-
-void setVariable(const std::string& name, const std::string& value)
-{
-    setVariable(name, value.c_str());
-}
 
 std::string fileOf(const std::string& module)
 {
     return module + MODULE_ENDING;
 }
 
+// As one file with the original.
 void place(const fs::path& file, const fs::path& directory)
 {
     std::error_code error;
@@ -68,10 +56,9 @@ protected:
         plant("tbListed", "app");
         plant("tbSneaked", "work");
         setVariable("TAMBER_PLUGIN_PATH", "sub" + LIST_SEPARATOR + (root / "given").string());
-        const char* path = std::getenv("PATH");
-        for (const std::string& part : {std::string(), std::string("sub"), (root / "path").string()})
-            path = append(path ? path : "", part);
-        setVariable("PATH", path);
+        const char* const path = std::getenv("PATH");
+        setVariable("PATH", (path ? path : "") + LIST_SEPARATOR + LIST_SEPARATOR + "sub" + LIST_SEPARATOR +
+                                (root / "path").string());
         setVariable("TAMBER_PLANTED", (root / "ran.txt").string());
     }
 
@@ -97,6 +84,14 @@ protected:
     void plant(const char* module, const char* directory)
     {
         place(PLANTED / fileOf(module), root / directory);
+    }
+    /// Plants one that the test may change.
+    fs::path plantCopy(const char* module, const char* directory)
+    {
+        const fs::path file = root / directory / fileOf(module);
+        fs::remove(file);
+        fs::copy_file(PLANTED / fileOf(module), file);
+        return file;
     }
     bool said(const std::string& part) const { return output.find(part) != std::string::npos; }
 
@@ -136,13 +131,6 @@ protected:
     int code = 0;
 
 private:
-    const char* append(std::string list, const std::string& part)
-    {
-        static std::string whole;
-        whole = list + LIST_SEPARATOR + part;
-        return whole.c_str();
-    }
-
     void copyProgram() const
     {
         for (const auto& entry : fs::directory_iterator(fs::path(PROBE).parent_path()))
@@ -176,14 +164,14 @@ TEST_F(PlantedModules, PolicyLimitsWhatALibraryUserLoads)
         const char* policy;
         Names searched;
         Names listed; // with a file that lists modules
-    } cases[] = {{nullptr, ALL, with(ALL, {"tbListed", "tbSneaked"})},
+    } cases[] = {{"", ALL, with(ALL, {"tbListed", "tbSneaked"})},
                  {"all", ALL, with(ALL, {"tbListed", "tbSneaked"})},
                  {"app", APP, with(APP, {"tbListed"})},
                  {"none", {}, {}},
                  {"apps", {}, {}}};
     for (const auto& expected : cases)
     {
-        SCOPED_TRACE(expected.policy ? expected.policy : "not set");
+        SCOPED_TRACE(expected.policy);
         setVariable("TAMBER_PLUGINS", expected.policy);
         EXPECT_EQ(run("PlugInProbe"), expected.searched) << output;
         EXPECT_EQ(run("PlugInProbe", list), expected.listed) << output;
@@ -246,18 +234,14 @@ TEST_F(PlantedModules, AllowListNamesWhatIsLoadedAndItsContent)
     }
     EXPECT_TRUE(said("TAMBER_PLUGIN_ALLOW is not understood")) << output;
     setVariable("TAMBER_PLUGIN_ALLOW", "tbPathLoader=" + checksum);
-    fs::remove(root / "path" / fileOf("tbPathLoader"));
-    fs::copy_file(PLANTED / fileOf("tbPathLoader"), root / "path" / fileOf("tbPathLoader"));
-    std::ofstream(root / "path" / fileOf("tbPathLoader"), std::ios::app | std::ios::binary) << '\0';
+    std::ofstream(plantCopy("tbPathLoader", "path"), std::ios::app | std::ios::binary) << '\0';
     EXPECT_EQ(run("PlugInProbe"), Names()) << "one byte more";
 }
 
 TEST_F(PlantedModules, AllowListHoldsForPathsAndForAFileThatIsExchanged)
 {
-    const fs::path file = root / "path" / fileOf("tbPathLoader");
+    const fs::path file = plantCopy("tbPathLoader", "path");
     const fs::path swap = root / fileOf("swap");
-    fs::remove(file);
-    fs::copy_file(PLANTED / fileOf("tbPathLoader"), file);
     fs::copy_file(PLANTED / fileOf("tbPathLoader"), swap);
     setVariable("TAMBER_PLUGIN_PATH", file.parent_path().string());
     const std::string list = "tbPathLoader=" + checksumOf("tbPathLoader");
@@ -280,12 +264,11 @@ TEST_F(PlantedModules, AllowListHoldsForPathsAndForAFileThatIsExchanged)
 TEST_F(PlantedModules, WhatEverybodyMayChangeIsPassedOver)
 {
     setVariable("TAMBER_PLUGINS", "app");
-    fs::remove(root / "given" / fileOf("tbGivenLoader"));
-    fs::copy_file(PLANTED / fileOf("tbGivenLoader"), root / "given" / fileOf("tbGivenLoader"));
+    const fs::path file = plantCopy("tbGivenLoader", "given");
     const auto mayWrite = fs::perms::others_write;
     if ((fs::status(root / "given").permissions() & mayWrite) != fs::perms::none)
         GTEST_SKIP() << "rights are not those of POSIX here";
-    for (const fs::path& place : {root / "given" / fileOf("tbGivenLoader"), root / "given", root})
+    for (const fs::path& place : {file, root / "given", root})
     {
         SCOPED_TRACE(place);
         fs::permissions(place, mayWrite, fs::perm_options::add);
@@ -350,7 +333,7 @@ TEST_F(PlantedModules, ReportTellsOfEveryPlaceAndModule)
 TEST_F(PlantedModules, ProgramTakesNothingFromTheWorkingDirectoryOrPathUnlessItIsTold)
 {
     const std::string list = writeList();
-    for (const char* policy : {static_cast<const char*>(nullptr), "", "app"})
+    for (const char* policy : {"", "app"})
     {
         setVariable("TAMBER_PLUGINS", policy);
         EXPECT_EQ(run("tamber", "plugins"), with(APP, {"tbListed"})) << output;

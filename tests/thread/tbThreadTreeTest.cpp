@@ -4,40 +4,25 @@
 #include <tamber/kernel/tbInit.h>
 #include <tamber/kernel/tbRef.h>
 #include <tamber/thread/tbQueue.h>
+#include <tests/support/FileNode.h>
 #include <tests/support/Threads.h>
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <vector>
 
 using tbtest::comesTrue;
+using tbtest::FileNode;
 using tbtest::FuncAction;
-
-static std::atomic<int> alive{0};
-
-class ThreadTreeTestObject : public tbBase
-{
-    TB_CLASS(ThreadTreeTestObject, tbBase)
-
-public:
-    ThreadTreeTestObject()
-    {
-        alive.fetch_add(1);
-        initInstance();
-    }
-
-protected:
-    ~ThreadTreeTestObject() override
-    {
-        deleteInstance();
-        alive.fetch_sub(1);
-    }
-};
-
-TB_DEFINE_CLASS(ThreadTreeTestObject, tbBase)
 
 namespace
 {
+
+int numAlive()
+{
+    return FileNode::getNum(false);
+}
 
 // Threads that never run by themselves: the tests handle their queues step by step.
 class ThreadTree : public testing::Test
@@ -54,7 +39,7 @@ protected:
         app->processQueue(true);
         EXPECT_EQ(tbThread::getTotalDownstreamThreads(), 0);
         EXPECT_EQ(tbBase::getNumPendingDeletions(), 0);
-        EXPECT_EQ(alive, 0);
+        EXPECT_EQ(numAlive(), 0);
     }
     void detachAll()
     {
@@ -70,9 +55,9 @@ protected:
     }
 
     // Drops the last reference of a new object, which a deferred deletion keeps.
-    static ThreadTreeTestObject* drop()
+    static FileNode* drop()
     {
-        auto* object = new ThreadTreeTestObject;
+        auto* object = new FileNode;
         object->ref();
         object->unRef();
         return object;
@@ -129,16 +114,16 @@ TEST_F(ThreadTree, WhatWouldBreakTheTreeIsRefused)
 TEST_F(ThreadTree, WithoutThreadsDeletionIsImmediate)
 {
     drop();
-    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(numAlive(), 0);
     const auto child = make();
     app->addDownstreamThread(child.get());
     drop();
-    EXPECT_EQ(alive, 1);
+    EXPECT_EQ(numAlive(), 1);
     app->removeDownstreamThread(child.get());
     app->processQueue(false);
-    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(numAlive(), 0);
     drop();
-    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(numAlive(), 0);
 }
 
 TEST_F(ThreadTree, DeletionPassesEveryQueueOnce)
@@ -146,7 +131,7 @@ TEST_F(ThreadTree, DeletionPassesEveryQueueOnce)
     const auto first = make(), second = make();
     app->addDownstreamThread(first.get());
     app->addDownstreamThread(second.get());
-    const ThreadTreeTestObject* object = drop();
+    const FileNode* object = drop();
     EXPECT_EQ(object->getRefCount(), -3);
     EXPECT_EQ(tbBase::getNumPendingDeletions(), 1);
     const std::pair<tbThread*, int> passes[] = {
@@ -157,10 +142,10 @@ TEST_F(ThreadTree, DeletionPassesEveryQueueOnce)
         EXPECT_EQ(object->getRefCount(), count);
     }
     EXPECT_EQ(tbBase::getNumPendingDeletions(), 1);
-    EXPECT_EQ(alive, 1);
+    EXPECT_EQ(numAlive(), 1);
     app->processQueue(false);
     EXPECT_EQ(tbBase::getNumPendingDeletions(), 0);
-    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(numAlive(), 0);
 }
 
 TEST_F(ThreadTree, DeletionGoesOnceDownEachAttachment)
@@ -172,7 +157,7 @@ TEST_F(ThreadTree, DeletionGoesOnceDownEachAttachment)
     left->addDownstreamThread(shared.get());
     right->addDownstreamThread(shared.get());
     shared->addDownstreamThread(leaf.get());
-    const ThreadTreeTestObject* object = drop();
+    const FileNode* object = drop();
     EXPECT_EQ(object->getRefCount(), -6);
     for (tbThread* thread : {app, right.get(), shared.get(), leaf.get()})
         thread->processQueue(true);
@@ -183,20 +168,20 @@ TEST_F(ThreadTree, DeletionGoesOnceDownEachAttachment)
     leaf->processQueue(true);
     EXPECT_EQ(object->getRefCount(), 0);
     app->processQueue(true);
-    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(numAlive(), 0);
 }
 
 TEST_F(ThreadTree, QueuedActionMeetsTheObjectAlive)
 {
     const auto child = make();
     app->addDownstreamThread(child.get());
-    auto* object = new ThreadTreeTestObject;
+    auto* object = new FileNode;
     object->ref();
     int seen = -1;
     child->addActionToQueue(new FuncAction(
         [&](tbBase*, tbEvent*)
         {
-            seen = alive;
+            seen = numAlive();
             return object->getName() == nullptr;
         }));
     object->unRef();
@@ -205,14 +190,14 @@ TEST_F(ThreadTree, QueuedActionMeetsTheObjectAlive)
     child->processQueue(true);
     EXPECT_EQ(seen, 1);
     app->processQueue(true);
-    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(numAlive(), 0);
 }
 
 TEST_F(ThreadTree, ChangesOfTheTreeStartDeletionsAgain)
 {
     const auto first = make(), second = make();
     app->addDownstreamThread(first.get());
-    const ThreadTreeTestObject* object = drop();
+    const FileNode* object = drop();
     app->processQueue(false);
     EXPECT_EQ(object->getRefCount(), -1);
     first->addDownstreamThread(second.get());
@@ -226,7 +211,7 @@ TEST_F(ThreadTree, ChangesOfTheTreeStartDeletionsAgain)
     EXPECT_EQ(object->getRefCount(), -1);
     first->removeDownstreamThread(second.get());
     app->processQueue(true);
-    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(numAlive(), 0);
 }
 
 TEST_F(ThreadTree, DeadThreadsHoldNothingUp)
@@ -234,7 +219,7 @@ TEST_F(ThreadTree, DeadThreadsHoldNothingUp)
     const auto first = make(), below = make();
     app->addDownstreamThread(first.get());
     first->addDownstreamThread(below.get());
-    const ThreadTreeTestObject* object = drop();
+    const FileNode* object = drop();
     app->processQueue(false);
     EXPECT_EQ(object->getRefCount(), -2);
     first->kill();
@@ -242,12 +227,12 @@ TEST_F(ThreadTree, DeadThreadsHoldNothingUp)
     EXPECT_TRUE(comesTrue([&] { return below->getQueue()->getCount() == 1; }));
     below->processQueue(false);
     app->processQueue(false);
-    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(numAlive(), 0);
     drop();
     app->processQueue(false);
     below->processQueue(false);
     app->processQueue(false);
-    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(numAlive(), 0);
 }
 
 TEST_F(ThreadTree, ParentThatGoesLetsItsChildrenGo)
@@ -257,7 +242,7 @@ TEST_F(ThreadTree, ParentThatGoesLetsItsChildrenGo)
     parent->addDownstreamThread(child.get());
     EXPECT_EQ(child->getRefCount(), 3);
     drop();
-    EXPECT_EQ(alive, 1);
+    EXPECT_EQ(numAlive(), 1);
     tbThread* raw = parent.get();
     parent.reset();
     EXPECT_EQ(raw->getRefCount(), -2);
@@ -310,30 +295,15 @@ TEST_F(ThreadTree, NothingIsLostUnderLoad)
                 std::this_thread::yield();
             }
         });
+    std::mt19937 random(3);
     for (int round = 0; round < 150; ++round)
     {
-        tbThread* a = made[std::size_t(round % NUM_THREADS)].get();
-        tbThread* b = made[std::size_t((round + 1) % NUM_THREADS)].get();
-        switch (round % 5)
-        {
-        case 0:
-            app->addDownstreamThread(a);
-            break;
-        case 1:
-            a->addDownstreamThread(b);
-            break;
-        case 2:
-            app->addDownstreamThread(b);
-            break;
-        case 3:
-            b->removeDownstreamThread(a);
-            app->removeDownstreamThread(b);
-            break;
-        default:
-            app->removeDownstreamThread(a);
-            a->removeDownstreamThread(b);
-            break;
-        }
+        tbThread* const above[] = {app, made[random() % NUM_THREADS].get()};
+        tbThread* const below = made[random() % NUM_THREADS].get();
+        if (random() % 3 != 0)
+            above[random() % 2]->addDownstreamThread(below);
+        else
+            above[random() % 2]->removeDownstreamThread(below);
         app->processQueue(false);
     }
     stop = true;
@@ -345,6 +315,6 @@ TEST_F(ThreadTree, NothingIsLostUnderLoad)
         [&]
         {
             app->processQueue(true);
-            return alive == 0;
+            return numAlive() == 0;
         }));
 }
