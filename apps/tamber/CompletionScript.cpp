@@ -1,7 +1,6 @@
 #include "CompletionScript.h"
 
 #include <algorithm>
-#include <map>
 #include <sstream>
 
 namespace
@@ -256,22 +255,25 @@ std::string fishScript(const CommandTable& table)
     return out.str();
 }
 
-using Writer = std::string (*)(const CommandTable&);
-const std::map<std::string, Writer>& writers()
+constexpr struct
 {
-    static const std::map<std::string, Writer> all = {
-        {"bash", &bashScript}, {"zsh", &zshScript}, {"fish", &fishScript}};
-    return all;
-}
+    const char* shell;
+    std::string (*write)(const CommandTable&);
+} WRITERS[] = {{"bash", &bashScript}, {"zsh", &zshScript}, {"fish", &fishScript}};
 } // namespace
 
-const std::vector<std::string>& completedShells()
+std::vector<std::string> completedShells()
 {
-    static const std::vector<std::string> shells = {"bash", "zsh", "fish"};
+    std::vector<std::string> shells;
+    for (const auto& [shell, writer] : WRITERS)
+        shells.emplace_back(shell);
     return shells;
 }
 
 std::string completionScript(const CommandTable& table, const std::string& shell)
 {
-    return writers().at(shell)(table);
+    for (const auto& [name, write] : WRITERS)
+        if (shell == name)
+            return write(table);
+    return {};
 }

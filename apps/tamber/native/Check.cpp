@@ -61,8 +61,7 @@ void checkEntry(CheckState& state, int number, std::vector<unsigned char>& data)
     if (!facts.readable)
         return;
     const Record record(state.image.getTagName(number), data, state.image.getOrder(number));
-    const bool packed = state.image.getEntries()[std::size_t(number)].compression == layout::RLE;
-    const EntryRecord entry{state, number, facts, record, packed};
+    const EntryRecord entry{state, number, facts, record};
     checkFields(entry);
     checkClassRules(entry);
     facts.numEdges = std::uint32_t(state.edges.size()) - facts.firstEdge;
@@ -76,13 +75,14 @@ bool isOf(const ClassInfo* info, const ClassInfo* ancestor)
     return info && ancestor && families.isOf(info, ancestor);
 }
 
-void EntryRecord::add(Kind kind, std::uint32_t offset, std::string detail) const
+void CheckState::addInData(Kind kind, int entry, std::uint32_t place, std::string detail)
 {
-    const ImageEntry& stored = state.image.getEntries()[std::size_t(entry)];
+    const ImageEntry& stored = image.getEntries()[std::size_t(entry)];
+    const bool packed = stored.compression == layout::RLE;
     if (packed)
-        detail += (detail.empty() ? "byte " : ", byte ") + std::to_string(offset) + " of the unpacked data";
-    state.findings.add(state.image.makeFinding(
-        kind, entry, std::uint64_t(stored.offset) + (packed ? 0 : offset), std::move(detail)));
+        detail += (detail.empty() ? "byte " : ", byte ") + std::to_string(place) + " of the unpacked data";
+    findings.add(image.makeFinding(kind, entry, std::uint64_t(stored.offset) + (packed ? 0 : place),
+                                   std::move(detail)));
 }
 
 void EntryRecord::add(Kind kind, const Field& field, std::string detail) const

@@ -232,9 +232,13 @@ public:
         if (indices->count % corners != 0)
             entry.add(Kind::INDEX_COUNT, *indices,
                       std::to_string(indices->count) + ", " + std::to_string(corners) + " a primitive");
-        MeshUse mesh{entry.entry, record.getInt(*vertices)};
-        for (std::uint32_t i = 0; i < indices->count; ++i)
-            mesh.highest = std::max(mesh.highest, record.getUnsigned(*indices, i));
+        MeshUse mesh{entry.entry, record.getInt(*vertices), record.getUnsigned(*indices), indices->offset};
+        for (std::uint32_t i = 1; i < indices->count; ++i)
+            if (const std::uint32_t index = record.getUnsigned(*indices, i); index > mesh.highest)
+            {
+                mesh.highest = index;
+                mesh.place = indices->offset + i * indices->width;
+            }
         state.meshes.push_back(mesh);
     }
 
@@ -385,9 +389,9 @@ void checkMeshes(CheckState& state)
         const bool exists = mesh.vertices >= 0 && mesh.vertices < state.image.getNumEntries();
         const std::uint32_t number = exists ? state.facts[std::size_t(mesh.vertices)].numVertices : 0;
         if (mesh.highest >= number)
-            state.findings.add(state.image.makeFinding(
-                Kind::INDEX_BEYOND, mesh.entry, state.image.getEntries()[std::size_t(mesh.entry)].offset,
-                "index " + std::to_string(mesh.highest) + " of " + std::to_string(number) + " vertices"));
+            state.addInData(Kind::INDEX_BEYOND, mesh.entry, mesh.place,
+                            "index " + std::to_string(mesh.highest) + " of " + std::to_string(number) +
+                                " vertices");
     }
 }
 

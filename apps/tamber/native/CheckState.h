@@ -51,8 +51,7 @@ struct MeshUse
     int entry;
     int vertices;              // an entry, -1 for none
     std::uint32_t highest = 0; // of the indices
-    std::uint64_t offset = 0;  // of the indices
-    bool indexed = false;
+    std::uint32_t place = 0;   // of that one, in the data
 };
 
 struct CheckState
@@ -72,6 +71,8 @@ struct CheckState
     {
         findings.add({kind, NO_ENTRY, {}, offset, std::move(detail)});
     }
+    /// About byte `place` of an entry's data.
+    void addInData(Kind kind, int entry, std::uint32_t place, std::string detail);
 };
 
 /// True when objects of `info` are of the class or family `ancestor`. Costs a glance.
@@ -84,10 +85,12 @@ struct EntryRecord
     int entry;
     EntryFacts& facts;
     const Record& record;
-    bool packed;
 
     /// `offset` is one in the data.
-    void add(Kind kind, std::uint32_t offset, std::string detail = {}) const;
+    void add(Kind kind, std::uint32_t offset, std::string detail = {}) const
+    {
+        state.addInData(kind, entry, offset, std::move(detail));
+    }
     void add(Kind kind, const Field& field, std::string detail = {}) const;
 };
 

@@ -251,8 +251,10 @@ private:
     {
         if (entryA == NONE && entryB == NONE)
             return;
-        bool differ = entryA == NONE || entryB == NONE;
-        if (!differ && a.read(entryA, dataA) && b.read(entryB, dataB))
+        const bool readA = entryA != NONE && a.read(entryA, dataA);
+        const bool readB = entryB != NONE && b.read(entryB, dataB);
+        bool differ = readA != readB || (entryA == NONE) != (entryB == NONE);
+        if (readA && readB)
         {
             std::vector<ReferencePair> pairs;
             RecordDiff(0.0, 0, 0, [&differ](Difference&&) { differ = true; }, {})
@@ -363,24 +365,8 @@ private:
 
 const char* nameOf(Difference::Kind kind)
 {
-    switch (kind)
-    {
-    case Difference::VALUE:
-        return "value";
-    case Difference::COUNT:
-        return "count";
-    case Difference::CLASS:
-        return "class";
-    case Difference::MISSING:
-        return "missing";
-    case Difference::SHARING:
-        return "sharing";
-    case Difference::UNREADABLE:
-        return "unreadable";
-    case Difference::MORE:
-        return "more";
-    }
-    return "";
+    constexpr const char* NAMES[] = {"value", "count", "class", "missing", "sharing", "unreadable", "more"};
+    return NAMES[kind];
 }
 
 DiffResult diffImages(Image& a, Image& b, const DiffOptions& options)

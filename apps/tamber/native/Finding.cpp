@@ -53,16 +53,8 @@ const KindInfo& infoOf(Kind kind)
 
 const char* nameOf(Severity severity)
 {
-    switch (severity)
-    {
-    case Severity::NOTE:
-        return "note";
-    case Severity::WARNING:
-        return "warning";
-    case Severity::ERROR:
-        break;
-    }
-    return "error";
+    constexpr const char* NAMES[] = {"note", "warning", "error"};
+    return NAMES[unsigned(severity)];
 }
 
 std::string printable(std::string_view text)

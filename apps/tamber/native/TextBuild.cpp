@@ -49,7 +49,7 @@ public:
         }
         readHeader();
         findLabels();
-        file.resize(std::size_t(std::min(tablesStart(), longest)));
+        file.resize(std::size_t(std::min(tables.getDataStart(labels.getNum()), longest)));
         cursor = file.size();
         while (!reader.atEnd() && reader.peek().is(word::ENTRY))
             readEntry();
@@ -139,12 +139,6 @@ private:
         }
     }
 
-    std::uint64_t tablesStart() const
-    {
-        return HEADER_SIZE + std::uint64_t(TAG_SIZE) * tables.tags.size() +
-               std::uint64_t(RECORD_SIZE + RECORD_GAP) * labels.getNum();
-    }
-
     void readEntry()
     {
         reader.take();
@@ -161,7 +155,7 @@ private:
                 reader.fail(nameToken, "no tag has this name");
             entry.tag = tag->second;
         }
-        const bool otherWay = entry.magic == swappedMagic();
+        const bool otherWay = entry.magic == SWAPPED_MAGIC;
         const ByteOrder order = otherWay ? otherOrder(tables.order) : tables.order;
         const std::vector<unsigned char> stored = readContent(name, order, settings, entry);
         placeData(stored, settings, entry);
@@ -183,7 +177,7 @@ private:
             if (token.is(word::PACKED))
                 settings.packed = true;
             else if (token.is(word::SWAPPED))
-                entry.magic = swappedMagic();
+                entry.magic = SWAPPED_MAGIC;
             else if (isSetting(token, "magic"))
                 entry.magic = value();
             else if (isSetting(token, "version"))

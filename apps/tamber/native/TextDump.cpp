@@ -85,7 +85,7 @@ public:
         speltAllowed = std::max(SPELT_ALLOWED, SPELT_FACTOR * image.getLength());
 
         appendHeader();
-        length = cursor = tables.getDataStart();
+        length = cursor = tables.getDataStart(tables.entries.size());
         for (int i = 0; i < image.getNumEntries(); ++i)
             appendEntry(i);
         if (length != image.getLength())
@@ -171,7 +171,7 @@ private:
         const auto tag = tagPlaces.find(name);
         if (tag == tagPlaces.end() || tag->second != entry.tag)
             appendSetting(word::TAG, entry.tag);
-        if (entry.magic == swappedMagic())
+        if (entry.magic == SWAPPED_MAGIC)
             (text += ' ') += word::SWAPPED;
         else if (entry.magic != MAGIC)
             appendHexSetting("magic", entry.magic);

@@ -7,10 +7,10 @@ namespace native
 
 using namespace layout;
 
-std::uint64_t FileTables::getDataStart() const
+std::uint64_t FileTables::getDataStart(std::uint64_t numEntries) const
 {
     return HEADER_SIZE + std::uint64_t(TAG_SIZE) * tags.size() +
-           std::uint64_t(RECORD_SIZE + RECORD_GAP) * entries.size();
+           std::uint64_t(RECORD_SIZE + RECORD_GAP) * numEntries;
 }
 
 std::vector<unsigned char> FileTables::getBytes() const
@@ -39,13 +39,6 @@ std::vector<unsigned char> FileTables::getBytes() const
         to += RECORD_SIZE;
     }
     return bytes;
-}
-
-std::uint32_t swappedMagic()
-{
-    unsigned char bytes[4];
-    storeWord(bytes, MAGIC, ByteOrder::LITTLE);
-    return loadWord<std::uint32_t>(bytes, ByteOrder::BIG);
 }
 
 } // namespace native

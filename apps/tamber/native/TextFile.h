@@ -34,13 +34,13 @@ struct FileTables
     std::vector<std::string> tags;
     std::vector<ImageEntry> entries;
 
-    /// Where data may begin: behind the directory and the space that is reserved for it.
-    std::uint64_t getDataStart() const;
+    /// Where data may begin when there are so many entries: behind the directory and the space that is reserved for it.
+    std::uint64_t getDataStart(std::uint64_t numEntries) const;
     /// Header, tags and directory.
     std::vector<unsigned char> getBytes() const;
 };
 
 /// The mark of a directory record in the other byte order than the file's.
-std::uint32_t swappedMagic();
+inline constexpr std::uint32_t SWAPPED_MAGIC = 0x653277BA;
 
 } // namespace native
