@@ -1,5 +1,7 @@
 #include "Json.h"
 
+#include <tamber/kernel/tbiUtf8.h>
+
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -18,29 +20,6 @@ std::string textOf(Number number)
     std::array<char, 64> digits;
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
     return {digits.data(), end};
-}
-
-bool isContinuation(char c)
-{
-    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
-/// Bytes of the character that `text` begins with; 0 when it is no UTF-8.
-std::size_t lengthOfCharacter(std::string_view text)
-{
-    const auto first = static_cast<unsigned char>(text[0]);
-    if (first < 0x80)
-        return 1;
-    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (first < 0xC2 || first > 0xF4 || text.size() < length)
-        return 0;
-    for (std::size_t i = 1; i < length; ++i)
-        if (!isContinuation(text[i]))
-            return 0;
-    const auto second = static_cast<unsigned char>(text[1]);
-    const bool overlong = (first == 0xE0 && second < 0xA0) || (first == 0xF0 && second < 0x90);
-    const bool beyond = (first == 0xED && second >= 0xA0) || (first == 0xF4 && second >= 0x90);
-    return overlong || beyond ? 0 : length;
 }
 } // namespace
 
@@ -129,7 +108,7 @@ void Json::quote(std::string_view text)
     out << '"';
     while (!text.empty())
     {
-        const std::size_t length = lengthOfCharacter(text);
+        const std::size_t length = tbiUtf8Length(text);
         const char c = text[0];
         if (length == 0)
             out << REPLACEMENT;

@@ -13,6 +13,7 @@
 #include "tbiAssimpMesh.h"
 #include "tbiExportFormats.h"
 #include "tbiExportScene.h"
+#include "tbiExtension.h"
 #include "tbiModelError.h"
 
 #include <assimp/Importer.hpp>
@@ -34,13 +35,6 @@ constexpr std::string_view NATIVE_EXTENSION = "tb";
 constexpr unsigned STEPS = aiProcess_Triangulate | aiProcess_SortByPType | aiProcess_JoinIdenticalVertices |
                            aiProcess_GenSmoothNormals | aiProcess_GenUVCoords | aiProcess_TransformUVCoords |
                            aiProcess_FindInvalidData;
-
-/// The part behind the last dot, as loaders are looked up by.
-std::string_view extensionOf(std::string_view name)
-{
-    const std::size_t dot = name.rfind('.');
-    return dot == std::string_view::npos ? name : name.substr(dot + 1);
-}
 
 class AssimpLoader final : public tbLoader
 {
@@ -108,7 +102,7 @@ private:
         {
             const std::string_view pattern = rest.substr(0, rest.find(';'));
             rest.remove_prefix(pattern.size() < rest.size() ? pattern.size() + 1 : rest.size());
-            const std::string extension(extensionOf(pattern));
+            const std::string extension(tbiExtensionOf(pattern));
             if (!extension.empty() && extension != NATIVE_EXTENSION && !hasExtension(extension))
                 addExtension(extension.c_str());
         }
@@ -142,14 +136,14 @@ private:
             fail(importer.GetErrorString() + (refusal ? "; " + std::string(refusal) : ""));
             return nullptr;
         }
-        return tbiConvertScene(*scene, extensionOf(path)).release();
+        return tbiConvertScene(*scene, tbiExtensionOf(path)).release();
     }
 
     static void exportModel(const tbBase* object, const std::string& path)
     {
         if (!object->isOfType(tbGroup::getClassType()))
             throw tbiModelError(std::string("a ") + object->getType()->getName() + " is no model");
-        const std::string_view extension = extensionOf(path);
+        const std::string_view extension = tbiExtensionOf(path);
         const tbiExportFormat* format = tbiFindExportFormat(extension);
         if (!format)
             throw tbiModelError(readOnlyMessage(extension));

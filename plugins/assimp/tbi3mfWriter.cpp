@@ -6,12 +6,11 @@
 #include <tamber/render/tbVertexArray.h>
 
 #include "tbiExportScene.h"
-#include "tbiFlatMeshes.h"
 #include "tbiJson.h"
+#include "tbiMeshData.h"
 #include "tbiModelError.h"
 #include "tbiZip.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -108,8 +107,7 @@ private:
         {
             const tbMaterial* material = source.material;
             const tbVec3 color = material ? material->getDiffuse() : tbVec3(1, 1, 1);
-            const auto byte = [](float part)
-            { return unsigned(std::clamp(part, 0.0f, 1.0f) * 255.0f + 0.5f); };
+            const auto byte = [](float part) { return unsigned(tbiClampUnit(part) * 255.0f + 0.5f); };
             char hex[16];
             std::snprintf(hex, sizeof hex, "#%02X%02X%02X%02X", byte(color[0]), byte(color[1]),
                           byte(color[2]), byte(material ? material->getOpacity() : 1.0f));

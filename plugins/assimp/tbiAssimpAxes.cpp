@@ -2,18 +2,16 @@
 
 #include <tamber/graph/tbTransform.h>
 
+#include "tbiExtension.h"
+
 #include <assimp/scene.h>
 
-#include <algorithm>
-#include <array>
-#include <cctype>
 #include <cstdint>
-#include <string>
 
 namespace
 {
 /// Formats whose files have Z up and that reach us as they are; other such formats are turned while they are read.
-constexpr std::array<std::string_view, 5> Z_UP_EXTENSIONS{"3mf", "amf", "blend", "smd", "stl"};
+constexpr const char* Z_UP_EXTENSIONS[] = {"3mf", "amf", "blend", "smd", "stl"};
 
 constexpr std::int32_t Z_AXIS = 2;
 } // namespace
@@ -30,10 +28,7 @@ bool tbiIsZUp(const aiScene& scene, std::string_view extension)
 
 bool tbiIsZUp(std::string_view extension)
 {
-    std::string folded(extension);
-    std::transform(folded.begin(), folded.end(), folded.begin(),
-                   [](unsigned char c) { return char(std::tolower(c)); });
-    return std::find(Z_UP_EXTENSIONS.begin(), Z_UP_EXTENSIONS.end(), folded) != Z_UP_EXTENSIONS.end();
+    return tbiHasExtension(Z_UP_EXTENSIONS, extension);
 }
 
 tbMatrix tbiTurn()

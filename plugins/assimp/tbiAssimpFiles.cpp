@@ -1,15 +1,14 @@
 #include "tbiAssimpFiles.h"
 
+#include "tbiExtension.h"
+
 #include <assimp/IOStream.hpp>
 
 #include <algorithm>
-#include <array>
-#include <cctype>
 #include <cstdio>
 #include <cstring>
 #include <memory>
 #include <string>
-#include <string_view>
 
 namespace
 {
@@ -22,17 +21,22 @@ struct CloseFile
 class ModelStream final : public Assimp::IOStream
 {
 public:
-    ModelStream(tbModelFiles& allFiles, std::string filePath, std::FILE* opened)
+    /// `filePath` is one that `allFiles` opened.
+    ModelStream(tbModelFiles& allFiles, const char* filePath)
         : files(allFiles),
-          path(std::move(filePath)),
-          file(opened)
+          path(filePath),
+          file(std::fopen(filePath, "rb"))
     {
-        if (std::fseek(opened, 0, SEEK_END) == 0)
-            size = std::ftell(opened);
-        std::rewind(opened);
+        if (!isOpen())
+            return;
+        if (std::fseek(file.get(), 0, SEEK_END) == 0)
+            size = std::max(std::ftell(file.get()), 0L);
+        std::rewind(file.get());
     }
 
     ~ModelStream() override { files.close(path.c_str()); }
+
+    bool isOpen() const { return file != nullptr; }
 
     std::size_t Read(void* buffer, std::size_t itemSize, std::size_t count) override
     {
@@ -59,17 +63,12 @@ private:
 };
 
 /// Formats whose readers open a file again while they read it. They name no other models, so nothing recurs.
-constexpr std::array<std::string_view, 3> READ_AGAIN{".3d", ".uc", ".x3d"};
+constexpr const char* READ_AGAIN[] = {"3d", "uc", "x3d"};
 } // namespace
 
 tbiAssimpFiles::tbiAssimpFiles(const char* modelPath) : files(modelPath)
 {
-    std::string folded(modelPath);
-    std::transform(folded.begin(), folded.end(), folded.begin(),
-                   [](unsigned char c) { return char(std::tolower(c)); });
-    files.enableReopening(std::any_of(READ_AGAIN.begin(), READ_AGAIN.end(),
-                                      [&](std::string_view extension)
-                                      { return folded.ends_with(extension); }));
+    files.enableReopening(tbiHasExtension(READ_AGAIN, tbiExtensionOf(modelPath)));
 }
 
 Assimp::IOStream* tbiAssimpFiles::Open(const char* name, const char* mode)
@@ -79,12 +78,8 @@ Assimp::IOStream* tbiAssimpFiles::Open(const char* name, const char* mode)
     const char* found = files.open(name);
     if (!found)
         return nullptr;
-    const std::string path = found;
-    std::FILE* file = std::fopen(path.c_str(), "rb");
-    if (file)
-        return new ModelStream(files, path, file);
-    files.close(path.c_str());
-    return nullptr;
+    auto stream = std::make_unique<ModelStream>(files, found);
+    return stream->isOpen() ? stream.release() : nullptr;
 }
 
 void tbiAssimpFiles::Close(Assimp::IOStream* stream)

@@ -11,7 +11,7 @@
 #include <tamber/render/tbVertexArray.h>
 
 #include "tbiExportScene.h"
-#include "tbiGltfMeshes.h"
+#include "tbiMeshData.h"
 #include "tbiModelError.h"
 
 #include <assimp/material.h>
@@ -135,22 +135,15 @@ void copyFaces(const tbMesh& from, aiMesh& to)
     constexpr unsigned TYPES[] = {aiPrimitiveType_POINT, aiPrimitiveType_LINE, aiPrimitiveType_TRIANGLE};
     to.mPrimitiveTypes = TYPES[from.getPrimitive()];
     const auto size = unsigned(tbMesh::verticesOf(from.getPrimitive()));
-    const unsigned int* indices = from.getIndices();
-    const auto count = unsigned(from.getNumPrimitives());
+    const std::vector<unsigned> corners = tbiCornersOf(from);
+    const auto count = unsigned(corners.size()) / size;
     to.mFaces = new aiFace[count];
     to.mNumFaces = count;
     for (unsigned i = 0; i < count; ++i)
     {
         to.mFaces[i].mIndices = new unsigned[size];
         to.mFaces[i].mNumIndices = size;
-        for (unsigned corner = 0; corner < size; ++corner)
-        {
-            const unsigned place = i * size + corner;
-            const unsigned index = from.getNumIndices() > 0 ? indices[place] : place;
-            if (index >= to.mNumVertices)
-                throw tbiModelError("a mesh has an index beyond its vertices");
-            to.mFaces[i].mIndices[corner] = index;
-        }
+        std::copy_n(corners.begin() + std::ptrdiff_t(i) * size, size, to.mFaces[i].mIndices);
     }
 }
 
@@ -184,7 +177,7 @@ public:
         target.mMeshes = new aiMesh*[source.meshes.size()];
         for (const tbiExportMesh& mesh : source.meshes)
         {
-            const bool isEmpty = tbiGltfMeshes::isEmpty(*mesh.mesh);
+            const bool isEmpty = tbiIsEmpty(*mesh.mesh);
             places.push_back(isEmpty ? -1 : int(target.mNumMeshes));
             if (!isEmpty)
                 target.mMeshes[target.mNumMeshes++] = makeMesh(mesh);

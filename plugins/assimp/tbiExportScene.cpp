@@ -172,3 +172,8 @@ tbiExportScene tbiCollectScene(const tbGroup& root, tbiExportScene::UP up)
         scene.nodes[0].numBelow = int(scene.nodes.size()) - 1;
     return scene;
 }
+
+float tbiClampUnit(float value)
+{
+    return std::clamp(std::isfinite(value) ? value : 0.0f, 0.0f, 1.0f);
+}

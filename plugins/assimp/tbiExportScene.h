@@ -68,3 +68,6 @@ struct tbiExportScene
 /// where the graph holds the turn that importing put on its top, it is left out for Y, otherwise one is put there.
 /// Throws tbiModelError when the nodes are too many or nest too deep.
 tbiExportScene tbiCollectScene(const tbGroup& root, tbiExportScene::UP up);
+
+/// A share between 0 and 1, such as a part of a colour; 0 for what is not finite.
+float tbiClampUnit(float value);

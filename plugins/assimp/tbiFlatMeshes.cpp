@@ -7,14 +7,12 @@
 #include <tamber/render/tbVertexArray.h>
 
 #include "tbiExportScene.h"
-#include "tbiGltfMeshes.h"
+#include "tbiMeshData.h"
 #include "tbiModelError.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
-#include <numeric>
 
 namespace
 {
@@ -98,7 +96,7 @@ void flatten(const tbiExportScene& scene, int index, const tbMatrix& above, std:
     const tbiExportNode& node = scene.nodes[std::size_t(index)];
     const tbMatrix placement = tbiExportScene::placementOf(node) * above;
     for (const int mesh : node.meshes)
-        if (!tbiGltfMeshes::isEmpty(*scene.meshes[std::size_t(mesh)].mesh))
+        if (!tbiIsEmpty(*scene.meshes[std::size_t(mesh)].mesh))
             out.push_back({scene.meshes[std::size_t(mesh)].mesh, placement});
     for (const int child : scene.childrenOf(index))
         flatten(scene, child, placement, out);
@@ -166,30 +164,6 @@ struct PlyLayout
     }
 };
 } // namespace
-
-std::vector<unsigned> tbiCornersOf(const tbMesh& mesh)
-{
-    if (tbiGltfMeshes::isEmpty(mesh))
-        return {};
-    const auto numVertices = unsigned(mesh.getVertexArray()->getNum());
-    std::vector<unsigned> corners(std::size_t(mesh.getNumPrimitives()) *
-                                  std::size_t(tbMesh::verticesOf(mesh.getPrimitive())));
-    if (mesh.getNumIndices() > 0)
-        std::copy_n(mesh.getIndices(), corners.size(), corners.begin());
-    else
-        std::iota(corners.begin(), corners.end(), 0u);
-    if (std::any_of(corners.begin(), corners.end(), [numVertices](unsigned i) { return i >= numVertices; }))
-        throw tbiModelError("a mesh has an index beyond its vertices");
-    return corners;
-}
-
-tbVec3 tbiVectorAt(const tbVertexArray& vertices, int offset, unsigned vertex)
-{
-    float v[3];
-    const auto* data = static_cast<const unsigned char*>(vertices.getData());
-    std::memcpy(v, data + std::size_t(vertex) * std::size_t(vertices.getVertexSize()) + offset, sizeof v);
-    return tbVec3(v[0], v[1], v[2]);
-}
 
 std::vector<tbiInstance> tbiFlatten(const tbiExportScene& scene)
 {

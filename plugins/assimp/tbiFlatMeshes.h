@@ -1,20 +1,12 @@
 #pragma once
 
 #include <tamber/math/tbMatrix.h>
-#include <tamber/math/tbVec3.h>
 
 #include <string>
 #include <vector>
 
 class tbMesh;
-class tbVertexArray;
 struct tbiExportScene;
-
-/// The vertices of the points, lines or triangles in turn, one index each; empty when there are none. Throws
-/// tbiModelError when an index is beyond the vertices.
-std::vector<unsigned> tbiCornersOf(const tbMesh& mesh);
-/// The three floats at a byte offset of a vertex.
-tbVec3 tbiVectorAt(const tbVertexArray& vertices, int offset, unsigned vertex);
 
 // One use of a mesh, with the placement in the scene.
 struct tbiInstance

@@ -7,8 +7,8 @@
 #include <portable/tbTexture.h>
 
 #include "tbiExportScene.h"
-#include "tbiGltfMeshes.h"
 #include "tbiJson.h"
+#include "tbiMeshData.h"
 
 namespace
 {
@@ -51,7 +51,7 @@ void tbiGltfMarks::writeName(tbiJson& json, const char* name)
 void tbiGltfMarks::writeMesh(tbiJson& json, const tbMesh& mesh)
 {
     writeName(json, mesh.getName());
-    if (tbiGltfMeshes::isEmpty(mesh))
+    if (tbiIsEmpty(mesh))
         json.key(MESH_IS_EMPTY).boolean(true);
     else if (mesh.getNumIndices() == 0)
         json.key(MESH_IS_UNINDEXED).boolean(true);

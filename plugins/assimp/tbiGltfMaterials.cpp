@@ -14,14 +14,9 @@
 
 namespace
 {
-float clampUnit(float value)
-{
-    return std::clamp(std::isfinite(value) ? value : 0.0f, 0.0f, 1.0f);
-}
-
 void writeColor(tbiJson& json, const tbVec3& color)
 {
-    json.number(clampUnit(color[0])).number(clampUnit(color[1])).number(clampUnit(color[2]));
+    json.number(tbiClampUnit(color[0])).number(tbiClampUnit(color[1])).number(tbiClampUnit(color[2]));
 }
 
 /// The roughness whose highlight has about the width that the exponent gives.
@@ -90,7 +85,7 @@ tbiGltfMaterials::tbiGltfMaterials(tbiGltfBuffer& target) : buffer(target)
 void tbiGltfMaterials::write(const tbiExportMaterial& source, tbiJson& json)
 {
     const tbMaterial* material = source.material;
-    const float opacity = material ? clampUnit(material->getOpacity()) : 1.0f;
+    const float opacity = material ? tbiClampUnit(material->getOpacity()) : 1.0f;
     const int texture = textureOf(source.texture);
     json.beginObject();
     if (material && material->getName())

@@ -4,7 +4,7 @@
 #include <tamber/render/tbVertexArray.h>
 
 #include "tbiExportScene.h"
-#include "tbiModelError.h"
+#include "tbiMeshData.h"
 
 #include <algorithm>
 #include <cmath>
@@ -70,16 +70,10 @@ std::vector<Index> narrow(const unsigned int* indices, int count)
 }
 } // namespace
 
-bool tbiGltfMeshes::isEmpty(const tbMesh& mesh)
-{
-    const tbVertexArray* vertices = mesh.getVertexArray();
-    return !vertices || vertices->getNum() <= 0 || !vertices->getData() || mesh.getNumPrimitives() <= 0;
-}
-
 void tbiGltfMeshes::write(const tbiExportMesh& source, tbiJson& json)
 {
     const tbMesh& mesh = *source.mesh;
-    const bool hasNothing = isEmpty(mesh);
+    const bool hasNothing = tbiIsEmpty(mesh);
     const Attributes& attributes = hasNothing ? nothing() : attributesOf(*mesh.getVertexArray());
     json.beginObject();
     if (mesh.getName())
@@ -159,12 +153,10 @@ tbiGltfMeshes::Attributes tbiGltfMeshes::addVertices(const tbVertexArray& vertic
 
 int tbiGltfMeshes::addIndices(const tbMesh& mesh)
 {
+    tbiCheckIndices(mesh);
     const unsigned int* indices = mesh.getIndices();
     const int count = mesh.getNumIndices();
     const int numVertices = mesh.getVertexArray()->getNum();
-    if (!indices ||
-        std::any_of(indices, indices + count, [&](unsigned int i) { return i >= unsigned(numVertices); }))
-        throw tbiModelError("a mesh has an index beyond its vertices");
     const auto add = [&](const auto& values, tbiGltfBuffer::COMPONENT component)
     {
         const int view = buffer.addView(values.data(), values.size() * sizeof(values[0]), 0,

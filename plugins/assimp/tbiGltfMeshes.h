@@ -17,8 +17,6 @@ public:
 
     /// Adds a mesh to the array that is open in `json`. One without vertices becomes a triangle without an area.
     void write(const tbiExportMesh& mesh, tbiJson& json);
-    /// True when nothing of the mesh can be seen.
-    static bool isEmpty(const tbMesh& mesh);
 
 private:
     struct Attributes

@@ -1,30 +1,12 @@
 #include "tbiJson.h"
 
+#include <tamber/kernel/tbiUtf8.h>
+
 #include <charconv>
 #include <cmath>
 
 namespace
 {
-/// Bytes of the UTF-8 character at the start of `text`; 0 when there is none as it should be.
-std::size_t characterLength(std::string_view text)
-{
-    const auto at = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned char first = at(0);
-    if (first < 0x80)
-        return 1;
-    const std::size_t length = first >= 0xC2 && first < 0xE0 ? 2 : first >= 0xE0 && first < 0xF0 ? 3 : 4;
-    if (first < 0xC2 || first > 0xF4 || text.size() < length)
-        return 0;
-    for (std::size_t i = 1; i < length; ++i)
-        if ((at(i) & 0xC0) != 0x80)
-            return 0;
-    // Overlong forms, surrogates and what lies beyond the last character.
-    const unsigned char second = at(1);
-    const bool isBad = (first == 0xE0 && second < 0xA0) || (first == 0xED && second >= 0xA0) ||
-                       (first == 0xF0 && second < 0x90) || (first == 0xF4 && second >= 0x90);
-    return isBad ? 0 : length;
-}
-
 void appendEscape(std::string& text, unsigned char c)
 {
     char escape[8];
@@ -37,7 +19,7 @@ bool tbiIsUtf8(std::string_view text)
 {
     while (!text.empty())
     {
-        const std::size_t length = characterLength(text);
+        const std::size_t length = tbiUtf8Length(text);
         if (length == 0)
             return false;
         text.remove_prefix(length);
