@@ -1,7 +1,9 @@
 #include <tamber/display/tbKeyboard.h>
 #include <tamber/display/tbMouse.h>
-#include <tamber/display/tbWindow.h>
 #include <tamber/kernel/tbRef.h>
+
+#include <plugins/null/tbNullWindow.h>
+
 #include <tests/support/WalkCamera.h>
 
 #include <gtest/gtest.h>
@@ -9,34 +11,10 @@
 namespace
 {
 
-class SizedWindow : public tbWindow
-{
-public:
-    bool open() override { return true; }
-    void close() override {}
-    void setSize(int w, int h) override
-    {
-        width = w;
-        height = h;
-    }
-    void getSize(int& w, int& h) const override
-    {
-        w = width;
-        h = height;
-    }
-    void setXY(int, int) override {}
-    void getXY(int& x, int& y) const override { x = y = 0; }
-    tbRenderContext* getRenderContext() const override { return nullptr; }
-
-private:
-    int width = 640;
-    int height = 480;
-};
-
 class Mouse : public testing::Test
 {
 protected:
-    const tbRef<SizedWindow> window{new SizedWindow};
+    const tbRef<tbNullWindow> window{new tbNullWindow};
     const tbRef<tbMouse> mouse{new tbMouse};
     tbMouseData data{};
 };

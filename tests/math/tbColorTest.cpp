@@ -67,14 +67,10 @@ TEST(Color, HuesOffTheCircleLeaveTheColorAndGreysHaveNone)
     EXPECT_EQ(toRGB(tbVec4(120, 0, 0.5f, 1)), tbVec4(0, 0, 0, 1));
 }
 
-TEST(UByteVec, SumsWrap)
+TEST(UByteVec, SumsWrapAndProductsAreCutOneByOne)
 {
     EXPECT_EQ(tbUByteVec3(200, 10, 0) + tbUByteVec3(100, 10, 0), tbUByteVec3(44, 20, 0));
     EXPECT_EQ(tbUByteVec4(0, 1, 2, 3) - tbUByteVec4(1, 1, 1, 1), tbUByteVec4(255, 0, 1, 2));
-}
-
-TEST(UByteVec, ProductsAreCutOneByOne)
-{
     EXPECT_EQ(tbUByteVec3(3, 200, 1) * 1.5f, tbUByteVec3(4, 44, 1));
     EXPECT_EQ(tbUByteVec3(3, 200, 1) * -1.0f, tbUByteVec3(253, 56, 255));
     EXPECT_EQ(tbUByteVec4(9, 8, 7, 6) / 2.0f, tbUByteVec4(4, 4, 3, 3));

@@ -89,7 +89,7 @@ void expectInverse(const tbMatrix& m, const tbMatrix& inverse, float tolerance)
 
 } // namespace
 
-TEST(Matrix, TypesAreRecognised)
+TEST(Matrix, MakersStoreTheirTypesAndOthersAreRecognised)
 {
     const struct
     {
@@ -98,32 +98,27 @@ TEST(Matrix, TypesAreRecognised)
     } cases[] = {{identity(), IDENT},
                  {turn(30, 20, 10), ROT},
                  {turn(30, 20, 10) * translation(1, 0, 0), ROT | XLATE},
+                 {scaling(1, 1, 1), IDENT},
                  {scaling(2, 2, 2), UNISCALE},
                  {scaling(1, 2, 1), SCALE},
-                 {scaling(1, -1, 1), ROT}, // a mirror turns, though nothing stands off the diagonal
+                 {translation(5e-7f, 0, 0), IDENT},
                  {translation(0, 0, 1e-5f), XLATE}};
     for (const auto& c : cases)
     {
+        EXPECT_EQ(c.m.getType(), c.type);
         tbMatrix m(c.m);
         m.setType(0);
         EXPECT_EQ(m.getType(), c.type);
     }
-    tbMatrix w = identity();
-    w.setCol(3, 0, 0, 0, 2, 0);
-    EXPECT_EQ(w.getType(), PROJ);
-    tbMatrix odd = identity();
-    odd.setRow(3, std::numeric_limits<float>::quiet_NaN(), 0, 0, 1, 0);
-    EXPECT_EQ(odd.getType(), XLATE);
-}
-
-TEST(Matrix, MakersStoreTheirTypes)
-{
-    EXPECT_EQ(translation(5e-7f, 0, 0).getType(), IDENT);
-    EXPECT_EQ(translation(1, 0, 0).getType(), XLATE);
-    EXPECT_EQ(scaling(1, 1, 1).getType(), IDENT);
-    EXPECT_EQ(scaling(2, 2, 2).getType(), UNISCALE);
-    EXPECT_EQ(scaling(2, 2, 3).getType(), SCALE);
-    tbMatrix m;
+    tbMatrix m = scaling(1, -1, 1);
+    m.setType(0);
+    EXPECT_EQ(m.getType(), ROT); // a mirror turns, though nothing stands off the diagonal
+    m = identity();
+    m.setCol(3, 0, 0, 0, 2, 0);
+    EXPECT_EQ(m.getType(), PROJ);
+    m = identity();
+    m.setRow(3, std::numeric_limits<float>::quiet_NaN(), 0, 0, 1, 0);
+    EXPECT_EQ(m.getType(), XLATE);
     m.makeRot(5e-7f, 1, 0, 0);
     EXPECT_EQ(m.getType(), IDENT);
     m.makeXYZ(1, 2, 3);
@@ -313,15 +308,16 @@ TEST(Matrix, FramesFollowADirection)
         EXPECT_NEAR(tbVec3(m[0][0], m[0][1], m[0][2]).dot(up), 0.0f, 1e-4f);
         EXPECT_GE(tbVec3(m[2][0], m[2][1], m[2][2]).dot(up), -1e-5f);
     }
-    tbMatrix m;
-    m.makeAlongDirection(tbVec3(0, 0, 2));
-    EXPECT_TRUE(near(m, turn(0, 90, 0)));
-    m.makeAlongDirection(tbVec3(0, 0, -2));
-    EXPECT_TRUE(near(m, turn(0, -90, 0)));
-    m.makeAlongDirection(tbVec3(-1, 1, 0));
-    EXPECT_TRUE(near(m, turn(45, 0, 0)));
-    m.makeAlongDirection(tbVec3(0, 0, 0));
-    EXPECT_EQ(m.getType(), IDENT);
+    const std::pair<tbVec3, tbMatrix> cases[] = {{{0, 0, 2}, turn(0, 90, 0)},
+                                                 {{0, 0, -2}, turn(0, -90, 0)},
+                                                 {{-1, 1, 0}, turn(45, 0, 0)},
+                                                 {{0, 0, 0}, identity()}};
+    for (const auto& [ahead, expected] : cases)
+    {
+        tbMatrix m;
+        m.makeAlongDirection(ahead);
+        EXPECT_TRUE(near(m, expected));
+    }
 }
 
 TEST(Matrix, ProjectsOntoAPlaneFromALight)

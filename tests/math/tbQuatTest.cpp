@@ -89,21 +89,6 @@ TEST(Quat, InversesUndo)
     EXPECT_EQ(q, tbQuat(-2, -4, -6, 8));
 }
 
-TEST(Quat, AnglesComeBack)
-{
-    const tbtest::RootScope exact;
-    tbtest::Random random(13);
-    for (int i = 0; i < 100; ++i)
-    {
-        const tbVec3 hpr(random.number(-175, 175), random.number(-80, 80), random.number(-175, 175));
-        tbQuat q;
-        q.setHPR(hpr);
-        tbVec3 back;
-        q.getHPR(back);
-        EXPECT_TRUE(near(back, hpr, 0.01f));
-    }
-}
-
 TEST(Quat, SlerpTurnsEvenlyAlongTheShorterArc)
 {
     const tbtest::RootScope exact;

@@ -52,21 +52,15 @@ tbRef<tbCollider> withRay(const tbRay& ray, tbCollider::RAY_HIT_MODE mode = tbCo
     return collider;
 }
 
-struct Nearest
+// The primitive that a ray hits, -1 for none, and how far off.
+std::pair<int, float> byHand(const tbRay& ray, const std::vector<tbVec3>& points, bool farthest)
 {
-    int primitive = -1;
-    float distance = std::numeric_limits<float>::max();
-};
-
-Nearest byHand(const tbRay& ray, const std::vector<tbVec3>& points, bool farthest)
-{
-    Nearest found;
+    std::pair<int, float> found(-1, 0.0f);
     for (std::size_t i = 0; i + 2 < points.size(); i += 3)
     {
         tbVec3 point;
         const float distance = ray.intersects(points[i], points[i + 1], points[i + 2], point);
-        if (distance > 0 &&
-            (found.primitive < 0 || (farthest ? distance > found.distance : distance < found.distance)))
+        if (distance > 0 && (found.first < 0 || (distance > found.second) == farthest))
             found = {int(i / 3), distance};
     }
     return found;
@@ -86,16 +80,16 @@ TEST(MeshCollide, FindsWhatTestingEveryTriangleFinds)
         const tbRay ray(random.point(20), random.point(5));
         for (const bool farthest : {false, true})
         {
-            const Nearest expected = byHand(ray, points, farthest);
+            const auto [primitive, distance] = byHand(ray, points, farthest);
             const tbRef<tbCollider> collider =
                 withRay(ray, farthest ? tbCollider::RAY_HIT_FARTHEST : tbCollider::RAY_HIT_NEAREST);
-            ASSERT_EQ(collider->intersect(scene), expected.primitive >= 0 ? 1 : 0) << i;
-            if (expected.primitive < 0)
+            ASSERT_EQ(collider->intersect(scene), primitive >= 0 ? 1 : 0) << i;
+            if (primitive < 0)
                 continue;
             ++hits;
-            ASSERT_EQ(collider->getRayHit(0)->primitive, expected.primitive) << i;
-            ASSERT_EQ(collider->getRayHit(0)->index, expected.primitive * 3);
-            ASSERT_NEAR(collider->getRayHit(0)->distance, expected.distance, 1e-3f);
+            ASSERT_EQ(collider->getRayHit(0)->primitive, primitive) << i;
+            ASSERT_EQ(collider->getRayHit(0)->index, primitive * 3);
+            ASSERT_NEAR(collider->getRayHit(0)->distance, distance, 1e-3f);
         }
     }
     EXPECT_GT(hits, 300);

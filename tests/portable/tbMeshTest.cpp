@@ -74,23 +74,6 @@ TEST(Mesh, BoundsCoverTheVerticesInUseThatAreNumbers)
     EXPECT_TRUE(mesh->getBoundingSphere().isEmpty());
 }
 
-TEST(Mesh, ChangedTakesTheBoundsAgainAndMarksTheGraph)
-{
-    const tbRef<tbTransform> transform = new tbTransform;
-    const tbRef<tbMesh> mesh = makeTriangle();
-    transform->addChild(mesh.get());
-    tbSphere sphere;
-    transform->getBoundingVolume(sphere);
-    ASSERT_FALSE(transform->anyTravFlags(tbGroup::TF_FENCE));
-
-    static_cast<float*>(mesh->getVertexArray()->getData())[3] = 7.0f;
-    mesh->changed();
-
-    EXPECT_TRUE(transform->anyTravFlags(tbGroup::TF_FENCE));
-    transform->getBoundingVolume(sphere);
-    EXPECT_TRUE(tbtest::near(*sphere.getCenter(), tbVec3(3, 1, 0)));
-}
-
 TEST(Mesh, CopiesOwnTheirVerticesAndClonesShareThem)
 {
     const tbRef<tbMesh> mesh = makeTriangle();

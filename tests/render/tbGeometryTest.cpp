@@ -9,26 +9,18 @@
 namespace
 {
 
-class HookedGeometry : public tbtest::TestGeometry
+class OpenGeometry : public tbtest::TestGeometry
 {
 public:
-    void draw(tbCamera* camera) const override { tbGeometry::draw(camera); }
     void giveUp(unsigned bits) { cleanUp(bits); }
     void setFlags(unsigned bits) { setTravFlags(bits); }
 };
-
-const tbGeometry* drawn = nullptr;
-
-void recordDrawing(const tbGeometry* geometry, tbCamera*)
-{
-    drawn = geometry;
-}
 
 } // namespace
 
 TEST(Geometry, KeepsItsOwnContentBitWhenItIsCleaned)
 {
-    tbRef<HookedGeometry> geometry = new HookedGeometry;
+    tbRef<OpenGeometry> geometry = new OpenGeometry;
     EXPECT_EQ(geometry->getTravFlags(), unsigned(tbGroup::TF_HAS_GEOMETRY));
     geometry->setFlags(tbGroup::TF_HAS_GEOMETRY | tbGroup::TF_HAS_EMITTER);
     geometry->giveUp(tbGroup::TF_HAS_GEOMETRY | tbGroup::TF_HAS_EMITTER);
@@ -39,7 +31,7 @@ TEST(Geometry, ParentsKnowThatGeometryCameAndWent)
 {
     tbRef<tbGroup> root = new tbGroup;
     tbRef<tbGroup> parent = new tbGroup;
-    tbRef<HookedGeometry> geometry = new HookedGeometry;
+    tbRef<OpenGeometry> geometry = new OpenGeometry;
     root->addChild(parent.get());
     parent->addChild(geometry.get());
     const unsigned attached = tbGroup::TF_HAS_GEOMETRY | tbGroup::TF_GEOMETRY | tbGroup::TF_FENCE;
@@ -52,21 +44,10 @@ TEST(Geometry, ParentsKnowThatGeometryCameAndWent)
     EXPECT_NE(geometry->anyTravFlags(tbGroup::TF_HAS_GEOMETRY), 0u);
 }
 
-TEST(Geometry, DrawHandsItselfToTheHook)
-{
-    const tbGeometryDrawFunc before = tbiGeometryDrawFunc;
-    tbiGeometryDrawFunc = &recordDrawing;
-    tbRef<HookedGeometry> geometry = new HookedGeometry;
-    geometry->draw(nullptr);
-    tbiGeometryDrawFunc = before;
-    EXPECT_EQ(drawn, geometry.get());
-    tbGeometry::drawNothing(geometry.get(), nullptr);
-}
-
 TEST(Geometry, BaseIsLeftOutOfDeepCopies)
 {
     tbRef<tbGroup> root = new tbGroup;
-    root->addChild(new HookedGeometry);
+    root->addChild(new OpenGeometry);
     tbRef<tbGroup> copy = root->makeCopy();
     EXPECT_EQ(copy->getNumChildren(), 0);
     EXPECT_EQ(tbGeometry::createInstance(), nullptr);

@@ -15,6 +15,13 @@ using Paint = tbtest::RecordingTrait<tbVisualTrait, 40>;
 using Glow = tbtest::RecordingTrait<tbVisualTrait, 41>;
 using Tone = tbtest::RecordingTrait<tbAudioTrait, 40>;
 
+class Style : public testing::Test
+{
+protected:
+    tbRef<tbStyle> style{new tbStyle};
+    tbRef<tbGroup> leaf{new tbGroup};
+};
+
 template <class Trait>
 tbRef<Trait> named(const char* name)
 {
@@ -51,9 +58,8 @@ public:
 
 } // namespace
 
-TEST(Style, NewerTraitOfATypeTakesTheOldersPlace)
+TEST_F(Style, NewerTraitOfATypeTakesTheOldersPlace)
 {
-    tbRef<tbStyle> style = new tbStyle;
     const tbRef<Paint> older = named<Paint>("older");
     const tbRef<Glow> glow = named<Glow>("glow");
     const tbRef<Paint> newer = named<Paint>("newer");
@@ -73,9 +79,8 @@ TEST(Style, NewerTraitOfATypeTakesTheOldersPlace)
     EXPECT_EQ(style->getNumVisualTraits(), 2);
 }
 
-TEST(Style, RemovalMovesTheLastTraitAndIgnoresStrangers)
+TEST_F(Style, RemovalMovesTheLastTraitAndIgnoresStrangers)
 {
-    tbRef<tbStyle> style = new tbStyle;
     tbRef<tbCull> cull = new tbCull;
     tbRef<tbSort> sort = new tbSort;
     tbRef<tbPrune> prune = new tbPrune;
@@ -93,9 +98,8 @@ TEST(Style, RemovalMovesTheLastTraitAndIgnoresStrangers)
     EXPECT_EQ(sort->getRefCount(), 1);
 }
 
-TEST(Style, CopyDuplicatesTraitsAndCloneSharesTheShareable)
+TEST_F(Style, CopyDuplicatesTraitsAndCloneSharesTheShareable)
 {
-    tbRef<tbStyle> style = new tbStyle;
     const tbRef<Paint> shared = named<Paint>("shared");
     const tbRef<Glow> own = named<Glow>("own");
     own->enableShareable(false);
@@ -117,72 +121,65 @@ TEST(Style, CopyDuplicatesTraitsAndCloneSharesTheShareable)
     EXPECT_EQ(copied->getVisualTrait(0)->getRefCount(), 1);
 }
 
-TEST(Style, TraitsAreInForceBelowAndGoneAfterwards)
+TEST_F(Style, TraitsAreInForceBelowAndGoneAfterwards)
 {
-    tbRef<tbStyle> upper = new tbStyle;
     tbRef<tbStyle> lower = new tbStyle;
-    tbRef<tbGroup> leaf = new tbGroup;
     auto* red = new Paint;
     auto* blue = new Paint;
-    upper->addTrait(red);
-    upper->addTrait(new Tone);
-    upper->addTrait(new tbCull);
+    style->addTrait(red);
+    style->addTrait(new Tone);
+    style->addTrait(new tbCull);
     lower->addTrait(blue);
-    upper->addChild(lower.get());
+    style->addChild(lower.get());
     lower->addChild(leaf.get());
-    tbRef<Visitor> visitor = new Visitor;
+    const tbRef<Visitor> visitor = new Visitor;
     tbtest::TraitLog::get().clear();
-    visitor->traverse(upper.get());
+    visitor->traverse(style.get());
     EXPECT_EQ(visitor->paint, blue);
-    EXPECT_EQ(visitor->tone, upper->getAudioTrait(0));
-    EXPECT_EQ(visitor->cull, upper->getTravTrait(0));
+    EXPECT_EQ(visitor->tone, style->getAudioTrait(0));
+    EXPECT_EQ(visitor->cull, style->getTravTrait(0));
     EXPECT_EQ(tbtest::TraitLog::get().onContext, (std::vector<const tbTrait*>{red, blue, red}));
     tbTraitStack* stack = visitor->getTravContext()->getTraitStack();
     EXPECT_EQ(stack->getTop(Paint::type()), nullptr);
     EXPECT_EQ(stack->getTop(tbCull::getClassType()), nullptr);
 }
 
-TEST(Style, StoppedWalkLeavesItsTraitsPushed)
+TEST_F(Style, StoppedWalkLeavesItsTraitsPushed)
 {
-    tbRef<tbStyle> style = new tbStyle;
-    tbRef<tbGroup> leaf = new tbGroup;
     auto* paint = new Paint;
     style->addTrait(paint);
     style->addChild(leaf.get());
-    tbRef<Visitor> visitor = new Visitor;
+    const tbRef<Visitor> visitor = new Visitor;
     visitor->stopAt = leaf.get();
     visitor->traverse(style.get());
     EXPECT_EQ(visitor->getTravContext()->getTraitStack()->getTop(Paint::type()), paint);
 }
 
-TEST(Style, PrunedTraversalSkipsTheNodeButPopsWhatItPushed)
+TEST_F(Style, PrunedTraversalSkipsTheNodeButPopsWhatItPushed)
 {
-    tbRef<tbStyle> style = new tbStyle;
     tbRef<tbPrune> prune = new tbPrune;
     prune->enable(true);
     style->addTrait(prune.get());
-    style->addChild(new tbGroup);
-    tbRef<Visitor> visitor = new Visitor;
+    style->addChild(leaf.get());
+    const tbRef<Visitor> visitor = new Visitor;
     visitor->traverse(style.get());
     EXPECT_EQ(visitor->visited, 0);
     EXPECT_EQ(visitor->getTravContext()->getTraitStack()->getTop(tbPrune::getClassType()), nullptr);
 }
 
-TEST(Style, ContextWithoutTraitStackStillWalks)
+TEST_F(Style, ContextWithoutTraitStackStillWalks)
 {
-    tbRef<tbStyle> style = new tbStyle;
     style->addTrait(new tbCull);
-    style->addChild(new tbGroup);
+    style->addChild(leaf.get());
     tbRef<tbTraverser> plain = new tbTraverser;
     plain->setTravContext(new tbTravContext);
-    plain->setGroupBreakPoint(style->getChild(0));
+    plain->setGroupBreakPoint(leaf.get());
     plain->traverse(style.get());
-    EXPECT_EQ(plain->getTravContext()->getGroup(), style->getChild(0));
+    EXPECT_EQ(plain->getTravContext()->getGroup(), leaf.get());
 }
 
-TEST(Style, TraitsComeBackFromFilesInTheirFamiliesAndOrder)
+TEST_F(Style, TraitsComeBackFromFilesInTheirFamiliesAndOrder)
 {
-    const tbRef<tbStyle> style = new tbStyle;
     style->addTrait(named<Glow>("glow").get());
     style->addTrait(named<Paint>("paint").get());
     style->addTrait(new tbCull);

@@ -47,23 +47,17 @@ class Traverser : public testing::Test
 protected:
     Traverser()
     {
-        named(new tbGroup, "a", nullptr);
-        tbGroup* b = named(new tbGroup, "b", root.get());
-        named(new tbGroup, "c", b);
-        named(new tbGroup, "d", b);
-        tbSwitch* e = new tbSwitch;
-        named(e, "e", root.get());
-        named(new tbGroup, "f", e);
-        e->allOn();
-    }
-    tbGroup* named(tbGroup* node, const char* name, tbGroup* parent)
-    {
-        node->setName(name);
-        if (parent)
-            parent->addChild(node);
-        else
-            root = node;
-        return node;
+        tbGroup* const nodes[] = {new tbGroup, new tbGroup,  new tbGroup,
+                                  new tbGroup, new tbSwitch, new tbGroup};
+        const int parents[] = {-1, 0, 1, 1, 0, 4};
+        for (int i = 0; i < 6; ++i)
+        {
+            nodes[i]->setName(std::string(1, char('a' + i)).c_str());
+            if (i > 0)
+                nodes[parents[i]]->addChild(nodes[i]);
+        }
+        static_cast<tbSwitch*>(nodes[4])->allOn();
+        root = nodes[0];
     }
     std::string walk()
     {

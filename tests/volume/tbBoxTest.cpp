@@ -32,18 +32,6 @@ TEST(Box, IsEmptyByItsXAlone)
     EXPECT_EQ(box.contains(tbVec3(0, 0, 0)), tbVolume::INSIDE);
 }
 
-TEST(Box, CornersByOctant)
-{
-    const tbBox box(tbVec3(-1, -2, -3), tbVec3(4, 5, 6));
-    for (int i = 0; i < 8; ++i)
-    {
-        tbVec3 corner;
-        box.getCorner(tbVec3::OCTANT(i), corner);
-        EXPECT_EQ(corner, tbVec3(i & 4 ? -1.0f : 4.0f, i & 2 ? -2.0f : 5.0f, i & 1 ? -3.0f : 6.0f));
-        EXPECT_EQ(corner.getOctant(), i);
-    }
-}
-
 TEST(Box, TouchingIsPartialAndSpheresAcrossAMaximumFaceCountAsOutside)
 {
     EXPECT_EQ(cube().contains(cube()), tbVolume::INSIDE);
