@@ -59,15 +59,20 @@ inline std::string difference(const GraphPair& graphs)
             return "flags" + who;
         if (real.getRefCount() != 1 + int(model.parents.size()))
             return "references" + who;
+        bool holdsTransform = false; // the node itself counts
         for (std::size_t k = 0; k < graphs.real.size(); ++k)
         {
             const int index = ModelNode::indexOf(model.children, graphs.model[k].get());
             if (real.getChildIndex(graphs.real[k].get()) != index ||
                 graphs.real[k]->hasParent(&real) != (index >= 0))
                 return "index of " + std::to_string(k) + " among the children" + who;
-            if (real.hasDescendant(graphs.real[k].get()) != (k != i && model.reaches(graphs.model[k].get())))
+            const bool reached = model.reaches(graphs.model[k].get());
+            if (real.hasDescendant(graphs.real[k].get()) != (k != i && reached))
                 return "descendant " + std::to_string(k) + who;
+            holdsTransform = holdsTransform || (reached && graphs.model[k]->transform);
         }
+        if (real.hasDescendantOfType(tbTransform::getClassType()) != holdsTransform)
+            return "descendants of a type" + who;
     }
     return {};
 }

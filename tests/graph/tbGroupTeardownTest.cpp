@@ -30,11 +30,6 @@ tbGroup* makeChain(tbGroup* root, int depth)
     return content;
 }
 
-int numNodes()
-{
-    return tbGroup::getNum(true);
-}
-
 class TeardownCounter : public tbGroup
 {
 public:
@@ -93,13 +88,13 @@ double secondsPerNode(int width, unsigned seed)
 
 TEST(GroupTeardown, ADeepChainDiesWithItsRoot)
 {
-    const int before = numNodes();
+    const int before = tbGroup::getNum(true);
     {
         const tbRef<tbGroup> root(new tbGroup);
         makeChain(root.get(), DEEP);
-        EXPECT_EQ(numNodes(), before + DEEP + 2);
+        EXPECT_EQ(tbGroup::getNum(true), before + DEEP + 2);
     }
-    EXPECT_EQ(numNodes(), before);
+    EXPECT_EQ(tbGroup::getNum(true), before);
 }
 
 TEST(GroupTeardown, ADeepChainIsTakenApartFromTheBottom)
@@ -122,7 +117,7 @@ TEST(GroupTeardown, ADeepChainIsTakenApartFromTheBottom)
 
 TEST(GroupTeardown, ADeepChainIsTakenApartFromTheTop)
 {
-    const int before = numNodes();
+    const int before = tbGroup::getNum(true);
     tbRef<tbGroup> top(new tbGroup);
     makeChain(top.get(), DEEP / 50);
     while (top->getNumChildren() > 0)
@@ -132,7 +127,7 @@ TEST(GroupTeardown, ADeepChainIsTakenApartFromTheTop)
         top = next;
     }
     top.reset();
-    EXPECT_EQ(numNodes(), before);
+    EXPECT_EQ(tbGroup::getNum(true), before);
 }
 
 TEST(GroupTeardown, EveryNodeOfADyingTreeIsToldOnce)

@@ -95,17 +95,6 @@ TEST(Group, FindGroupStepsOnOnceWhateverThePreviousIs)
     EXPECT_EQ(root->findGroup("nobody"), nullptr);
 }
 
-TEST(Group, DescendantsOfATypeCountTheNodeItself)
-{
-    const tbRef<tbGroup> root(new tbGroup);
-    tbGroup* a = named("a", root.get());
-    auto* k = new tbTransform;
-    named("b", root.get())->addChild(k);
-    EXPECT_TRUE(root->hasDescendantOfType(tbTransform::getClassType()));
-    EXPECT_TRUE(k->hasDescendantOfType(tbGroup::getClassType()));
-    EXPECT_FALSE(a->hasDescendantOfType(tbTraverser::getClassType()));
-}
-
 TEST(Group, AStoppedWalkLeavesItsPathAndAPrunedOnePassesOverTheChildren)
 {
     const tbRef<tbGroup> root(named("r", nullptr));

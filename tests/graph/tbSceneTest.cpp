@@ -44,13 +44,18 @@ std::string updateOf(tbtest::TestScene& scene)
     return calls;
 }
 
+class SceneCalls : public testing::Test
+{
+protected:
+    const tbRef<DirectNode> a{new DirectNode('a')};
+    const tbRef<DirectNode> b{new DirectNode('b')};
+    tbtest::TestScene scene;
+};
+
 } // namespace
 
-TEST(Scene, CallsRegisteredNodesOnceInOrderAroundTheUpdate)
+TEST_F(SceneCalls, ReachRegisteredNodesOnceInOrderAroundTheUpdate)
 {
-    tbtest::TestScene scene;
-    const tbRef<DirectNode> a(new DirectNode('a'));
-    const tbRef<DirectNode> b(new DirectNode('b'));
     for (DirectNode* node : {b.get(), a.get(), b.get()})
         scene->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, node);
     scene->addDirectCall(tbScene::DIRECT_UPDATE_AFTER, a.get());
@@ -66,52 +71,44 @@ TEST(Scene, CallsRegisteredNodesOnceInOrderAroundTheUpdate)
     EXPECT_EQ(calls, "2");
 }
 
-TEST(Scene, ANodeThatLeavesTheListDuringTheCallsIsPassedOver)
+TEST_F(SceneCalls, PassOverANodeThatLeavesTheListMeanwhile)
 {
-    tbtest::TestScene scene;
-    const tbRef<DirectNode> a(new DirectNode('a'));
-    const tbRef<DirectNode> b(new DirectNode('b'));
     a->toRemove = b.get();
     scene->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, a.get());
     scene->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, b.get());
     EXPECT_EQ(updateOf(scene), "a");
 }
 
-TEST(Scene, DetachedAndDestroyedNodesLeaveItsLists)
+TEST_F(SceneCalls, EndForDetachedAndDestroyedNodes)
 {
-    tbtest::TestScene scene;
     tbGroup* parent = scene.addGroup();
     const tbRef<tbGroup> between(scene.addGroup(parent));
-    auto* inside = new DirectNode('i');
-    between->addChild(inside);
-    scene->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, inside);
+    between->addChild(a.get());
+    scene->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, a.get());
     auto* outside = new DirectNode('o');
     outside->ref();
     scene->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, outside);
-    EXPECT_EQ(updateOf(scene), "io");
+    EXPECT_EQ(updateOf(scene), "ao");
     between->detach();
     EXPECT_EQ(updateOf(scene), "o");
     outside->unRef();
     EXPECT_EQ(updateOf(scene), "");
 }
 
-TEST(Scene, RegisteredNodesOutliveTheirScene)
+TEST_F(SceneCalls, EndWithTheScene)
 {
-    const tbRef<DirectNode> node(new DirectNode('a'));
     {
-        tbtest::TestScene scene;
-        scene->addChild(node.get());
-        scene->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, node.get());
+        tbtest::TestScene former;
+        former->addChild(a.get());
+        former->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, a.get());
     }
-    tbtest::TestScene other;
-    other->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, node.get());
-    EXPECT_EQ(updateOf(other), "a");
+    scene->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, a.get());
+    EXPECT_EQ(updateOf(scene), "a");
 }
 
-TEST(Scene, ManyNodesRegisterAndLeaveInAnyOrder)
+TEST_F(SceneCalls, AreGivenUpByManyInAnyOrder)
 {
     constexpr int NUM = 50'000;
-    tbtest::TestScene scene;
     std::vector<tbRef<tbGroup>> nodes;
     for (int i = 0; i < NUM; ++i)
         nodes.emplace_back(new DirectNode('n'));

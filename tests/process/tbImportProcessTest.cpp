@@ -83,17 +83,19 @@ TEST_F(ImportProcess, HandsTheSceneOver)
 TEST_F(ImportProcess, LoaderErrorsComeBack)
 {
     EXPECT_EQ(import(""), "1 an empty file");
-    for (const char* name : {"absent.tst", "none", "absent.tb"})
-    {
-        EXPECT_FALSE(tbImportIsolated(name));
-        EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_FILE_NOT_FOUND) << name;
-    }
     tbtest::writeAll(directory.path("noextension"), "text");
-    EXPECT_FALSE(tbImportIsolated(directory.path("noextension").c_str()));
-    EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_NO_EXTENSION);
     tbtest::writeAll(directory.path("model.unheard"), "text");
-    EXPECT_FALSE(tbImportIsolated(directory.path("model.unheard").c_str()));
-    EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_UNKNOWN_FORMAT);
+    const std::pair<std::string, tbLoader::LOADER_ERROR> files[] = {
+        {"absent.tst", tbLoader::LOADER_FILE_NOT_FOUND},
+        {"none", tbLoader::LOADER_FILE_NOT_FOUND},
+        {"absent.tb", tbLoader::LOADER_FILE_NOT_FOUND},
+        {directory.path("noextension"), tbLoader::LOADER_NO_EXTENSION},
+        {directory.path("model.unheard"), tbLoader::LOADER_UNKNOWN_FORMAT}};
+    for (const auto& [path, error] : files)
+    {
+        EXPECT_FALSE(tbImportIsolated(path.c_str())) << path;
+        EXPECT_EQ(tbLoader::getError(), error) << path;
+    }
 }
 
 TEST_F(ImportProcess, SurvivesWhatLoadersDo)

@@ -5,6 +5,7 @@
 #include <tamber/io/tbFile.h>
 #include <tamber/kernel/tbInit.h>
 #include <tamber/kernel/tbRef.h>
+#include <tamber/volume/tbSphere.h>
 #include <tests/support/Environment.h>
 #include <tests/support/FileBuilder.h>
 #include <tests/support/Messages.h>
@@ -120,14 +121,16 @@ TEST_F(Loader, DebugBuildStandsForTheReleaseBuild)
 TEST_F(Loader, WhatCannotBeImportedSaysWhy)
 {
     tbInit(nullptr);
-    EXPECT_EQ(tbLoader::importFile(directory.path("absent.tst").c_str()), nullptr);
-    EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_FILE_NOT_FOUND);
-    EXPECT_EQ(tbLoader::importFile(nullptr), nullptr);
-    EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_FILE_NOT_FOUND);
-    EXPECT_EQ(tbLoader::importFile(file("noextension", "x").c_str()), nullptr);
-    EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_NO_EXTENSION);
-    EXPECT_EQ(tbLoader::importFile(file("strange.xyz", "x").c_str()), nullptr);
-    EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_UNKNOWN_FORMAT);
+    const std::pair<std::string, tbLoader::LOADER_ERROR> files[] = {
+        {"", tbLoader::LOADER_FILE_NOT_FOUND},
+        {directory.path("absent.tst"), tbLoader::LOADER_FILE_NOT_FOUND},
+        {file("noextension", "x"), tbLoader::LOADER_NO_EXTENSION},
+        {file("strange.xyz", "x"), tbLoader::LOADER_UNKNOWN_FORMAT}};
+    for (const auto& [path, error] : files)
+    {
+        EXPECT_EQ(tbLoader::importFile(path.empty() ? nullptr : path.c_str()), nullptr) << path;
+        EXPECT_EQ(tbLoader::getError(), error) << path;
+    }
     const std::string message = tbLoader::getErrorMessage();
     EXPECT_NE(message.find(" tst"), std::string::npos) << message;
     EXPECT_NE(message.find(loaderFile.parent_path().string()), std::string::npos) << message;
@@ -238,4 +241,26 @@ TEST_F(Loader, ThatWasFoundOnceComesBackOnlyWhereThePolicyLetsIt)
     tbPlugIn::unloadAll();
     const tbRef<tbBase> object = tbLoader::importFile(thing.c_str());
     EXPECT_TRUE(object) << "the application has named the path itself";
+}
+
+TEST_F(Loader, OfForeignFilesStaysWhileWhatItMadeLives)
+{
+    tbInit(nullptr);
+    const std::string triangle = file("triangle.obj", "v 0 0 0\nv 2 0 0\nv 0 0 2\nf 1 2 3\n");
+    tbRef<tbGroup> model = static_cast<tbGroup*>(tbLoader::importFile(triangle.c_str()));
+    if (!model && tbLoader::getError() == tbLoader::LOADER_UNKNOWN_FORMAT)
+        GTEST_SKIP() << "built without the loader";
+    ASSERT_TRUE(model);
+    tbPlugIn::unloadAll();
+    EXPECT_TRUE(tbPlugIn::find("tbAssimpLoader.dll"));
+    tbSphere sphere;
+    model->getBoundingVolume(sphere);
+    EXPECT_FALSE(sphere.isEmpty());
+    model.reset();
+    tbPlugIn::unloadAll();
+    EXPECT_FALSE(tbPlugIn::find("tbAssimpLoader.dll"));
+    EXPECT_FALSE(tbPlugIn::find("tbPortableKernel.dll"));
+    EXPECT_EQ(tbType::findType("tbMesh"), nullptr);
+    model = static_cast<tbGroup*>(tbLoader::importFile(triangle.c_str()));
+    EXPECT_TRUE(model);
 }

@@ -70,14 +70,13 @@ TEST(Event, DisabledItWakesButRunsNothing)
     event->addAction(action.get());
     event->enable(false);
     std::atomic<bool> woken{false};
-    std::thread waiting([&] { woken = event->waitForTrigger(10000); });
+    std::jthread waiting([&] { woken = event->waitForTrigger(10000); });
     EXPECT_TRUE(tbtest::comesTrue(
         [&]
         {
             event->trigger(nullptr);
             return woken.load();
         }));
-    waiting.join();
     EXPECT_EQ(action->getTimes(), 0);
     EXPECT_EQ(event->getTime(), 0);
 }
@@ -95,7 +94,7 @@ TEST(Event, OneTriggerWakesEveryThreadThatWaits)
     const tbRef<tbEvent> event = new tbEvent;
     constexpr int NUM_THREADS = 5;
     std::atomic<int> woken{0}, entered{0};
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int i = 0; i < NUM_THREADS; ++i)
         threads.emplace_back(
             [&]
@@ -108,8 +107,6 @@ TEST(Event, OneTriggerWakesEveryThreadThatWaits)
     tbtest::sleep(50);
     event->trigger(nullptr);
     EXPECT_TRUE(tbtest::comesTrue([&] { return woken == NUM_THREADS; }));
-    for (std::thread& thread : threads)
-        thread.join();
 }
 
 TEST(Event, ThreadsThatWaitOverAndOverMissNothingThatComesWhileTheyWait)

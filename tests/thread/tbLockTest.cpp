@@ -135,9 +135,7 @@ TEST(Lock, MayBeDestroyedWhileAThreadThatHeldItLives)
 
 TEST(Lock, HandOverHandLocksStayWithinTheRecord)
 {
-    std::vector<tbRef<tbLock>> locks;
-    for (int i = 0; i < 3; ++i)
-        locks.emplace_back(new tbLock);
+    const tbRef<tbLock> locks[] = {new tbLock, new tbLock, new tbLock};
     locks[0]->acquire();
     for (std::size_t i = 0; i < 1000; ++i)
     {
@@ -155,7 +153,7 @@ TEST(Lock, ExcludesUnderLoadAlsoWithTimeOutsAndReentry)
     const tbRef<tbLock> lock = new tbLock;
     int plain = 0; // the thread sanitizer watches it
     std::atomic<int> expected{0};
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int t = 0; t < 4; ++t)
         threads.emplace_back(
             [&, t]
@@ -179,8 +177,7 @@ TEST(Lock, ExcludesUnderLoadAlsoWithTimeOutsAndReentry)
                     lock->release();
                 }
             });
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear();
     EXPECT_EQ(plain, expected);
     EXPECT_GE(plain, 9000);
 }
@@ -214,4 +211,68 @@ TEST(LockGuard, WaitsBeyondTheTimeOut)
     lock->release();
     waiting.join();
     EXPECT_TRUE(got);
+}
+
+TEST(LockSwitchedOff, IsNotTouched)
+{
+    const tbRef<tbLock> lock = new tbLock;
+    tbLock::enableAll(false);
+    EXPECT_FALSE(tbLock::isEnabled());
+    lock->acquire();
+    EXPECT_TRUE(lock->available());
+    EXPECT_FALSE(lock->isHeld());
+    lock->release();
+    {
+        const tbiLockGuard guard(lock.get());
+        tbLock::enableAll(true);
+        lock->acquire();
+    }
+    EXPECT_TRUE(lock->isHeld());
+    lock->release();
+}
+
+TEST(LockSwitchedOff, IsReleasedOnceByTheThreadThatHoldsIt)
+{
+    const tbRef<tbLock> once = new tbLock, twice = new tbLock, others = new tbLock;
+    std::atomic<int> step{0};
+    std::jthread other(
+        [&]
+        {
+            others->acquire();
+            step = 1;
+            tbtest::comesTrue([&] { return step == 2; });
+        });
+    ASSERT_TRUE(tbtest::comesTrue([&] { return step == 1; }));
+    once->acquire();
+    twice->acquire();
+    twice->acquire();
+    tbLock::enableAll(false);
+    tbLock::enableAll(false);
+    EXPECT_FALSE(once->isHeld());
+    EXPECT_TRUE(twice->isHeld());
+    tbLock::enableAll(true);
+    EXPECT_FALSE(others->available());
+    twice->release();
+    EXPECT_FALSE(twice->isHeld());
+    step = 2;
+}
+
+TEST(LockSwitchedOff, LetsAGuardThatWaitsGoOn)
+{
+    const tbRef<tbLock> lock = new tbLock;
+    lock->acquire();
+    std::atomic<bool> passed{false};
+    std::thread waiting(
+        [&]
+        {
+            const tbiLockGuard guard(lock.get());
+            passed = !lock->isHeld();
+        });
+    tbtest::sleep(20);
+    lock->acquire(); // so that it stays held
+    tbLock::enableAll(false);
+    waiting.join();
+    EXPECT_TRUE(passed);
+    tbLock::enableAll(true);
+    lock->release();
 }

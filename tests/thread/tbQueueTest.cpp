@@ -101,7 +101,7 @@ TEST(Queue, LosesNothingBetweenThreads)
     constexpr int NUM_ITEMS = 4000;
     const tbRef<tbQueue> queue = new tbQueue(sizeof(int), 2);
     queue->setMode(tbQueue::GROW);
-    std::vector<std::thread> writers;
+    std::vector<std::jthread> writers;
     for (int t = 0; t < 3; ++t)
         writers.emplace_back(
             [&, t]
@@ -121,6 +121,4 @@ TEST(Queue, LosesNothingBetweenThreads)
                 EXPECT_EQ(item % NUM_ITEMS, next[std::size_t(item / NUM_ITEMS)]++);
             return received == 3 * NUM_ITEMS;
         }));
-    for (std::thread& writer : writers)
-        writer.join();
 }

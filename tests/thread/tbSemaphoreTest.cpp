@@ -71,7 +71,7 @@ TEST(Semaphore, EveryIncLetsExactlyOneThreadOn)
 {
     const tbRef<tbSemaphore> semaphore = new tbSemaphore;
     std::atomic<int> passed{0};
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int t = 0; t < 4; ++t)
         threads.emplace_back(
             [&]
@@ -92,7 +92,18 @@ TEST(Semaphore, EveryIncLetsExactlyOneThreadOn)
     }
     for (int i = 0; i < 10; ++i)
         semaphore->inc(100);
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear();
     EXPECT_EQ(passed, 2000);
+}
+
+TEST(Semaphore, SwitchedOffLetsEverybodyThrough)
+{
+    const tbRef<tbSemaphore> semaphore = new tbSemaphore;
+    tbSemaphore::enableAll(false);
+    EXPECT_TRUE(semaphore->dec());
+    semaphore->inc();
+    tbSemaphore::enableAll(true);
+    EXPECT_EQ(semaphore->getCount(), 0);
+    EXPECT_TRUE(semaphore->dec(0));
+    EXPECT_EQ(semaphore->getCount(), -1);
 }

@@ -351,13 +351,9 @@ TEST_F(Thread, AdoptedItStandsForTheCallingThread)
             EXPECT_EQ(action->getTimes(), 1);
             thread.reset();
             EXPECT_EQ(tbThread::getCurrentThread(), nullptr);
+            thread = new tbThread(true);
         })
         .join();
-}
-
-TEST_F(Thread, AdoptedItIsDeadWhenItsThreadHasEnded)
-{
-    std::thread([&] { thread = new tbThread(true); }).join();
     EXPECT_EQ(thread->getState(), tbThread::STATE_DEAD);
     thread->flushQueue();
     EXPECT_FALSE(thread->setProcessors(1));
