@@ -4,6 +4,8 @@
 
 #include <tests/support/TempFile.h>
 
+#include <tamber/graph/tbGroup.h>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
