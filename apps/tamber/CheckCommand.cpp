@@ -85,6 +85,7 @@ public:
             ->group("")
             ->excludes(fileOption);
         command.add_option("--limit", limit, "How many findings to list; all are counted")
+            ->check(CLI::Range(0, 1000000000).description(""))
             ->capture_default_str();
         command.add_flag("--json", json, "Print JSON instead of text");
         command.footer(

@@ -5,12 +5,29 @@
 
 #include <tamber/kernel/tbVersion.h>
 
+namespace
+{
+/// One line, as for every failure.
+std::string messageOf(const CLI::App& app, const CLI::Error& error)
+{
+    const std::vector<CLI::App*> chosen = app.get_subcommands();
+    const std::vector<std::string> unknown = app.remaining();
+    std::string text = error.what();
+    if (chosen.empty() && error.get_name() == "RequiredError")
+        text = unknown.empty() ? "a command is required" : "there is no command '" + unknown.front() + "'";
+    const std::string help = chosen.empty() ? "" : chosen.front()->get_name() + " ";
+    return "tamber: " + text + "; see tamber " + help + "--help\n";
+}
+} // namespace
+
 CommandLine::CommandLine()
     : app("Tamber, a real-time 3D scene-graph toolkit.", "tamber"),
       commands(makeCommands())
 {
     app.require_subcommand(1);
     app.set_version_flag("--version", versionText());
+    app.failure_message([](const CLI::App* parsed, const CLI::Error& error)
+                        { return messageOf(*parsed, error); });
     app.footer("'tamber COMMAND --help' explains a command.");
     app.add_flag("--trust", options.trustFiles, "Let native files load the plug-ins that they name");
     app.add_flag("-v,--verbose", options.verbose, "Show the library's messages on stderr");

@@ -154,6 +154,7 @@ public:
             ->capture_default_str()
             ->check(CLI::NonNegativeNumber);
         command.add_option("--limit", options.limit, "How many differences to list; all are counted")
+            ->check(CLI::Range(0, 1000000000).description(""))
             ->capture_default_str();
         command.add_flag("--json", json, "Print JSON instead of text");
         command.footer(

@@ -3,6 +3,7 @@
 #include "FileOutput.h"
 #include "NativeFile.h"
 
+#include <apps/tamber/native/FindingText.h>
 #include <apps/tamber/native/Text.h>
 
 #include <CLI/CLI.hpp>
@@ -44,7 +45,7 @@ private:
         Findings findings;
         Image image(openFileSource(file), findings);
         if (!image.hasHeader())
-            throw CommandError(file, "is no native file");
+            throw CommandError(file, textOf(findings.getKept().front()));
         return dumpText(image);
     }
 

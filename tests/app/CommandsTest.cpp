@@ -32,7 +32,7 @@ const std::map<std::string, Lines> commandLines = {
      {{"row.tb converted.tb"}, {"", "row.tb", "absent.tb x.tb", "row.tb absent/x.tb", "row.tb ."}}},
     {"plugins", {{"", "--json"}, {"surplus"}}},
     {"info", {{"row.tb", "row.tb --tree", "row.tb --json"}, {"", "absent.tb", ".", "row.tb --depth -1"}}},
-    {"check", {{"row.tb", "row.tb --json"}, {"", "absent.tb", ".", "row.tb --limit x"}}},
+    {"check", {{"row.tb", "row.tb --json"}, {"", "absent.tb", ".", "row.tb --limit x", "row.tb --limit -1"}}},
     {"diff",
      {{"row.tb other.tb", "row.tb other.tb --json"}, {"", "row.tb", "row.tb absent.tb", "absent.tb row.tb"}}},
     {"dump", {{"row.tb"}, {"", "absent.tb", ".", "row.tb --out absent/x.txt"}}},
@@ -83,13 +83,17 @@ TEST(Commands, NoFailureEndsWithZero)
         {
             const Result result = run(command + " " + bad);
             EXPECT_NE(result.code, 0) << command << ' ' << bad;
-            EXPECT_NE(result.err, "") << command << ' ' << bad;
+            EXPECT_TRUE(result.err.starts_with("tamber: ") &&
+                        std::count(result.err.begin(), result.err.end(), '\n') == 1)
+                << command << ' ' << bad << " is answered in one line, not by " << result.err;
         }
         EXPECT_NE(run(command + " --nonsense").code, 0) << command;
         EXPECT_EQ(run(command + " --help").code, 0) << command;
     }
     for (const char* bad : {"--import-memory -1", "--import-time x", "--import-time"})
         EXPECT_EQ(run(std::string("run row.tb ") + bad).code, 1) << bad;
+    EXPECT_EQ(run("").err, "tamber: a command is required; see tamber --help\n");
+    EXPECT_EQ(run("conver a b").err, "tamber: there is no command 'conver'; see tamber --help\n");
     for (const char* command : {"check", "diff"})
         EXPECT_EQ(run(std::string(command) + " --nonsense").code, 2) << "1 says something of the files";
 }

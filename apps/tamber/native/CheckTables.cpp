@@ -1,5 +1,6 @@
 // Header, tags and directory: all that is known without reading an entry.
 #include "CheckState.h"
+#include "FoldedName.h"
 #include "Info.h"
 
 #include <tamber/kernel/tbVersion.h>
@@ -24,19 +25,6 @@ void checkReserved(CheckState& state, const Bytes& bytes, std::uint64_t offset)
     const auto found = std::find_if(bytes.begin(), bytes.end(), [](unsigned char byte) { return byte != 0; });
     if (found != bytes.end())
         state.add(Kind::RESERVED_NOT_ZERO, offset + std::uint64_t(found - bytes.begin()));
-}
-
-char lower(char c)
-{
-    return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
-}
-
-int compareFolded(std::string_view a, std::string_view b)
-{
-    for (std::size_t i = 0; i < std::min(a.size(), b.size()); ++i)
-        if (lower(a[i]) != lower(b[i]))
-            return lower(a[i]) < lower(b[i]) ? -1 : 1;
-    return a.size() < b.size() ? -1 : a.size() > b.size() ? 1 : 0;
 }
 
 bool isClassName(std::string_view name)

@@ -1,4 +1,5 @@
 // The inventory of the classes that files name.
+#include "FoldedName.h"
 #include "RecordDescriptions.h"
 
 #include <algorithm>
@@ -72,17 +73,6 @@ constexpr ClassInfo classes[] = {
     {"tbPlugIns", nullptr, ClassInfo::DATA},
 };
 
-char lower(char c)
-{
-    return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
-}
-
-bool less(std::string_view a, std::string_view b)
-{
-    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
-                                        [](char x, char y) { return lower(x) < lower(y); });
-}
-
 struct Known
 {
     const ClassInfo* info = nullptr;
@@ -99,7 +89,8 @@ public:
         for (std::size_t i = 0; i < known.size(); ++i)
             known[i].info = &classes[i];
         std::sort(known.begin(), known.end(),
-                  [](const Known& a, const Known& b) { return less(a.info->name, b.info->name); });
+                  [](const Known& a, const Known& b)
+                  { return compareFolded(a.info->name, b.info->name) < 0; });
         for (const RecordDescription& description : recordDescriptions())
             at(description.className)->describe = description.describe;
         for (const ClassInfo& info : classes) // parents first
@@ -113,10 +104,10 @@ public:
 
     const Known* find(std::string_view name) const
     {
-        const auto place =
-            std::lower_bound(known.begin(), known.end(), name,
-                             [](const Known& a, std::string_view b) { return less(a.info->name, b); });
-        return place != known.end() && !less(name, place->info->name) ? &*place : nullptr;
+        const auto place = std::lower_bound(known.begin(), known.end(), name,
+                                            [](const Known& a, std::string_view b)
+                                            { return compareFolded(a.info->name, b) < 0; });
+        return place != known.end() && compareFolded(name, place->info->name) == 0 ? &*place : nullptr;
     }
 
 private:
