@@ -19,8 +19,6 @@ static_assert(sizeof(void*) != 8 || sizeof(tbGroup) <= 88, "nodes are many: keep
 namespace
 {
 
-constexpr int SEARCHED_LIST = 16; // children up to which a list is searched rather than remembered
-
 // Visits a subtree in pre-order from a list, so that depth costs no stack.
 class PreOrder
 {
@@ -198,51 +196,6 @@ tbBase* tbGroup::createCopy() const
 tbBase* tbGroup::createDisposableCopy(tbArena* arena) const
 {
     return new (arena) tbGroup(*this, Disposable{arena});
-}
-
-// Null when the caller gave the entry, as for every node: who made the entry gets it back.
-tbEntry* tbGroup::write(tbFile* file, tbEntry* entry) const
-{
-    tbEntry* target = tbBase::write(file, entry);
-    if (!target)
-        return nullptr;
-    target->writeShort(short(travFlags));
-    target->writeShort(short(nodeFlags));
-    target->writeInt(getNumChildren());
-    for (const tbGroup* child : getChildren())
-        child->writeRef(file, target);
-    return entry ? nullptr : target;
-}
-
-tbEntry* tbGroup::read(tbFile* file, tbEntry* entry)
-{
-    entry = tbBase::read(file, entry);
-    if (!entry)
-        return nullptr;
-    removeChildren();
-    travFlags = std::uint16_t(entry->readShort());
-    nodeFlags = std::uint16_t(entry->readShort());
-    const int n = entry->readCount(sizeof(std::int32_t));
-    tbiPointerMap met; // of long lists: many children with many parents each would be searched for ever
-    for (int i = 0; i < n; ++i)
-    {
-        tbBase* object = readRef(file, entry);
-        if (!object)
-            continue;
-        if (!object->isOfType(getClassType()))
-        {
-            entry->passOver("a child that is no node");
-            continue;
-        }
-        tbGroup* child = static_cast<tbGroup*>(object);
-        if (n > SEARCHED_LIST && met.find(child) >= 0)
-            continue;
-        const bool isNew = n > SEARCHED_LIST && met.set(child, i);
-        const tbiNodeLinks::NewEdge edge(isNew ? this : nullptr, child);
-        const tbiPropagation::FreshNode fresh(child->anyTravFlags(TF_UPDATE) ? child : nullptr);
-        addChild(child);
-    }
-    return entry->hasFailed() ? nullptr : entry;
 }
 
 void tbGroup::addedTo(tbGroup*)

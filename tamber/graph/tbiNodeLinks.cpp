@@ -310,10 +310,7 @@ void tbiNodeLinks::removeSlotUnordered(tbNodeList& list, unsigned slot)
     removeSlot(list, last);
 }
 
-tbiNodeLinks::NewEdge::NewEdge(const tbGroup* above, const tbGroup* below)
-    : parent(above),
-      child(below),
-      outer(newEdge)
+tbiNodeLinks::NewEdge::NewEdge(const tbGroup* above) : parent(above), outer(newEdge)
 {
     newEdge = this;
 }

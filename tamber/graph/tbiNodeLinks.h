@@ -15,20 +15,23 @@ public:
         unsigned inParents;
     };
 
-    /// While it lives, `child` is known to be no child of `parent`, and attaching it searches neither list.
+    /// While it lives, the node that it was told last is known to be no child of `parent`, and attaching it searches
+    /// neither list.
     class NewEdge
     {
     public:
-        NewEdge(const tbGroup* parent, const tbGroup* child);
+        explicit NewEdge(const tbGroup* parent);
         ~NewEdge();
         NewEdge(const NewEdge&) = delete;
         NewEdge& operator=(const NewEdge&) = delete;
 
+        /// Null for none.
+        void set(const tbGroup* node) { child = node; }
         static bool isKnown(const tbGroup* parent, const tbGroup* child);
 
     private:
         const tbGroup* parent;
-        const tbGroup* child;
+        const tbGroup* child = nullptr;
         const NewEdge* outer;
     };
 

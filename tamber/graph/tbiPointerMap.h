@@ -31,8 +31,18 @@ public:
         cell = {key, value};
         return true;
     }
-    /// True when `key` was not there before.
-    bool addUnique(const void* key) { return find(key) < 0 && set(key, 0); }
+    /// True when `key` was not there before; false as well when memory is out.
+    bool addUnique(const void* key)
+    {
+        if (used * 2 >= capacity && !grow())
+            return false;
+        Cell& cell = cells[place(key)];
+        if (cell.key)
+            return false;
+        cell = {key, 0};
+        ++used;
+        return true;
+    }
     void remove(const void* key)
     {
         if (find(key) < 0)

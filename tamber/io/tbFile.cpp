@@ -244,6 +244,7 @@ bool tbFile::readTables()
     const std::int64_t tagBytes = std::int64_t{TAG_SIZE} * header->numTags;
     const std::int64_t recordBytes = std::int64_t{RECORD_SIZE} * header->numEntries;
     state->dataStart = HEADER_SIZE + tagBytes + recordBytes;
+    state->handlesKnown = false;
     if (state->dataStart > length || header->numEntries > unsigned(LARGEST_COUNT) ||
         header->numTags > unsigned(LARGEST_COUNT))
         return failAt(FILE_READ_ERROR, HEADER_ENTRIES, "more tags and entries than the file can hold");
@@ -492,6 +493,13 @@ tbEntry* tbFile::findEntry(const void* handle) const
     if (!handle)
         return nullptr;
     tbEntry* last = nullptr;
+    if (!learnHandles())
+    {
+        for (tbEntry* entry : entries)
+            if (entry->handle == handle)
+                last = entry;
+        return last;
+    }
     state->handles.visitAll(hashHandle(handle),
                             [&](tbEntry* entry)
                             {
@@ -501,12 +509,27 @@ tbEntry* tbFile::findEntry(const void* handle) const
     return last;
 }
 
+// What was read is looked for by its address when something is written, if ever. False when memory is out.
+bool tbFile::learnHandles() const
+{
+    for (int i = 0; i < entries.getNum() && !state->handlesKnown; ++i)
+    {
+        tbEntry* entry = entries[i];
+        if (!entry->handle || state->handles.add(hashHandle(entry->handle), entry))
+            continue;
+        state->handles.clear();
+        return false;
+    }
+    state->handlesKnown = true;
+    return true;
+}
+
 bool tbFile::rebind(tbEntry* entry, const void* object)
 {
-    if (entry->handle)
+    if (entry->handle && state->handlesKnown)
         state->handles.remove(hashHandle(entry->handle), entry);
     entry->handle = nullptr;
-    if (object && !state->handles.add(hashHandle(object), entry))
+    if (object && state->handlesKnown && !state->handles.add(hashHandle(object), entry))
     {
         failWrite("memory is out");
         return false;

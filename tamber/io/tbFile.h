@@ -197,6 +197,7 @@ private:
     void hold(tbEntry* entry, HoldDataFunc holdData);
     void dropHold(tbEntry* entry);
     void dropHolds();
+    bool learnHandles() const;
     bool rebind(tbEntry* entry, const void* object);
 
     // Writing

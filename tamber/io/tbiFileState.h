@@ -39,6 +39,7 @@ struct tbiFileState : tbAllocated<tbiFileState>
     int numMessages = 0;
 
     tbiHashTable<tbEntry> handles;
+    bool handlesKnown = true; // the table holds all handles
     tbiHashTable<tbiTag> tagNames;
     bool firstEntriesKnown = true;
 
@@ -116,6 +117,7 @@ struct tbiFileState : tbAllocated<tbiFileState>
     void close()
     {
         handles.clear();
+        handlesKnown = true;
         tagNames.clear();
         firstEntriesKnown = true;
         window.detach();

@@ -1,0 +1,105 @@
+// How a node is written to a file and read back.
+#include "tbGroup.h"
+
+#include <tamber/io/tbEntry.h>
+
+#include "tbiNodeLinks.h"
+#include "tbiPointerMap.h"
+#include "tbiPropagation.h"
+
+namespace
+{
+
+// Tells which nodes a list that is being read holds already: many children with many parents each would be searched for
+// ever. Where one of the two lists is short, searching is left to the attach.
+class ChildrenMet
+{
+public:
+    explicit ChildrenMet(const tbGroup* reader) : parent(reader) {}
+
+    /// False for a child that is there already.
+    bool admit(const tbGroup* child)
+    {
+        known = remembers || child->getNumParents() == 0;
+        if (!known && isLong(parent->getNumChildren()) && isLong(child->getNumParents()))
+            known = remember();
+        return !remembers || met.addUnique(child);
+    }
+    /// Whether the child that was admitted last is certain to be new.
+    bool isKnown() const { return known; }
+
+private:
+    static bool isLong(int number) { return number > 16; }
+
+    bool remember()
+    {
+        for (const tbGroup* child : parent->getChildren())
+            met.addUnique(child);
+        remembers = met.getNum() == parent->getNumChildren();
+        return remembers;
+    }
+
+    const tbGroup* parent;
+    tbiPointerMap met;
+    bool remembers = false;
+    bool known = false;
+};
+
+// An attach in a list that is being read. What comes out of a file has told all below itself.
+void attach(tbGroup* parent, tbGroup* child)
+{
+    if (child->getNumChildren() == 0 || !child->anyTravFlags(tbGroup::TF_UPDATE))
+    {
+        parent->addChild(child);
+        return;
+    }
+    const tbiPropagation::FreshNode fresh(child);
+    parent->addChild(child);
+}
+
+} // namespace
+
+// Null when the caller gave the entry, as for every node: who made the entry gets it back.
+tbEntry* tbGroup::write(tbFile* file, tbEntry* entry) const
+{
+    tbEntry* target = tbBase::write(file, entry);
+    if (!target)
+        return nullptr;
+    target->writeShort(short(travFlags));
+    target->writeShort(short(nodeFlags));
+    target->writeInt(getNumChildren());
+    for (const tbGroup* child : getChildren())
+        child->writeRef(file, target);
+    return entry ? nullptr : target;
+}
+
+tbEntry* tbGroup::read(tbFile* file, tbEntry* entry)
+{
+    entry = tbBase::read(file, entry);
+    if (!entry)
+        return nullptr;
+    removeChildren();
+    travFlags = std::uint16_t(entry->readShort());
+    nodeFlags = std::uint16_t(entry->readShort());
+    const int n = entry->readCount(sizeof(std::int32_t));
+    ChildrenMet met(this);
+    tbiNodeLinks::NewEdge edge(this);
+    for (int i = 0; i < n; ++i)
+    {
+        tbBase* object = readRef(file, entry);
+        if (!object)
+            continue;
+        if (!object->isOfType(getClassType()))
+        {
+            entry->passOver("a child that is no node");
+            continue;
+        }
+        tbGroup* child = static_cast<tbGroup*>(object);
+        if (!met.admit(child))
+            continue;
+        edge.set(met.isKnown() ? child : nullptr);
+        attach(this, child);
+        edge.set(nullptr);
+    }
+    return entry->hasFailed() ? nullptr : entry;
+}
