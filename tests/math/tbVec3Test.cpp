@@ -105,19 +105,15 @@ TEST(Vec3, HeadingAndPitchComeBack)
 
 TEST(Vec3, HeadingsOfTheAxes)
 {
-    const struct
-    {
-        tbVec3 direction;
-        float h, p;
-    } cases[] = {{{0, 1, 0}, 0, 0},        {{-1, 0, 0}, 90, 0},     {{0, -1, 0}, 180, 0},
-                 {{1, 0, 0}, -90, 0},      {{-1, -0.0f, 0}, 90, 0}, {{1, -0.0f, 0}, -90, 0},
-                 {{1, -1e-12f, 0}, -90, 0}};
-    for (const auto& c : cases)
+    const std::pair<tbVec3, float> cases[] = {
+        {{0, 1, 0}, 0},       {{-1, 0, 0}, 90},     {{0, -1, 0}, 180},     {{1, 0, 0}, -90},
+        {{-1, -0.0f, 0}, 90}, {{1, -0.0f, 0}, -90}, {{1, -1e-12f, 0}, -90}};
+    for (const auto& [direction, heading] : cases)
     {
         float h, p;
-        c.direction.getHP(h, p);
-        EXPECT_EQ(h, c.h) << c.direction.x << ' ' << c.direction.y;
-        EXPECT_EQ(p, c.p);
+        direction.getHP(h, p);
+        EXPECT_EQ(h, heading) << direction.x << ' ' << direction.y;
+        EXPECT_EQ(p, 0.0f);
     }
     float h, p;
     tbVec3(0, 0, -2).getHP(h, p);

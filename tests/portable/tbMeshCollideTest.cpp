@@ -127,6 +127,7 @@ TEST(MeshCollide, TheTreeFollowsTheVertices)
         points[i] += tbVec3(0, 10, 0);
     mesh->changed();
     scene.update();
+    EXPECT_NEAR((*scene->getVolume()->getCenter())[1], 15, 1e-4f);
     EXPECT_EQ(collider->intersect(scene), 1);
     EXPECT_NEAR(collider->getRayHit(0)->distance, 15, 1e-4f);
     mesh->setVertexArray(nullptr);

@@ -3,6 +3,7 @@
 
 #include <tamber/math/tbMatrix.h>
 #include <tamber/math/tbVec3.h>
+#include <tamber/volume/tbBox.h>
 
 #include <cmath>
 #include <random>
@@ -24,6 +25,13 @@ public:
     tbVec3 point(float range)
     {
         return tbVec3(number(-range, range), number(-range, range), number(-range, range));
+    }
+    tbBox box(float range)
+    {
+        tbBox around;
+        around.extendAround(point(range));
+        around.extendAround(point(range));
+        return around;
     }
     /// Evenly over all directions, of length 1.
     tbVec3 direction()

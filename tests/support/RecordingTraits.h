@@ -33,6 +33,16 @@ struct TraitLog
     }
 };
 
+/// What a stack sets where nothing else is in effect.
+inline std::vector<const tbTrait*> visualDefaultsOf(const tbTraitStack& stack)
+{
+    int num = 0;
+    const tbVisualTrait** list = stack.getVisualTraits(tbTraitStack::DEFAULT_LIST, num);
+    const std::vector<const tbTrait*> traits(list, list + num);
+    tbMemory::free(list);
+    return traits;
+}
+
 template <class Family>
 class DeviceRecorder;
 

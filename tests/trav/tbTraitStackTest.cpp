@@ -46,14 +46,10 @@ protected:
     template <class Trait>
     const tbTrait* defaultOf() const
     {
-        int num = 0;
-        const tbVisualTrait** list = stack->getVisualTraits(tbTraitStack::DEFAULT_LIST, num);
-        const tbTrait* found = nullptr;
-        for (int i = 0; i < num; ++i)
-            if (list[i]->getType() == Trait::type())
-                found = list[i];
-        tbMemory::free(list);
-        return found;
+        for (const tbTrait* trait : tbtest::visualDefaultsOf(*stack))
+            if (trait->getType() == Trait::type())
+                return trait;
+        return nullptr;
     }
     Traits drawn(std::vector<const tbVisualTrait*> own = {})
     {
@@ -82,9 +78,7 @@ TEST_F(TraitStack, WithoutDefaultsTheStackEndsEmpty)
     bare->popTrait(trait.get(), context.get());
     EXPECT_EQ(bare->getTop(TravA::type()), nullptr);
     EXPECT_EQ(log.onContext, Traits{trait.get()});
-    int num = -1;
-    tbMemory::free(bare->getVisualTraits(tbTraitStack::DEFAULT_LIST, num));
-    EXPECT_EQ(num, 0);
+    EXPECT_EQ(tbtest::visualDefaultsOf(*bare), Traits{});
 }
 
 TEST_F(TraitStack, FamiliesThatAreNotKeptAreIgnored)
@@ -142,10 +136,7 @@ TEST_F(TraitStack, DefaultVisualTraitsAreRestoredOnceOrAllAtOnce)
     stack->applyDefaultVisualTraits(nullptr);
     EXPECT_EQ(log.onDevice, Traits{});
     stack->applyAllDefaultVisualTraits(nullptr);
-    int num = 0;
-    const tbVisualTrait** defaults = stack->getVisualTraits(tbTraitStack::DEFAULT_LIST, num);
-    EXPECT_EQ(log.onDevice, Traits(defaults, defaults + num));
-    tbMemory::free(defaults);
+    EXPECT_EQ(log.onDevice, tbtest::visualDefaultsOf(*stack));
     EXPECT_EQ(drawn(), Traits{});
 }
 

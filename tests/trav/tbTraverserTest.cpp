@@ -88,7 +88,7 @@ TEST_F(Traverser, PrunedNodesAreVisitedButNotTheirChildren)
     EXPECT_EQ(depth(), 0);
 }
 
-TEST_F(Traverser, VetoedNodesAreNeitherVisitedNorCounted)
+TEST_F(Traverser, VetoedNodesAreNeitherVisitedNorCountedAndAVetoCanStopTheWalk)
 {
     tbRef<tbStats> stats(new tbStats);
     traverser->getTravContext()->setStats(stats.get());
@@ -96,10 +96,6 @@ TEST_F(Traverser, VetoedNodesAreNeitherVisitedNorCounted)
     EXPECT_EQ(walk(), "aef");
     EXPECT_EQ(depth(), 0);
     EXPECT_EQ(stats->getCount(tbGroup::getClassType()), 2);
-}
-
-TEST_F(Traverser, AVetoCanStopTheWalk)
-{
     traverser->vetoed = "d";
     traverser->vetoWith = tbTraverser::TRAV_STOP;
     EXPECT_EQ(walk(), "abc");

@@ -73,7 +73,7 @@ TEST(TraitStackModel, TraversalTraitsInEffectAreOnTheContext)
         const tbTrait* expected = inEffect(styles, type);
         if (expected)
             ASSERT_EQ(stack->getTop(type), expected) << "step " << step;
-        else if (stack->getTop(type))
+        else
             expected = stack->getTop(type); // the default, once something was pushed
         ASSERT_EQ(log.onContext.empty() ? nullptr : log.onContext.back(), expected) << "step " << step;
     }
@@ -89,10 +89,7 @@ public:
         log.clear();
         stack = new tbTraitStack(tbTraitStack::VISUAL_STACK, true);
         log.stack = stack.get();
-        int num = 0;
-        const tbVisualTrait** list = stack->getVisualTraits(tbTraitStack::DEFAULT_LIST, num);
-        defaults.assign(list, list + num);
-        tbMemory::free(list);
+        defaults = tbtest::visualDefaultsOf(*stack);
         stack->applyAllDefaultVisualTraits(nullptr);
         device = defaults;
         log.clear();
@@ -139,7 +136,6 @@ public:
             slotOf(expected, trait->getType()) = trait;
         EXPECT_EQ(device, expected);
     }
-    bool hasStyles() const { return !styles.empty(); }
     std::size_t depth() const { return styles.size(); }
 
 private:
@@ -175,12 +171,10 @@ TEST(TraitStackModel, TheCameraHasWhatIsInEffectAndNothingIsSetTwice)
             walk.startWalk();
         else if (action < 6 && walk.depth() < 8)
         {
-            if (random() % 2 == 0)
-                walk.push(styleA.pick(random));
-            else
-                walk.push(styleB.pick(random));
+            tbVisualTrait* const picked[] = {styleA.pick(random), styleB.pick(random)};
+            walk.push(picked[random() % 2]);
         }
-        else if (action < 12 && walk.hasStyles())
+        else if (action < 12 && walk.depth() > 0)
             walk.pop();
         else
         {

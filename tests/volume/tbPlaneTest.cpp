@@ -72,9 +72,7 @@ TEST(Plane, AsksTheRightCornersOfABox)
     for (int i = 0; i < 500; ++i)
     {
         const tbPlane plane(random.direction(), random.number(-3, 3));
-        tbBox box;
-        box.extendAround(random.point(4));
-        box.extendAround(random.point(4));
+        const tbBox box = random.box(4);
         int inside = 0;
         for (int octant = 0; octant < 8; ++octant)
         {

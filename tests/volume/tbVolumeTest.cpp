@@ -32,12 +32,7 @@ Volume draw(tbVolume::TYPE type, tbtest::Random& random)
     case tbVolume::PLANE:
         return Volume(new tbPlane(random.direction(), random.number(-3, 3)));
     case tbVolume::BOX:
-    {
-        Volume box(new tbBox);
-        box->extendAround(random.point(5));
-        box->extendAround(random.point(5));
-        return box;
-    }
+        return Volume(new tbBox(random.box(5)));
     case tbVolume::SPHERE:
         return Volume(new tbSphere(random.point(5), random.number(0.5f, 4)));
     default:
@@ -180,10 +175,8 @@ TEST(Volume, RaysAgreeWithTheirPoints)
             for (int j = 0; j < 50; ++j)
             {
                 const tbVec3 p = *ray.getOrigin() + *ray.getDirection() * (length * random.number(0, 0.999f));
-                if (volume->contains(p) == tbVolume::INSIDE)
-                    EXPECT_NE(answer, tbVolume::OUTSIDE) << type;
-                else
-                    EXPECT_NE(answer, tbVolume::INSIDE) << type;
+                const bool held = volume->contains(p) == tbVolume::INSIDE;
+                EXPECT_NE(answer, held ? tbVolume::OUTSIDE : tbVolume::INSIDE) << type;
             }
         }
         for (const int count : counts)
