@@ -27,27 +27,28 @@ class Cases:
 
         self.add(name, make, both)
 
-    def root(self, name, make, tag="tbGroup", both=False):
-        """A file of one entry."""
-
-        def build(order):
-            f = File(order)
-            f.add(tag, make(f.record()))
-            return f
-
-        self.add(name, build, both)
-
-    def graph(self, name, *nodes, both=False):
-        """Entries of a tag each, whose records are made by what stands behind it: a function, or a group's children."""
+    def graph(self, name, *nodes, both=False, **fields):
+        """Entries of a tag each, whose records are made by what stands behind it: a function, or a group's children.
+        The file gets the fields."""
 
         def build(order):
             f = File(order)
             for i, (tag, make) in enumerate(nodes):
                 r = f.record()
                 f.add(tag, make(r) if callable(make) else r.group(make, name="n%d" % i))
+            for field, value in fields.items():
+                setattr(f, field, value)
             return f
 
         self.add(name, build, both)
+
+    def root(self, name, make, tag="tbGroup", both=False):
+        """A file of one entry."""
+        self.graph(name, (tag, make), both=both)
+
+    def child(self, name, tag, make, both=False, root="tbGroup"):
+        """A root with one child."""
+        self.graph(name, (root, lambda r: r.group([1], name="root")), (tag, make), both=both)
 
     def files(self):
         for name, make in self.makers:

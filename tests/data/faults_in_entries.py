@@ -1,11 +1,11 @@
 """Faults of entries: their sizes, packing, values and arrays."""
 
-from cases import Cases, good
+from cases import Cases
 from nativefile import RLE, File, pack
 from faults_in_tables import set_in
 
 cases = Cases()
-case, change, add = cases.case, cases.change, cases.add
+add, change, child, graph, root = cases.add, cases.change, cases.child, cases.graph, cases.root
 
 # 12: sizes; 13: compression
 for name, size, both in (
@@ -61,31 +61,12 @@ change("14-marked-as-packed", set_in(1, compression=RLE))
 change("14-marked-as-packed-short", set_in(1, compression=RLE, size=3))
 
 
-def child(name, tag, make, both=False, root="tbGroup"):
-    """A root with one child, whose record `make` makes."""
-
-    def build(order):
-        f = File(order)
-        f.add(root, f.record().group([1], name="root"))
-        f.add(tag, make(f.record()))
-        return f
-
-    add(name, build, both)
-
-
 # 16: values across the end
 child("16-short-across-the-end", "tbGroup", lambda r: r.base().short(1).byte(7), both=True)
 child("16-int-across-the-end", "tbTransform", lambda r: r.group().int(4).float(1).short(7))
 child("16-float-at-aligned-end", "tbAudioLevelScale", lambda r: r.trait(), root="tbStyle")
 child("16-bool-across-the-end", "tbModel", lambda r: r.transform().text(None).short(0))
-
-
-@case("16-double-across-the-end", both=True)
-def _(order):
-    f = File(order)
-    f.add("FileNode", f.record().base().int(5, 6, 7))
-    return f
-
+root("16-double-across-the-end", lambda r: r.base().int(5, 6, 7), tag="FileNode", both=True)
 
 # 17: lengths of texts and chunks
 child("17-text-without-zero", "tbGroup", lambda r: r.int(4).bytes(b"four").short(0).int(0).short(1, 1).int(0))
@@ -104,42 +85,22 @@ child(
     "tbTransform",
     lambda r: r.transform(type=4, elements=[1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 1, 2, 3, 1], name="o"),
 )
-
-
-@case("18-doubles-at-odd-place-of-file", both=True)
-def _(order):
-    f = File(order)
-    f.add("FileNode", f.record().base(name="x").int(1).double(0.1).int(2, 1, 1).byte(0))
-    f.add("FileNode", f.record().base().int(1).double(1e300).int(-1, 0).byte(0))
-    f.add("tbArray", f.record().short(8).int(2).double(0.1, -0.2))
-    return f
-
+graph(
+    "18-doubles-at-odd-place-of-file",
+    ("FileNode", lambda r: r.base(name="x").int(1).double(0.1).int(2, 1, 1).byte(0)),
+    ("FileNode", lambda r: r.base().int(1).double(1e300).int(-1, 0).byte(0)),
+    ("tbArray", lambda r: r.short(8).int(2).double(0.1, -0.2)),
+    both=True,
+)
 
 # 19: reading what is being read
-@case("19-entry-refers-to-itself")
-def _(order):
-    f = File(order)
-    f.add("tbGroup", f.record().group([0], name="self"))
-    return f
-
-
-@case("19-same-entry-after-itself", both=True)
-def _(order):
-    f = File(order)
-    f.add("tbGroup", f.record().group([1], name="root"))
-    f.add("tbGroup", f.record().group([1], attributes=[1, 1], name="self"))
-    return f
+root("19-entry-refers-to-itself", lambda r: r.group([0], name="self"))
+child("19-same-entry-after-itself", "tbGroup", lambda r: r.group([1], attributes=[1, 1], name="self"), both=True)
 
 
 # 37: arrays; 38: vertex arrays
 def array(name, make, both=False):
-    def build(order):
-        f = File(order)
-        f.add("FileNode", f.record().base().int(1).double(0).int(1, 0))
-        f.add("tbArray", make(f.record()))
-        return f
-
-    add(name, build, both)
+    graph(name, ("FileNode", lambda r: r.base().int(1).double(0).int(1, 0)), ("tbArray", make), both=both)
 
 
 array("37-type-9", lambda r: r.short(9).int(1, 1), both=True)
@@ -154,16 +115,10 @@ array("37-nothing-behind-type", lambda r: r.short(3))
 array("37-doubles-need-their-gap", lambda r: r.short(8).int(1).bytes(bytes(7)))
 
 
-def vertices(name, make, indices=(), primitive=2, both=False, references=1, tag="tbVertexArray"):
-    def build(order):
-        f = File(order)
-        mesh = f.record().group(name="mesh").int(primitive, 1, len(indices), *indices)
-        f.add("tbGroup", f.record().group([2], name="root"))
-        f.add(tag, make(f.record()))
-        f.add("tbMesh", mesh)
-        return f
-
-    add(name, build, both)
+def vertices(name, make, indices=(), primitive=2, both=False, tag="tbVertexArray"):
+    root = ("tbGroup", lambda r: r.group([2], name="root"))
+    mesh = ("tbMesh", lambda r: r.group(name="mesh").int(primitive, 1, len(indices), *indices))
+    graph(name, root, (tag, make), mesh, both=both)
 
 
 def triangle(r, type=1):

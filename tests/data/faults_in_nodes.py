@@ -1,10 +1,9 @@
 """Faults of what single classes keep: flags, states, ranges, times, matrices, volumes, names."""
 
 from cases import Cases
-from nativefile import File
 
 cases = Cases()
-add, graph, root = cases.add, cases.graph, cases.root
+graph, root = cases.graph, cases.root
 
 NAN, INF = float("nan"), float("inf")
 IDENTITY = [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1]
@@ -185,14 +184,7 @@ root("41-root-fails", lambda r: r.int(9), tag="tbGroup")
 
 # 42: the list of plug-ins
 def plug_ins(name, make, times=1, both=False):
-    def build(order):
-        f = File(order)
-        f.add("tbGroup", f.record().group(name="root"))
-        for _ in range(times):
-            f.add("tbPlugIns", make(f.record()))
-        return f
-
-    add(name, build, both)
+    graph(name, ("tbGroup", lambda r: r.group(name="root")), *[("tbPlugIns", make)] * times, both=both)
 
 
 def plug_in(r, module):

@@ -1,10 +1,9 @@
 """Faults of objects and of the references between them."""
 
 from cases import Cases
-from nativefile import File
 
 cases = Cases()
-case, add, root, graph = cases.case, cases.add, cases.root, cases.graph
+root, graph = cases.root, cases.graph
 
 
 # 20: names
@@ -150,60 +149,45 @@ graph("27-trait-fails", ("tbStyle", lambda r: r.style(traits=[1, 1])), ("tbCull"
 
 
 # 28: many references to one thing
-@case("28-one-child-many-times", both=True)
-def _(order):
-    f = File(order)
-    f.add("FileNode", f.record().base().int(1).double(0).int(-1, 2000, *[1] * 2000))
-    f.add("FileNode", f.record().base().int(1).double(0).int(-1, 0))
-    return f
-
-
-@case("28-one-attribute-many-times")
-def _(order):
-    f = File(order)
-    f.add("tbBase", f.record().base(attributes=[0x01010101] * 3 + [1] * 2000))
-    f.add("tbBase", f.record().base(name="one"))
-    return f
-
+graph(
+    "28-one-child-many-times",
+    ("FileNode", lambda r: r.base().int(1).double(0).int(-1, 2000, *[1] * 2000)),
+    ("FileNode", lambda r: r.base().int(1).double(0).int(-1, 0)),
+    both=True,
+)
+graph(
+    "28-one-attribute-many-times",
+    ("tbBase", lambda r: r.base(attributes=[0x01010101] * 3 + [1] * 2000)),
+    ("tbBase", lambda r: r.base(name="one")),
+)
 
 # 29: nesting
 graph("29-as-deep-as-a-program-likes", *[("tbGroup", [i + 1]) for i in range(39)], ("tbGroup", []))
 
 
-def chain(depth, link):
-    def build(order):
-        f = File(order)
-        for i in range(depth):
-            f.add("tbGroup", link(f.record(), [i + 1] if i + 1 < depth else []))
-        f.gap = 0
-        return f
-
-    return build
+def chain(name, depth, link):
+    below = [[i + 1] for i in range(depth - 1)] + [[]]
+    graph(name, *[("tbGroup", lambda r, next=next: link(r, next)) for next in below], gap=0)
 
 
-add("29-children-too-deep", chain(1100, lambda r, next: r.group(next)))
-add("29-attributes-too-deep", chain(1100, lambda r, next: r.group(attributes=next)))
-add("29-both-too-deep", chain(600, lambda r, next: r.group(next, attributes=next)))
+chain("29-children-too-deep", 1100, lambda r, next: r.group(next))
+chain("29-attributes-too-deep", 1100, lambda r, next: r.group(attributes=next))
+chain("29-both-too-deep", 600, lambda r, next: r.group(next, attributes=next))
 
 
 # 30: two paths more for each level
-def lattice(levels, node):
-    def build(order):
-        f = File(order)
-        f.add("tbGroup", f.record().group([1, 2], node=node))
-        for level in range(levels):
-            below = [2 * level + 3, 2 * level + 4] if level + 1 < levels else []
-            for _ in range(2):
-                f.add("tbGroup", f.record().group(below, node=node))
-        return f
-
-    return build
+def lattice(name, levels, node, both=False):
+    below = [[1, 2]]
+    for level in range(1, levels):
+        below += [[2 * level + 1, 2 * level + 2]] * 2
+    below += [[]] * 2
+    graph(name, *[("tbGroup", lambda r, next=next: r.group(next, node=node)) for next in below], both=both)
 
 
-add("30-lattice-of-40-levels", lattice(40, 1), both=True)
-add("30-lattice-that-is-cloned", lattice(10, 0))
-add("30-lattice-that-is-copied", lattice(10, 2))
-add("30-lattice-of-undefined-flags", lattice(8, 0x7FFF))
+lattice("30-lattice-of-40-levels", 40, 1, both=True)
+lattice("30-lattice-that-is-cloned", 10, 0)
+lattice("30-lattice-that-is-copied", 10, 2)
+lattice("30-lattice-of-undefined-flags", 8, 0x7FFF)
 graph(
     "30-lattice-of-attributes",
     *[("tbBase", lambda r, i=i: r.base(attributes=[i + 1] * 2)) for i in range(40)],

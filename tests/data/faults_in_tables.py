@@ -6,7 +6,7 @@ from cases import Cases, good
 from nativefile import MAGIC, RLE, File
 
 cases = Cases()
-case, change, add = cases.case, cases.change, cases.add
+add, case, change, graph = cases.add, cases.case, cases.change, cases.graph
 
 
 def set_in(number, **fields):
@@ -59,12 +59,10 @@ for name, number, both in (
 
 
 # 5: tag indices; 6: tag names; 7: two tags of one name
-def with_tags(order, *names):
+def with_tags(name, *tags, **options):
     """A chain of groups, each with a tag of its own."""
-    f = File(order)
-    for i, name in enumerate(names):
-        f.add(name, f.record().group([i + 1] if i + 1 < len(names) else []))
-    return f
+    below = [[i + 1] for i in range(len(tags) - 1)] + [[]]
+    graph(name, *[(tag, lambda r, next=next: r.group(next)) for tag, next in zip(tags, below)], **options)
 
 
 for name, indices, both in (
@@ -73,13 +71,7 @@ for name, indices, both in (
     ("same-twice", [0, 0], False),
     ("negative", [0, 0xFFFFFFFF], False),
 ):
-
-    def make(order, indices=indices):
-        f = with_tags(order, "tbGroup", "tbTransform")
-        f.tag_indices = indices
-        return f
-
-    add("05-tag-index-" + name, make, both)
+    with_tags("05-tag-index-" + name, "tbGroup", "tbTransform", both=both, tag_indices=indices)
 
 for name, tag in (
     ("without-zero", "x" * 64),
@@ -91,28 +83,22 @@ for name, tag in (
     ("unknown", "tbNobodysClass"),
     ("spaces", " tbGroup "),
 ):
-    add("06-tag-name-" + name, lambda order, tag=tag: with_tags(order, "tbGroup", tag))
+    with_tags("06-tag-name-" + name, "tbGroup", tag)
 change("06-tag-name-ends-early", lambda f: f.tags.__setitem__(0, b"tbGroup\0and what nobody reads" + b"\xff" * 34))
 
 
-@case("07-two-tags-of-one-name")
-def _(order):
-    f = good(order)
-    f.tags.append("tbGroup")
-    f.entries[1].tag = 1
-    return f
-
-
-add("07-names-differ-in-case", lambda order: with_tags(order, "tbGroup", "TBGROUP", "tbgroup"))
-
-
-@case("07-array-tag-in-other-case")
-def _(order):
-    f = File(order)
-    f.add("FileNode", f.record().base().int(1).double(0).int(1, 0))
-    f.add("TBARRAY", f.record().short(3).int(1, 7))
-    return f
-
+graph(
+    "07-two-tags-of-one-name",
+    ("tbGroup", lambda r: r.group([1], name="root")),
+    ("second", lambda r: r.group(name="child")),
+    tags=["tbGroup", "tbGroup"],
+)
+with_tags("07-names-differ-in-case", "tbGroup", "TBGROUP", "tbgroup")
+graph(
+    "07-array-tag-in-other-case",
+    ("FileNode", lambda r: r.base().int(1).double(0).int(1, 0)),
+    ("TBARRAY", lambda r: r.short(3).int(1, 7)),
+)
 
 # 8: entries' tags
 for name, tag in (("one-too-many", 1), ("negative", 0xFFFFFFFF), ("2-31", 0x80000000), ("2-30", 0x40000000)):

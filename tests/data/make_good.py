@@ -14,7 +14,8 @@ import output
 
 
 class Obj:
-    """An object of a graph: its class, and what writes its record. `ref` of an object is its entry's number."""
+    """An object of a graph: its class, and what writes its record. `ref` gives the entry's number of an object, or the
+    numbers of several."""
 
     def __init__(self, tag, write):
         self.tag, self.write = tag, write
@@ -25,6 +26,8 @@ def save(root, order):
     numbers = {}
 
     def ref(obj):
+        if not isinstance(obj, Obj):
+            return [ref(each) for each in obj]
         if obj not in numbers:
             numbers[obj] = len(file.entries)
             entry = file.add(obj.tag, b"")
@@ -37,23 +40,12 @@ def save(root, order):
     return file
 
 
-def refs(ref, objects):
-    return [ref(obj) for obj in objects]
-
-
-def group(name, children=(), trav=0x03, node=0, tag="tbGroup", flags=0, attributes=()):
-    def write(r, ref):
-        r.group(attributes=refs(ref, attributes), children=refs(ref, children), trav=trav, node=node, name=name, flags=flags)
-
-    return Obj(tag, write)
-
-
-def derived(base, extra, tag):
-    """An object whose record is another's, and more behind it."""
+def node(tag, name, children=(), more=lambda r, ref: None, trav=0x03, node=0, attributes=()):
+    """A group, and what the class writes behind that."""
 
     def write(r, ref):
-        base.write(r, ref)
-        extra(r, ref)
+        r.group(attributes=ref(attributes), children=ref(children), trav=trav, node=node, name=name)
+        more(r, ref)
 
     return Obj(tag, write)
 
@@ -62,18 +54,26 @@ def trait(tag, extra, mode=1, shareable=0, name=None):
     return Obj(tag, lambda r, ref: extra(r.trait(mode, shareable, name=name)))
 
 
+def listed(traits):
+    return lambda r, ref: r.int(len(traits), *ref(traits))
+
+
 IDENTITY = [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1]
 MOVED = IDENTITY[:12] + [1.5, -2, 1e6, 1]
 SCALED = [2, 0, 0, 0, 0, 3, 0, 0, 0, 0, 4, 0, 0.5, 0, 0, 1]
 
 
 def transform(name, type, elements, children=(), attributes=(), trav=0x33):
-    base = group(name, children, trav, attributes=attributes)
-    return derived(base, lambda r, ref: r.int(type).float(*elements), "tbTransform")
+    place = lambda r, ref: r.int(type).float(*elements)
+    return node("tbTransform", name, children, place, trav, attributes=attributes)
+
+
+def some_nodes(names):
+    return [node("tbGroup", name) for name in names]
 
 
 def kernel():
-    leaf = group("shared leaf", trav=0x0B, node=1)
+    leaf = node("tbGroup", "shared leaf", trav=0x0B, node=1)
     event = Obj("tbEvent", lambda r, ref: r.base(name="event").int(1))
     plain = Obj("tbBase", lambda r, ref: r.base(name="", flags=0x8001))
     traits = [
@@ -84,104 +84,71 @@ def kernel():
         trait("tbCull", lambda r: r.int(0x1500)),
         trait("tbSort", lambda r: r.int(0x100000)),
         trait("tbPrune", lambda r: r.int(1), mode=0),
-        Obj("tbTransition", lambda r, ref: r.trait(1, 0).float(0.75).int(2)),
+        trait("tbTransition", lambda r: r.float(0.75).int(2)),
     ]
-    style = derived(
-        group("style", [leaf], trav=0x0B),
-        lambda r, ref: r.int(len(traits), *refs(ref, traits)),
-        "tbStyle",
-    )
-    first, second, third = (group(name) for name in ("first", "second", "third"))
-    switch = derived(
-        group("switch", [first, second, third]),
-        lambda r, ref: r.int(3).byte(1, 0, 2).int(3).float(0.5, 10.25, 2),
-        "tbSwitch",
-    )
-    ranges = derived(
-        derived(
-            group("ranges", [group("near"), group("far")]),
-            lambda r, ref: r.int(2).byte(1, 1).int(1).float(0, 0, 1),
-            "tbSwitch",
-        ),
-        lambda r, ref: r.int(2).float(10, 2, 0.5, 250, 0, 1e8).int(1).float(1, 2, 3).int(1),
-        "tbRangeSwitch",
-    )
-    auto = derived(
-        derived(
-            group("auto", [group(None), group(None)]),
-            lambda r, ref: r.int(2).byte(0, 1).int(1).float(0, 0, 1),
-            "tbSwitch",
-        ),
-        lambda r, ref: r.int(1).iterator(2, current=1, step=-1, modes=(1, 2, 0, 1), time=3, times=(1, 2)),
-        "tbAutoSwitch",
-    )
-    frames = derived(
-        derived(
-            group("frames", [group(None)]),
-            lambda r, ref: r.int(1).byte(1).int(1).float(0, 0, 1),
-            "tbSwitch",
-        ),
-        lambda r, ref: r.int(0).iterator(1, modes=(0, 0, 1, 0), time=1, times=(0.0333333351,), frames=12, counts=(12,), current_frame=5),
-        "tbAutoSwitch",
-    )
-    billboard = derived(
-        group("billboard", trav=0x33), lambda r, ref: r.int(2).float(0, 0, 1, 4, 5, 6), "tbBillboard"
-    )
-    sphere = derived(group("sphere fence", trav=0x23), lambda r, ref: r.int(1).float(1, 2, 3, 4.5), "tbSphereFence")
-    box = derived(group("box fence", trav=0x23), lambda r, ref: r.int(0).float(-1, -2, -3, 1, 2, 3), "tbBoxFence")
-    emitter = derived(
-        group("emitter", trav=0x403),
-        lambda r, ref: r.int(0x18).float(7, 8, 9).text("horn.wav").float(1, 100, 0.5, 2, 1.25, -0.5).int(1),
-        "tbEmitter",
-    )
+    style = node("tbStyle", "style", [leaf], listed(traits), trav=0x0B)
+
+    def switched(r, ref):
+        r.int(3).byte(1, 0, 2).int(3).float(0.5, 10.25, 2)
+
+    def ranged(r, ref):
+        r.int(2).byte(1, 1).int(1).float(0, 0, 1)
+        r.int(2).float(10, 2, 0.5, 250, 0, 1e8).int(1).float(1, 2, 3).int(1)
+
+    def timed(r, ref):
+        r.int(2).byte(0, 1).int(1).float(0, 0, 1)
+        r.int(1).iterator(2, current=1, step=-1, modes=(1, 2, 0, 1), time=3, times=(1, 2))
+
+    def framed(r, ref):
+        r.int(1).byte(1).int(1).float(0, 0, 1)
+        r.int(0).iterator(1, modes=(0, 0, 1, 0), time=1, times=(0.0333333351,), frames=12, counts=(12,), current_frame=5)
+
+    def sounding(r, ref):
+        r.int(0x18).float(7, 8, 9).text("horn.wav").float(1, 100, 0.5, 2, 1.25, -0.5).int(1)
+
+    def modelled(r, ref):
+        r.int(0x14).float(*SCALED).text("house.glb").int(1).int(0x7FFFFFFF)
+
+    emitter = node("tbEmitter", "emitter", (), sounding, trav=0x403)
     still = transform("still", 1, IDENTITY, [leaf], trav=0x3B)
     moved = transform("moved", 4, MOVED, [still, emitter], [event, plain], trav=0x43B)
-    model = derived(
-        transform("model", 0x14, SCALED, [moved], trav=0x43B),
-        lambda r, ref: r.text("house.glb").int(1).int(0x7FFFFFFF),
-        "tbModel",
-    )
-    nodes = [style, switch, ranges, auto, frames, billboard, sphere, box, model]
-    return derived(group("scene", nodes, trav=0x43B), lambda r, ref: r.int(0), "tbScene")
+    nodes = [
+        style,
+        node("tbSwitch", "switch", some_nodes(["first", "second", "third"]), switched),
+        node("tbRangeSwitch", "ranges", some_nodes(["near", "far"]), ranged),
+        node("tbAutoSwitch", "auto", some_nodes([None, None]), timed),
+        node("tbAutoSwitch", "frames", some_nodes([None]), framed),
+        node("tbBillboard", "billboard", (), lambda r, ref: r.int(2).float(0, 0, 1, 4, 5, 6), trav=0x33),
+        node("tbSphereFence", "sphere fence", (), lambda r, ref: r.int(1).float(1, 2, 3, 4.5), trav=0x23),
+        node("tbBoxFence", "box fence", (), lambda r, ref: r.int(0).float(-1, -2, -3, 1, 2, 3), trav=0x23),
+        node("tbModel", "model", [moved], modelled, trav=0x43B),
+    ]
+    return node("tbScene", "scene", nodes, listed([]), trav=0x43B)
 
 
 def portable():
+    def vertices(r, ref):
+        r.short(0x01 | 0x02 | 0x04 | 0x10 | 0x100).int(4)
+        for i in range(4):
+            r.float(i, -i, 0.5, 0, 0, 1).int(0x804020 + i).float(0, i, 1, 2 * i)
+
     positions = Obj("tbVertexArray", lambda r, ref: r.short(0x01).int(3).float(0, 0, 0, 1, 0, 0, 0, 1, 0))
-    full = Obj(
-        "tbVertexArray",
-        lambda r, ref: [
-            r.short(0x01 | 0x02 | 0x04 | 0x10 | 0x100).int(4),
-            [
-                r.float(i, -i, 0.5, 0, 0, 1).int(0x804020 + i).float(0, i, 1, 2 * i)
-                for i in range(4)
-            ],
-        ],
-    )
+    full = Obj("tbVertexArray", vertices)
     pixels = bytes(range(16)) + bytes(240)
     traits = [
         trait("tbMaterial", lambda r: r.float(0, 0, 0, 1, 0.5, 0.25, 1, 1, 1, 0, 0, 0.125, 32, 0.5), name="glass"),
-        trait(
-            "tbTexture",
-            lambda r: r.int(1, 2, 2).text("brick.png").int(8, 8).bytes(bytes(9)).int(256).bytes(pixels),
-        ),
+        trait("tbTexture", lambda r: r.int(1, 2, 2).text("brick.png").int(8, 8).bytes(bytes(9)).int(256).bytes(pixels)),
     ]
+    image = b"\xff\xd8..."
     carried = [
-        trait(
-            "tbTexture",
-            lambda r: r.int(0, 0, 1).text(None).int(0, 0).bytes(b"jpg".ljust(9, b"\0")).int(5).bytes(b"\xff\xd8..."),
-            mode=2,
-        ),
+        trait("tbTexture", lambda r: r.int(0, 0, 1, 0, 0, 0).bytes(b"jpg".ljust(9, b"\0")).int(5).bytes(image), mode=2),
         trait("tbBlend", lambda r: r.int(1, 6, 7)),
         trait("tbFaceCull", lambda r: r.int(1)),
     ]
 
     def mesh(name, primitive, vertices, indices):
-        def more(r, ref):
-            r.int(primitive)
-            r.int(ref(vertices) if vertices else -1)
-            r.int(len(indices), *indices)
-
-        return derived(group(name, trav=0x263, node=1), more, "tbMesh")
+        more = lambda r, ref: r.int(primitive, ref(vertices) if vertices else -1, len(indices), *indices)
+        return node("tbMesh", name, (), more, trav=0x263, node=1)
 
     meshes = [
         mesh("triangle", 2, positions, (0, 1, 2)),
@@ -189,30 +156,24 @@ def portable():
         mesh("points", 0, full, (3,)),
         mesh("empty", 2, None, ()),
     ]
-
-    def style(name, children, traits):
-        base = group(name, children, trav=0x263)
-        return derived(base, lambda r, ref: r.int(len(traits), *refs(ref, traits)), "tbStyle")
-
-    painted = style("painted", [style("drawn", meshes[:2], carried)] + meshes[2:], traits)
+    drawn = node("tbStyle", "drawn", meshes[:2], listed(carried), trav=0x263)
+    painted = node("tbStyle", "painted", [drawn] + meshes[2:], listed(traits), trav=0x263)
     target = transform("target", 1, IDENTITY, trav=0x33)
 
     def motion(r, ref, speed, time):
-        r.base(name="motion").float(speed, time).int(1, 1)
-        r.int(ref(target))
+        return r.base(name="motion").float(speed, time).int(1, 1, ref(target))
 
     def path(r, ref):
-        motion(r, ref, 1, 0)
-        r.int(1, 1, 4).float(0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 1).float(5).int(1, 1, 0)
+        motion(r, ref, 1, 0).int(1, 1, 4).float(0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 1).float(5).int(1, 1, 0)
 
     def keys(r, ref):
-        motion(r, ref, 2, 0.5)
-        r.int(1, 0, 2).float(0, 0, 0, 0).float(1, 4, 5, 6)
+        motion(r, ref, 2, 0.5).int(1, 0, 2).float(0, 0, 0, 0).float(1, 4, 5, 6)
         r.int(1, 1, 1).float(0.5, 0, 0, 0, 1)
         r.int(0, 2, 0)
 
-    mover = transform("mover", 4, MOVED, [painted, target], [Obj("tbPathAction", path), Obj("tbKeyFrameAction", keys)], trav=0x273)
-    return group("root", [mover], trav=0x273)
+    actions = [Obj("tbPathAction", path), Obj("tbKeyFrameAction", keys)]
+    mover = transform("mover", 4, MOVED, [painted, target], actions, trav=0x273)
+    return node("tbGroup", "root", [mover], trav=0x273)
 
 
 def collider():
@@ -221,7 +182,7 @@ def collider():
     def write(r, ref):
         r.base(name="probe").float(1, 2, 3, 90, 0, -45).int(0xFFFFFFFF, 7, 2, 1, 2)
         r.int(2).float(0, 0, 0, 0, 1, 0, 100).float(1, 0, 0, 0, 0, -1, 0.5)
-        r.int(2, *refs(ref, traits))
+        listed(traits)(r, ref)
 
     return Obj("tbCollider", write)
 
@@ -245,9 +206,8 @@ def arrays():
 
     def node(value, data, children):
         def write(r, ref):
-            r.base(name="node").int(value).double(value / 3)
-            r.int(ref(data) if data else -1)
-            r.int(len(children), *refs(ref, children))
+            r.base(name="node").int(value).double(value / 3).int(ref(data) if data else -1)
+            listed(children)(r, ref)
 
         return Obj("FileNode", write)
 
