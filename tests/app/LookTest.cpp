@@ -60,17 +60,6 @@ TEST(Program, CheckTellsSoundWarnedAndDamagedFilesApart)
     EXPECT_TRUE(holds(damaged.out, "1 error, 1 warning, 0 notes; the first 1 are listed")) << damaged.out;
 }
 
-TEST(Program, CheckThatCannotBeDoneIsAnError)
-{
-    for (const char* arguments : {"check missing.tb", "check .", "check"})
-    {
-        const Result result = run(arguments);
-        EXPECT_EQ(result.code, 2) << arguments;
-        EXPECT_EQ(result.out, "") << arguments;
-        EXPECT_TRUE(holds(result.err, "tamber: ")) << arguments;
-    }
-}
-
 // Neither needs the kernel, so neither minds that no module can be found.
 TEST(Program, InfoReadsTheTablesOfNativeFiles)
 {
@@ -85,7 +74,6 @@ TEST(Program, InfoReadsTheTablesOfNativeFiles)
     const Result cut = run("info cut.tb");
     EXPECT_EQ(cut.code, 1);
     EXPECT_TRUE(holds(cut.err, "tables-beyond-file")) << cut.err;
-    EXPECT_EQ(run("info missing.tb").code, 1);
 }
 
 TEST(Program, InfoShowsTreesAndSharedNodesOnce)

@@ -3,7 +3,6 @@
 #include "Program.h"
 
 #include <filesystem>
-#include <fstream>
 #include <set>
 #include <sstream>
 
@@ -36,24 +35,6 @@ std::set<std::string> countsOf(const std::string& output)
 }
 } // namespace
 
-TEST(Program, HelpExplainsEveryOption)
-{
-    EXPECT_TRUE(holds(run("--help").out, "run"));
-    const Result help = run("run --help");
-    EXPECT_EQ(help.code, 0);
-    for (const char* option : {"MODEL", "--frames", "--orbit", "--spin", "--save"})
-        EXPECT_TRUE(holds(help.out, option)) << option;
-    EXPECT_EQ(help.err, "");
-}
-
-TEST(Program, BadArgumentsEndWithOne)
-{
-    EXPECT_EQ(run("").code, 1);
-    EXPECT_EQ(run("run").code, 1);
-    EXPECT_EQ(run("run x.tb --frames 0").code, 1);
-    EXPECT_EQ(run("fly x.tb").code, 1);
-}
-
 TEST(Run, CountsANativeModelAndPrintsNothingElse)
 {
     writeRow("row.tb");
@@ -67,75 +48,55 @@ TEST(Run, CountsANativeModelAndPrintsNothingElse)
 
 TEST(Run, SavedModelGivesTheSameCounts)
 {
-    writeRow("source.tb");
-    const Result first = run("run source.tb --frames 5 --orbit --save saved.tb");
-    ASSERT_EQ(first.code, 0) << first.err;
-    const Result second = run("run saved.tb --frames 5 --orbit");
-    EXPECT_EQ(countsOf(first.out), countsOf(second.out));
-    EXPECT_TRUE(countsOf(first.out).contains("tbTransform 4 ")) << first.out;
-}
-
+    writeRow("row.tb");
+    std::vector<std::string> models = {"row.tb"};
 #if defined(TAMBER_HAS_LOADER)
-TEST(Run, TheTownRunsAndComesBack)
-{
-    const Result first = run("run \"" TAMBER_TOWN "\" --frames 8 --orbit --save town.tb");
-    ASSERT_EQ(first.code, 0) << first.err;
-    EXPECT_EQ(first.err, "");
-    EXPECT_EQ(countsOf(first.out), countsOf(run("run town.tb --frames 8 --orbit").out));
-}
-
-TEST(Run, AnUnknownFormatIsAnsweredWithTheKnownOnes)
-{
-    std::ofstream("model.unheard") << "anything";
-    const Result result = run("run model.unheard");
-    EXPECT_EQ(result.code, 1);
-    EXPECT_EQ(result.out, "");
-    for (const char* part : {"model.unheard", "in no format that is known", "looked for in", " obj ", " tb "})
-        EXPECT_TRUE(holds(result.err, part)) << result.err;
-}
-
-TEST(Run, ADamagedForeignModelIsAnsweredWithTheReason)
-{
-    std::ofstream("broken.gltf") << "{\"asset\": ";
-    const Result result = run("run broken.gltf --save never.tb");
-    EXPECT_EQ(result.code, 1);
-    EXPECT_EQ(result.out, "");
-    EXPECT_TRUE(holds(result.err, "broken.gltf: ")) << result.err;
-    EXPECT_FALSE(std::filesystem::exists("never.tb"));
-}
+    models.push_back("\"" TAMBER_TOWN "\"");
 #endif
-
-TEST(Run, AModelThatIsNotThereIsNamed)
-{
-    const Result missing = run("run nowhere.tb");
-    EXPECT_EQ(missing.code, 1);
-    EXPECT_EQ(missing.out, "");
-    EXPECT_TRUE(holds(missing.err, "nowhere.tb: there is no such file"));
-    EXPECT_TRUE(holds(run("run .").err, "is not a file"));
+    for (const std::string& model : models)
+    {
+        const Result first = run("run " + model + " --frames 5 --orbit --save saved.tb");
+        ASSERT_EQ(first.code, 0) << first.err;
+        EXPECT_EQ(first.err, "");
+        const Result second = run("run saved.tb --frames 5 --orbit");
+        EXPECT_EQ(countsOf(first.out), countsOf(second.out));
+        EXPECT_TRUE(model != "row.tb" || countsOf(first.out).contains("tbTransform 4 ")) << first.out;
+    }
 }
 
-TEST(Run, ADamagedNativeModelIsAnsweredWithTheReason)
-{
-    writeRow("cut.tb");
-    std::filesystem::resize_file("cut.tb", 120);
-    const Result result = run("run cut.tb");
-    EXPECT_EQ(result.code, 1);
-    EXPECT_TRUE(holds(result.err, "cut.tb: ")) << result.err;
-}
-
-TEST(Run, NothingIsWrittenWhereNothingCanBe)
+TEST(Run, WhatCannotBeDoneIsAnsweredWithTheReason)
 {
     writeRow("whole.tb");
-    const Result noFolder = run("run whole.tb --save nowhere/x.tb");
-    EXPECT_EQ(noFolder.code, 1);
-    EXPECT_EQ(noFolder.out, "");
-    EXPECT_TRUE(holds(noFolder.err, "nowhere/x.tb: there is no directory nowhere"));
-
+    writeRow("cut.tb");
+    std::filesystem::resize_file("cut.tb", 120);
     std::filesystem::create_directory("folder.tb");
-    const Result isFolder = run("run whole.tb --save folder.tb");
-    EXPECT_EQ(isFolder.code, 1);
-    EXPECT_TRUE(holds(isFolder.err, "folder.tb: "));
+    writeAll("model.unheard", "anything");
+    writeAll("broken.gltf", "{\"asset\": ");
+    const struct
+    {
+        const char* arguments;
+        std::vector<std::string> said;
+    } cases[] = {
+        {"nowhere.tb", {"nowhere.tb: there is no such file"}},
+        {".", {"is not a file"}},
+        {"cut.tb", {"cut.tb: "}},
+        {"whole.tb --save nowhere/x.tb", {"nowhere/x.tb: there is no directory nowhere"}},
+        {"whole.tb --save folder.tb", {"folder.tb: "}},
+#if defined(TAMBER_HAS_LOADER)
+        {"model.unheard", {"model.unheard", "in no format that is known", "looked for in", " obj ", " tb "}},
+        {"broken.gltf --save never.tb", {"broken.gltf: "}},
+#endif
+    };
+    for (const auto& each : cases)
+    {
+        const Result result = run(std::string("run ") + each.arguments);
+        EXPECT_EQ(result.code, 1) << each.arguments;
+        EXPECT_EQ(result.out, "") << each.arguments;
+        for (const std::string& part : each.said)
+            EXPECT_TRUE(holds(result.err, part)) << result.err;
+    }
     EXPECT_TRUE(std::filesystem::is_empty("folder.tb"));
+    EXPECT_FALSE(std::filesystem::exists("never.tb"));
 }
 
 TEST(Pick, NamesWhatARayStrikesFirst)
@@ -147,7 +108,4 @@ TEST(Pick, NamesWhatARayStrikesFirst)
     EXPECT_TRUE(holds(hit.out, "distance  5")) << hit.out;
     EXPECT_TRUE(holds(hit.out, "primitive 0")) << hit.out;
     EXPECT_EQ(run("pick picked.tb --from 2,-5,0.2 --to 2,5,0.2").out, "nothing\n");
-    EXPECT_EQ(run("pick picked.tb --from 1,2,3 --to 1,2,3").code, 1);
-    EXPECT_EQ(run("pick picked.tb --from 1,2 --to 1,2,3").code, 1);
-    EXPECT_EQ(run("pick nowhere.tb --from 1,2,3 --to 1,2,4").code, 1);
 }

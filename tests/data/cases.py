@@ -9,13 +9,10 @@ class Cases:
         self.in_both_orders = set()
 
     def add(self, name, make, both=False):
+        """For a function that makes the bytes, or a File, from a byte order."""
         self.makers.append((name, make))
         if both:
             self.in_both_orders.add(name)
-
-    def case(self, name, both=False):
-        """For a function that makes the bytes, or a File, from a byte order."""
-        return lambda make: self.add(name, make, both)
 
     def change(self, name, change, both=False):
         """The good file after `change`, or what `change` returns of it."""
