@@ -12,13 +12,14 @@ and no reason is given below.
 import argparse
 import collections
 import concurrent.futures
+import io
 import os
 import struct
 import subprocess
 import sys
 import tempfile
 
-from run_models import extension_of, find_models, known_extensions, short_reason
+from run_models import extension_of, find_models, known_extensions, put, short_reason
 
 EQUAL = "equal"
 BOX_TOLERANCE = 1e-4  # of the longest side of the box
@@ -142,56 +143,8 @@ def run_model(program, assimp, path, formats):
     return result
 
 
-INTRODUCTION = """# Formats
-
-What comes in, what goes out, and what comes back. The tables are written by
-`tests/app/run_formats.py PROGRAM {folder} --table docs/formats.md`, from real runs over the {number} model files below
-`{folder}`; every step was a process of its own, ended after {seconds:g} seconds.
-
-## In, and back through glTF
-
-*read by the tool* counts what `assimp info` reads. *imported* is `tamber convert MODEL A.tb`. *back equal* means that
-`tamber convert A.tb B.glb`, `tamber convert B.glb C.tb` and `tamber diff A.tb C.tb --tolerance {tolerance:g}` found
-nothing: the same nodes, names, matrices, meshes, vertices, indices, materials, textures and key frames. *other order*
-means that `tamber convert A.tb D.tb --swap` and `tamber diff A.tb D.tb` found nothing.
-
-The tolerance is for two things: the second texture coordinate runs the other way in glTF, and 1 - (1 - v) is not always
-v; and the library counts the times of keys in thousandths.
-
-"""
-
-OUT = """
-## Out
-
-Each model that was imported was written in each format and read back. *same shape* means as many triangles in the same
-place (the box around them within {box:g} of its size); models without triangles count when they are read back.
-Formats that are not in this table are read only; `tamber convert` says so, and names those that are written.
-
-"""
-
-NOTES = """
-## What a format cannot hold
-
-- **glb, gltf**: nodes, names, placements, shared meshes with all that vertices hold, materials, textures (images that
-  the model carries stay in the file) and key-frame actions. What glTF has no words for (ambient and specular colour,
-  shininess, the kinds of traits, unnamed nodes, several meshes at one node) stands in the `extras` of nodes under
-  "tamber", where other programs pass it over. A .gltf file holds its buffer, too, so that there is one file to write.
-  Numbers of nodes and materials that are not finite do not come along; names that are no UTF-8 are read as Latin-1 by other programs. Groups that
-  are neither transforms nor models come back as transforms. Nodes with several parents come once for each path.
-- **obj**: groups with names, but placements are worked into the vertices; one set of texture coordinates. The .mtl and
-  the images that the model carries are files beside it.
-- **ply, stl, 3mf**: shape. Placements are worked into the vertices of ply and stl; ply holds normals, colours and one
-  set of texture coordinates where all meshes have them, and lines as edges; stl and 3mf hold triangles only. 3mf keeps
-  nodes, names, placements, shared meshes and the colours of materials.
-- **dae, x, fbx**: nodes, placements, meshes, materials, names of images (those that the model carries are written
-  beside it); fbx is written as text. Nothing moves.
-- All: of switches the children that are on are written, of range switches the first child, models that are off are
-  not; what is no mesh of points, lines or triangles (emitters, colliders, cameras, actions without keys) is left out.
-  A graph with more than 1,048,576 paths to nodes and meshes is refused.
-"""
-
-
-def write_tables(out, folder, results, formats):
+def make_in_table(folder, results):
+    out = io.StringIO()
     rows = collections.defaultdict(collections.Counter)
     for path, result in results.items():
         for name in (extension_of(path), "**all**"):
@@ -208,7 +161,11 @@ def write_tables(out, folder, results, formats):
         told = short_reason(folder, path, reason)
         meaning = next((meaning for text, meaning in EXPLAINED.items() if text in reason), "")
         out.write(f"| {os.path.relpath(path, folder)} | {step} | {told}{': ' + meaning if meaning else ''} |\n")
-    out.write(OUT.format(box=BOX_TOLERANCE))
+    return out.getvalue()
+
+
+def make_out_table(folder, results, formats):
+    out = io.StringIO()
     out.write("| written | tried | written | read back, same shape |\n|---|---:|---:|---:|\n")
     faults = []
     for extension in formats:
@@ -227,7 +184,7 @@ def write_tables(out, folder, results, formats):
         names = ", ".join(os.path.relpath(path, folder) for path in paths[:2])
         more = f" and {len(paths) - 2} more" if len(paths) > 2 else ""
         out.write(f"| {extension} | {reason.replace('|', '/')} | {names}{more} |\n")
-    out.write(NOTES)
+    return out.getvalue()
 
 
 def exceptions(results):
@@ -243,7 +200,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("program")
     parser.add_argument("models")
-    parser.add_argument("--table", help="file that receives the tables, stdout otherwise")
+    parser.add_argument("--table", help="document whose tables are replaced; otherwise they are printed")
     parser.add_argument("--assimp", default="assimp", help="the importing library's own tool")
     parser.add_argument("--tolerance", type=float, default=1e-6)
     parser.add_argument("--seconds", type=float, default=60)
@@ -256,11 +213,8 @@ def main():
     models = find_models(options.models, known_extensions(path))
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         results = dict(zip(models, pool.map(lambda model: run_model(program, options.assimp, model, formats), models)))
-    out = open(options.table, "w", encoding="utf-8") if options.table else sys.stdout
-    with out:
-        out.write(INTRODUCTION.format(folder=options.models, number=len(results), seconds=options.seconds,
-                                      tolerance=options.tolerance))
-        write_tables(out, options.models, results, formats)
+    put(options.table, {"in": make_in_table(options.models, results),
+                        "out": make_out_table(options.models, results, formats)})
     unexplained = [(model, step, reason) for model, step, reason in exceptions(results)
                    if not any(text in reason for text in EXPLAINED)]
     for model, step, reason in unexplained:

@@ -10,6 +10,7 @@ file stops that file only. Exit code 1 when a saved model gives other counts tha
 import argparse
 import collections
 import concurrent.futures
+import io
 import os
 import re
 import subprocess
@@ -82,26 +83,24 @@ def short_reason(folder, path, reason):
     return text if len(text) <= 110 else text[:107] + "..."
 
 
-INTRODUCTION = """# Real models
-
-What `tamber run` made of the {number} model files below `{folder}`. Each model ran {frames} frames with the camera
-in orbit and was saved natively; the saved file ran the same way. A model counts as *ran* when both runs gave the same
-counts per frame (nodes visited and culled, meshes, triangles) and the same number of objects of every kind. *Refused*
-means a message and exit code 1, with the reason that the format's reader gave. Each run is a process of its own, ended
-after {seconds:g} seconds.
-
-Models name other files: materials, buffers, images, whole scenes. They get regular files in or below their own directory
-or a directory of the search paths (`tbAddFilePath()`), whatever "..", links and absolute names try; at most 16 at once, and
-none that is being read already. What is refused is said in a line that names model, file and rule, and reading goes on
-where the format's reader does. `TAMBER_OPEN_ANYWHERE=1` in the environment, or `tbModelFiles::enableOpenAnywhere()`, lifts
-the rule on directories. `docs/formats.md` tells which formats are written, and what comes back from them.
-
-This file is written by `tests/app/run_models.py PROGRAM {folder} --table docs/models.md`.
-
-"""
+def put(document, tables):
+    """Puts each table between the lines `<!-- its name -->` and `<!-- end -->` of a document, or prints them."""
+    if not document:
+        return print("\n".join(tables.values()))
+    with open(document, encoding="utf-8") as file:
+        text = file.read()
+    for name, table in tables.items():
+        before, begin, rest = text.partition(f"<!-- {name} -->\n")
+        _, end, after = rest.partition("<!-- end -->\n")
+        if not end:
+            sys.exit(f"{document} has no place for the table {name}")
+        text = before + begin + table + end + after
+    with open(document, "w", encoding="utf-8") as file:
+        file.write(text)
 
 
-def write_table(out, folder, results):
+def make_table(folder, results):
+    out = io.StringIO()
     by_format = collections.defaultdict(collections.Counter)
     for path, (outcome, _) in results.items():
         by_format[extension_of(path)][outcome] += 1
@@ -116,13 +115,14 @@ def write_table(out, folder, results):
     for path, (outcome, reason) in results.items():
         if outcome != RAN:
             out.write(f"| {os.path.relpath(path, folder)} | {outcome} | {short_reason(folder, path, reason)} |\n")
+    return out.getvalue()
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("program")
     parser.add_argument("models")
-    parser.add_argument("--table", help="file that receives the table, stdout otherwise")
+    parser.add_argument("--table", help="document whose table is replaced; otherwise it is printed")
     parser.add_argument("--frames", type=int, default=3)
     parser.add_argument("--seconds", type=float, default=60)
     parser.add_argument("--jobs", type=int, default=2)
@@ -132,13 +132,7 @@ def main():
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         outcomes = pool.map(lambda path: run_model(program, path, options.frames, options.seconds), models)
         results = dict(zip(models, outcomes))
-    if options.table:
-        with open(options.table, "w", encoding="utf-8") as out:
-            out.write(INTRODUCTION.format(number=len(results), folder=options.models, frames=options.frames,
-                                          seconds=options.seconds))
-            write_table(out, options.models, results)
-    else:
-        write_table(sys.stdout, options.models, results)
+    put(options.table, {"models": make_table(options.models, results)})
     tally = collections.Counter(outcome for outcome, _ in results.values())
     print(f"{len(results)} models: " + ", ".join(f"{n} {outcome}" for outcome, n in tally.most_common()), file=sys.stderr)
     return 1 if tally[DIFFERENT] else 0
