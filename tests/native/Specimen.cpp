@@ -106,24 +106,6 @@ std::string writeSpecimen()
     return readAll(path);
 }
 
-/// The record of an entry that is not packed, for as long as it is needed at once.
-template <class Use>
-auto withRecord(const std::string& bytes, int entry, Use use)
-{
-    Findings findings;
-    Image image(sourceOf(bytes), findings);
-    std::vector<unsigned char> data;
-    EXPECT_TRUE(image.readData(entry, data, findings)) << entry;
-    return use(Record(image.getTagName(entry), data, image.getOrder(entry)));
-}
-
-Field fieldOf(const Record& record, const char* name)
-{
-    const Field* field = record.find(name);
-    EXPECT_NE(field, nullptr) << name;
-    return field ? *field : Field{};
-}
-
 void swapWord(std::string& bytes, std::size_t offset, std::size_t width)
 {
     std::reverse(bytes.begin() + std::ptrdiff_t(offset), bytes.begin() + std::ptrdiff_t(offset + width));
@@ -190,6 +172,12 @@ std::unique_ptr<ImageSource> sourceOf(const std::string& bytes)
     return makeMemorySource({bytes.begin(), bytes.end()});
 }
 
+Image imageOf(const std::string& bytes)
+{
+    Findings ignored;
+    return Image(sourceOf(bytes), ignored);
+}
+
 std::set<int> findingsOf(std::unique_ptr<ImageSource> source)
 {
     Findings findings;
@@ -216,27 +204,23 @@ void Specimen::setWord(std::size_t offset, std::uint32_t value)
 
 void Specimen::setRecord(int entry, unsigned field, std::uint32_t value)
 {
-    Findings findings;
-    setWord(std::size_t(Image(sourceOf(bytes), findings).getRecordOffset(entry)) + field, value);
+    setWord(std::size_t(imageOf(bytes).getRecordOffset(entry)) + field, value);
 }
 
 std::uint32_t Specimen::getRecord(int entry, unsigned field) const
 {
-    Findings findings;
-    const std::size_t offset = std::size_t(Image(sourceOf(bytes), findings).getRecordOffset(entry)) + field;
+    const std::size_t offset = std::size_t(imageOf(bytes).getRecordOffset(entry)) + field;
     return loadWord<std::uint32_t>(reinterpret_cast<const unsigned char*>(bytes.data()) + offset, OWN_ORDER);
 }
 
 int Specimen::numEntries() const
 {
-    Findings findings;
-    return Image(sourceOf(bytes), findings).getNumEntries();
+    return imageOf(bytes).getNumEntries();
 }
 
 int Specimen::find(const char* className, int nth) const
 {
-    Findings findings;
-    const Image image(sourceOf(bytes), findings);
+    const Image image = imageOf(bytes);
     for (int i = 0; i < image.getNumEntries(); ++i)
         if (image.getTagName(i) == className && nth-- == 0)
             return i;
@@ -246,8 +230,7 @@ int Specimen::find(const char* className, int nth) const
 
 std::size_t Specimen::tagPlace(const char* className) const
 {
-    Findings findings;
-    const Image image(sourceOf(bytes), findings);
+    const Image image = imageOf(bytes);
     return std::size_t(image.getTagOffset(int(image.getEntries()[std::size_t(find(className))].tag)));
 }
 
@@ -258,33 +241,46 @@ void Specimen::renameTag(const char* className, const char* newName)
     bytes.replace(tagPlace(className) + layout::TAG_NAME, field.size(), field);
 }
 
-std::size_t Specimen::place(const char* className, const char* field, int i, int nth) const
+std::vector<Field> Specimen::fieldsOf(int entry) const
 {
-    const int entry = find(className, nth);
-    return withRecord(bytes, entry,
-                      [&](const Record& record)
-                      {
-                          const Field found = fieldOf(record, field);
-                          return getRecord(entry, layout::RECORD_OFFSET) + found.offset +
-                                 std::size_t(i) * found.width;
-                      });
+    Findings findings;
+    Image image = imageOf(bytes);
+    std::vector<unsigned char> data;
+    EXPECT_TRUE(image.readData(entry, data, findings)) << entry;
+    const auto fields = Record(image.getTagName(entry), data, image.getOrder(entry)).getFields();
+    return {fields.begin(), fields.end()};
 }
 
-std::size_t Specimen::countPlace(const char* className, const char* field, int nth) const
+Field Specimen::locate(const char* className, const char* name, int nth) const
 {
     const int entry = find(className, nth);
-    return withRecord(bytes, entry,
-                      [&](const Record& record) {
-                          return std::size_t(getRecord(entry, layout::RECORD_OFFSET)) +
-                                 fieldOf(record, field).countOffset;
-                      });
+    for (Field field : fieldsOf(entry))
+    {
+        if (std::string_view(field.name) != name)
+            continue;
+        field.offset += getRecord(entry, layout::RECORD_OFFSET);
+        field.countOffset += getRecord(entry, layout::RECORD_OFFSET);
+        return field;
+    }
+    ADD_FAILURE() << className << " has no " << name;
+    return {};
+}
+
+std::size_t Specimen::place(const char* className, const char* name, int i, int nth) const
+{
+    const Field field = locate(className, name, nth);
+    return field.offset + std::size_t(i) * field.width;
+}
+
+std::size_t Specimen::countPlace(const char* className, const char* name) const
+{
+    return locate(className, name).countOffset;
 }
 
 void Specimen::setValue(const char* className, const char* field, std::uint32_t value, int i)
 {
     const std::size_t offset = place(className, field, i);
-    const int width = withRecord(bytes, find(className),
-                                 [&](const Record& record) { return int(fieldOf(record, field).width); });
+    const int width = locate(className, field).width;
     unsigned char word[4];
     storeWord(word, value, OWN_ORDER);
     const bool little = OWN_ORDER == ByteOrder::LITTLE;
@@ -317,20 +313,14 @@ void Specimen::setLastStored(const std::string& stored, std::uint32_t size, std:
 void Specimen::swap(int entry)
 {
     const std::size_t start = getRecord(entry, layout::RECORD_OFFSET);
-    withRecord(std::string(bytes), entry,
-               [&](const Record& record)
-               {
-                   for (const Field& field : record.getFields())
-                   {
-                       if (field.counted)
-                           swapWord(bytes, start + field.countOffset, 4);
-                       const std::size_t width = field.kind == FieldKind::TABLE ? 4 : field.width;
-                       for (std::size_t offset = field.offset; width > 1 && offset < field.end();
-                            offset += width)
-                           swapWord(bytes, start + offset, width);
-                   }
-               });
-    Findings findings;
-    swapWord(bytes, std::size_t(Image(sourceOf(bytes), findings).getRecordOffset(entry)), 4);
+    for (const Field& field : fieldsOf(entry))
+    {
+        if (field.counted)
+            swapWord(bytes, start + field.countOffset, 4);
+        const std::size_t width = field.kind == FieldKind::TABLE ? 4 : field.width;
+        for (std::size_t offset = field.offset; width > 1 && offset < field.end(); offset += width)
+            swapWord(bytes, start + offset, width);
+    }
+    swapWord(bytes, std::size_t(imageOf(bytes).getRecordOffset(entry)), 4);
 }
 } // namespace tbtest

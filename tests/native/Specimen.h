@@ -2,6 +2,7 @@
 #pragma once
 
 #include <apps/tamber/native/Image.h>
+#include <apps/tamber/native/Record.h>
 
 #include <cstdint>
 #include <set>
@@ -17,6 +18,7 @@ std::string everyClassFile(bool swapped = false, bool packed = false);
 
 /// The bytes of a file as the program reads them.
 std::unique_ptr<native::ImageSource> sourceOf(const std::string& bytes);
+native::Image imageOf(const std::string& bytes);
 
 /// The numbers of all that a check finds.
 std::set<int> findingsOf(const std::string& bytes);
@@ -44,7 +46,7 @@ public:
     /// Where the value `i` of a field of the class's `nth` entry lies; fields of the first `nth` item alike.
     std::size_t place(const char* className, const char* field, int i = 0, int nth = 0) const;
     /// Where the number before the field's values lies.
-    std::size_t countPlace(const char* className, const char* field, int nth = 0) const;
+    std::size_t countPlace(const char* className, const char* field) const;
     void setValue(const char* className, const char* field, std::uint32_t value, int i = 0);
     void setNumber(const char* className, const char* field, float value, int i = 0);
     void setCount(const char* className, const char* field, std::uint32_t value);
@@ -54,5 +56,10 @@ public:
     void setLastStored(const std::string& stored, std::uint32_t size, std::uint32_t compression);
     /// Turns the order of every value of an entry and of its magic.
     void swap(int entry);
+
+private:
+    std::vector<native::Field> fieldsOf(int entry) const;
+    /// A field of the class's `nth` entry, with offsets in the file.
+    native::Field locate(const char* className, const char* name, int nth = 0) const;
 };
 } // namespace tbtest

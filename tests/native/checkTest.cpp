@@ -151,8 +151,7 @@ void moveIntoGap(Specimen& f)
 {
     const int entry = f.find("tbMaterial");
     const std::uint32_t size = f.getRecord(entry, RECORD_DATA_SIZE);
-    Findings ignored;
-    const auto gap = Image(tbtest::sourceOf(f.bytes), ignored).getGap();
+    const auto gap = tbtest::imageOf(f.bytes).getGap();
     f.bytes.replace(std::size_t(gap.offset), size, f.bytes.substr(f.getRecord(entry, RECORD_OFFSET), size));
     f.setRecord(entry, RECORD_OFFSET, std::uint32_t(gap.offset));
 }

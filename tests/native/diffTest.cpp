@@ -20,9 +20,8 @@ namespace
 {
 DiffResult diff(const std::string& a, const std::string& b, const DiffOptions& options = {})
 {
-    native::Findings ignored;
-    native::Image imageA(tbtest::sourceOf(a), ignored);
-    native::Image imageB(tbtest::sourceOf(b), ignored);
+    native::Image imageA = tbtest::imageOf(a);
+    native::Image imageB = tbtest::imageOf(b);
     return diffImages(imageA, imageB, options);
 }
 

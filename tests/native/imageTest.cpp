@@ -13,12 +13,6 @@ using tbtest::FileBuilder;
 
 namespace
 {
-bool lacksHeader(const std::string& bytes)
-{
-    Findings findings;
-    return !Image(tbtest::sourceOf(bytes), findings).hasHeader() && findings.count() == 1;
-}
-
 /// How often each byte of a file belongs to something.
 std::vector<int> coverageOf(Image& image)
 {
@@ -85,15 +79,6 @@ TEST(Image, EveryByteBelongsToSomethingWhateverTheFileHolds)
         const std::vector<int> coverage = coverageOf(image);
         EXPECT_EQ(std::count(coverage.begin(), coverage.end(), 0), 0) << "round " << round;
     }
-}
-
-TEST(Image, WhatHasNoHeaderIsOneFinding)
-{
-    EXPECT_TRUE(lacksHeader(""));
-    EXPECT_TRUE(lacksHeader(std::string(95, 'e')));
-    EXPECT_TRUE(lacksHeader(std::string(1000, '\0')));
-    EXPECT_TRUE(lacksHeader(tbtest::specimenFile().substr(0, 95)));
-    EXPECT_FALSE(lacksHeader(tbtest::specimenFile().substr(0, 96)));
 }
 
 TEST(Image, OnlyRegularFilesAreOpened)

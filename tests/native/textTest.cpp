@@ -15,8 +15,7 @@ namespace
 {
 std::string dumped(const std::string& bytes)
 {
-    Findings findings;
-    Image image(tbtest::sourceOf(bytes), findings);
+    Image image = tbtest::imageOf(bytes);
     return dumpText(image);
 }
 
