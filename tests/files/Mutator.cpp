@@ -1,15 +1,12 @@
 #include <tests/files/Mutator.h>
 
+#include <tamber/io/tbiFileLayout.h>
+
 #include <algorithm>
 
 namespace tbtest
 {
-namespace
-{
-constexpr std::size_t HEADER_SIZE = 96;
-constexpr std::size_t TAG_SIZE = 68;
-constexpr std::size_t RECORD_SIZE = 24;
-} // namespace
+namespace layout = tbiFileLayout;
 
 std::string Mutator::next()
 {
@@ -66,16 +63,18 @@ void Mutator::change(std::string& bytes)
 // A field of a directory record gets the value of another record's, or one that tends to do harm.
 void Mutator::changeRecord(std::string& bytes)
 {
-    if (bytes.size() < HEADER_SIZE)
+    constexpr std::size_t SIZE = layout::RECORD_SIZE;
+    if (bytes.size() < layout::HEADER_SIZE)
         return;
-    const std::size_t number = load(bytes, 72);
-    const std::size_t start = HEADER_SIZE + TAG_SIZE * load(bytes, 76);
-    if (number == 0 || start + RECORD_SIZE * number > bytes.size())
-        return changeWord(bytes, 4 * below(HEADER_SIZE / 4));
-    const std::size_t field = 4 * below(RECORD_SIZE / 4);
-    const std::size_t place = start + RECORD_SIZE * below(number) + field;
+    const std::size_t number = load(bytes, layout::HEADER_ENTRIES);
+    const std::size_t numTags = load(bytes, layout::HEADER_TAGS);
+    const std::size_t start = layout::HEADER_SIZE + layout::TAG_SIZE * numTags;
+    if (number == 0 || start + SIZE * number > bytes.size())
+        return changeWord(bytes, 4 * below(layout::HEADER_SIZE / 4));
+    const std::size_t field = 4 * below(SIZE / 4);
+    const std::size_t place = start + SIZE * below(number) + field;
     if (below(2) == 0)
-        store(bytes, place, load(bytes, start + RECORD_SIZE * below(number) + field));
+        store(bytes, place, load(bytes, start + SIZE * below(number) + field));
     else
         changeWord(bytes, place);
 }
@@ -98,6 +97,7 @@ void Mutator::changeWord(std::string& bytes, std::size_t place)
 
 std::uint32_t Mutator::interestingWord(const std::string& bytes)
 {
+    constexpr std::uint32_t NOT_A_NUMBER = 0x7FC00000, INFINITE = 0x7F800000, MINUS_INFINITE = 0xFF800000;
     const std::uint32_t words[] = {0,
                                    1,
                                    2,
@@ -106,10 +106,9 @@ std::uint32_t Mutator::interestingWord(const std::string& bytes)
                                    0x80000000,
                                    0x40000001,
                                    0x20000000,
-                                   0x7FC00000, // not a number
-                                   0x7F800000, // infinite
-                                   0xFF800000,
-                                   0x00000001,
+                                   NOT_A_NUMBER,
+                                   INFINITE,
+                                   MINUS_INFINITE,
                                    std::uint32_t(bytes.size()),
                                    std::uint32_t(below(bytes.size())),
                                    std::uint32_t(below(64)),
@@ -124,15 +123,11 @@ std::string Mutator::piece(const std::string& bytes)
 
 std::uint32_t Mutator::load(const std::string& bytes, std::size_t place) const
 {
-    std::uint32_t word = 0;
-    for (std::size_t i = 0; i < 4; ++i)
-        word |= std::uint32_t(static_cast<unsigned char>(bytes[place + (swapped ? 3 - i : i)])) << (8 * i);
-    return word;
+    return layout::load<std::uint32_t>(reinterpret_cast<const unsigned char*>(bytes.data()) + place, swapped);
 }
 
 void Mutator::store(std::string& bytes, std::size_t place, std::uint32_t word) const
 {
-    for (std::size_t i = 0; i < 4; ++i)
-        bytes[place + (swapped ? 3 - i : i)] = char(word >> (8 * i));
+    layout::store(reinterpret_cast<unsigned char*>(bytes.data()) + place, word, swapped);
 }
 } // namespace tbtest

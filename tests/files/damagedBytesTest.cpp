@@ -6,6 +6,8 @@
 #include <tests/support/Messages.h>
 #include <tests/support/TempFile.h>
 
+#include <tamber/io/tbiFileLayout.h>
+
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -30,22 +32,19 @@ constexpr const char* GOOD_FILES[] = {"kernel.tb",
 // Of reserved bytes, of the gap behind the directory and of what follows a tag's name nothing is read.
 std::vector<bool> bytesThatAreRead(const std::string& bytes, bool swapped)
 {
-    const auto word = [&](std::size_t place)
-    {
-        std::size_t value = 0;
-        for (std::size_t i = 0; i < 4; ++i)
-            value |= std::size_t(static_cast<unsigned char>(bytes[place + (swapped ? 3 - i : i)])) << (8 * i);
-        return value;
-    };
+    using namespace tbiFileLayout;
+    const auto* data = reinterpret_cast<const unsigned char*>(bytes.data());
+    const std::size_t numEntries = load<std::uint32_t>(data + HEADER_ENTRIES, swapped);
+    const std::size_t numTags = load<std::uint32_t>(data + HEADER_TAGS, swapped);
     std::vector<bool> read(bytes.size(), true);
     const auto skip = [&](std::size_t from, std::size_t to)
     { std::fill(read.begin() + std::ptrdiff_t(from), read.begin() + std::ptrdiff_t(to), false); };
-    skip(8, 72);
-    skip(80, 96);
-    for (std::size_t i = 0; i < word(76); ++i)
-        skip(96 + 68 * i + 5 + std::strlen(bytes.data() + 96 + 68 * i + 4), 96 + 68 * (i + 1));
-    const std::size_t directoryEnd = 96 + 68 * word(76) + 24 * word(72);
-    skip(directoryEnd, directoryEnd + 88 * word(72));
+    skip(HEADER_VERSION + 4, HEADER_ENTRIES);
+    skip(HEADER_TAGS + 4, HEADER_SIZE);
+    std::size_t place = HEADER_SIZE;
+    for (std::size_t i = 0; i < numTags; ++i, place += TAG_SIZE)
+        skip(place + TAG_NAME + std::strlen(bytes.data() + place + TAG_NAME) + 1, place + TAG_SIZE);
+    skip(place + RECORD_SIZE * numEntries, place + RECORD_SPACE * numEntries);
     return read;
 }
 

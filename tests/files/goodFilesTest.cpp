@@ -5,11 +5,11 @@
 #include <tests/support/TempFile.h>
 
 #include <tamber/graph/tbGroup.h>
+#include <tamber/io/tbiFileLayout.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace
 {
@@ -19,16 +19,13 @@ const std::filesystem::path FOLDER = TEST_DATA "/good";
 // Neither the library that wrote the file nor the versions of its classes are of the graph.
 std::string withoutVersions(std::string bytes)
 {
-    const auto word = [&](std::size_t place)
-    {
-        std::uint32_t value;
-        std::memcpy(&value, bytes.data() + place, 4);
-        return std::size_t(value);
-    };
-    std::memset(bytes.data() + 4, 0, 4);
-    const std::size_t directory = 96 + 68 * word(76);
-    for (std::size_t i = 0; i < word(72); ++i)
-        std::memset(bytes.data() + directory + 24 * i + 20, 0, 4);
+    using namespace tbiFileLayout;
+    auto* data = reinterpret_cast<unsigned char*>(bytes.data());
+    const auto numEntries = load<std::uint32_t>(data + HEADER_ENTRIES, false);
+    const auto numTags = load<std::uint32_t>(data + HEADER_TAGS, false);
+    store(data + HEADER_VERSION, 0u);
+    for (std::size_t i = 0; i < numEntries; ++i)
+        store(data + HEADER_SIZE + TAG_SIZE * numTags + RECORD_SIZE * i + RECORD_VERSION, 0u);
     return bytes;
 }
 

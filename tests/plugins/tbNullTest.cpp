@@ -405,18 +405,6 @@ TEST_F(NullDisplayTest, DeviceHoldsTheMatricesOfTheLastGeometry)
         near(device->getMatrix(tbRenderContext::MATRIX_MODE_PROJECTION), camera->getProjectionMatrix()));
 }
 
-TEST_F(NullDisplayTest, NodesAreCountedByTheContextsStatistics)
-{
-    addGrid(2, 1.0f, 0.1f);
-    auto* stats = new tbStats(tbTraitStack::VISUAL_STACK);
-    camera->getTravContext()->setStats(stats);
-    camera->setFOV(100.0f, 100.0f);
-    camera->setXYZ(0, -20, 0);
-    draw();
-    EXPECT_EQ(stats->getCount(tbTransform::getClassType()), 8);
-    EXPECT_EQ(stats->getCount(tbGeometry::getClassType()), 8);
-}
-
 TEST(NullModule, ObjectsAreMadeByNameAndCountThroughTheirInterface)
 {
     tbRef<tbBase> camera = tbType::createInstance("tbNullCamera");

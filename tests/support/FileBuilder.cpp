@@ -1,7 +1,6 @@
 #include <tests/support/FileBuilder.h>
 
 #include <algorithm>
-#include <bit>
 
 namespace tbtest
 {
@@ -27,43 +26,9 @@ Record& Record::put(std::uint64_t value, int width, int alignment)
     return *this;
 }
 
-Record& Record::byte(int value)
-{
-    return put(std::uint64_t(value), 1, 1);
-}
-
-Record& Record::word(int value)
-{
-    return put(std::uint64_t(value), 2, 1);
-}
-
-Record& Record::integer(int value)
-{
-    return put(std::uint64_t(value), 4, 4);
-}
-
-Record& Record::number(float value)
-{
-    return put(std::bit_cast<std::uint32_t>(value), 4, 4);
-}
-
-Record& Record::wide(double value)
-{
-    return put(std::bit_cast<std::uint64_t>(value), 8, 8);
-}
-
-Record& Record::bytes(const std::string& text)
-{
-    data += text;
-    return *this;
-}
-
 Record& Record::name(const std::string& text)
 {
-    integer(int(text.size()) + 1);
-    data += text;
-    data += '\0';
-    return *this;
+    return integer(int(text.size()) + 1).bytes(text + '\0');
 }
 
 Record& Record::object(const std::vector<int>& attributes)
@@ -88,23 +53,19 @@ FileBuilder::Entry& FileBuilder::add(const std::string& className, const std::st
     return entries.emplace_back(entry);
 }
 
-void FileBuilder::put(std::string& out, std::uint32_t value) const
-{
-    out += inOrder(value, 4, swapped);
-}
-
 std::string FileBuilder::build() const
 {
     std::string out;
-    put(out, 0xBA773265);
-    put(out, version);
+    const auto put = [&](std::size_t value) { out += inOrder(value, 4, swapped); };
+    put(0xBA773265);
+    put(version);
     out.append(64, '\0');
-    put(out, numEntries < 0 ? std::uint32_t(entries.size()) : std::uint32_t(numEntries));
-    put(out, numTags < 0 ? std::uint32_t(tags.size()) : std::uint32_t(numTags));
+    put(numEntries < 0 ? entries.size() : std::size_t(numEntries));
+    put(tags.size());
     out.append(16, '\0');
     for (std::size_t i = 0; i < tags.size(); ++i)
     {
-        put(out, std::uint32_t(i));
+        put(i);
         std::string name = tags[i];
         name.resize(64, '\0');
         out += name;
@@ -114,11 +75,11 @@ std::string FileBuilder::build() const
     for (const Entry& entry : entries)
     {
         out += inOrder(entry.magic, 4, false);
-        put(out, entry.tag);
-        put(out, entry.offset != 0 ? entry.offset : std::uint32_t(place));
-        put(out, entry.compression);
-        put(out, entry.size);
-        put(out, entry.version);
+        put(entry.tag);
+        put(entry.offset != 0 ? entry.offset : place);
+        put(entry.compression);
+        put(entry.size);
+        put(entry.version);
         data += entry.data;
         place += entry.data.size();
     }

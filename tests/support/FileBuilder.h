@@ -1,6 +1,7 @@
 // Composes files of the native format byte by byte, in either byte order and with any fault.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -13,12 +14,16 @@ class Record
 public:
     explicit Record(bool otherOrder = false) : swapped(otherOrder) {}
 
-    Record& byte(int value);
-    Record& word(int value);    // 16 bits
-    Record& integer(int value); // 32 bits
-    Record& number(float value);
-    Record& wide(double value);
-    Record& bytes(const std::string& text);
+    Record& byte(int value) { return put(std::uint64_t(value), 1, 1); }
+    Record& word(int value) { return put(std::uint64_t(value), 2, 1); }
+    Record& integer(int value) { return put(std::uint64_t(value), 4, 4); }
+    Record& number(float value) { return put(std::bit_cast<std::uint32_t>(value), 4, 4); }
+    Record& wide(double value) { return put(std::bit_cast<std::uint64_t>(value), 8, 8); }
+    Record& bytes(const std::string& text)
+    {
+        data += text;
+        return *this;
+    }
     /// A length with its terminating zero, then the text.
     Record& name(const std::string& text);
     /// What every object begins with: no name, no flags, and references to its attributes.
@@ -58,13 +63,9 @@ public:
     std::vector<std::string> tags;
     std::vector<Entry> entries;
     std::uint32_t version = 0x01020000;
-    /// Instead of the true numbers.
-    std::int64_t numEntries = -1;
-    std::int64_t numTags = -1;
+    std::int64_t numEntries = -1; // instead of the true number
 
 private:
-    void put(std::string& out, std::uint32_t value) const;
-
     bool swapped;
 };
 } // namespace tbtest

@@ -20,35 +20,17 @@ template <class Vector>
 testing::AssertionResult nearComponents(const Vector& a, const Vector& b, int count, float tolerance)
 {
     for (int i = 0; i < count; ++i)
-    {
         if (!(std::abs(a[i] - b[i]) <= tolerance))
-        {
             return testing::AssertionFailure()
                    << "component " << i << ": " << a[i] << " and " << b[i] << " differ by " << a[i] - b[i];
-        }
-    }
     return testing::AssertionSuccess();
 }
 
-inline testing::AssertionResult near(const tbVec2& a, const tbVec2& b, float tolerance = TOLERANCE)
+/// Of vectors and quaternions. A quaternion and its negative are not near, though they turn alike.
+template <class Vector>
+testing::AssertionResult near(const Vector& a, const Vector& b, float tolerance = TOLERANCE)
 {
-    return nearComponents(a, b, 2, tolerance);
-}
-
-inline testing::AssertionResult near(const tbVec3& a, const tbVec3& b, float tolerance = TOLERANCE)
-{
-    return nearComponents(a, b, 3, tolerance);
-}
-
-inline testing::AssertionResult near(const tbVec4& a, const tbVec4& b, float tolerance = TOLERANCE)
-{
-    return nearComponents(a, b, 4, tolerance);
-}
-
-/// Component by component: a quaternion and its negative are not near, though they turn alike.
-inline testing::AssertionResult near(const tbQuat& a, const tbQuat& b, float tolerance = TOLERANCE)
-{
-    return nearComponents(a, b, 4, tolerance);
+    return nearComponents(a, b, sizeof a / sizeof a[0], tolerance);
 }
 
 inline testing::AssertionResult near(const tbMatrix& a, const tbMatrix& b, float tolerance = TOLERANCE)

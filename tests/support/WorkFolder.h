@@ -1,8 +1,6 @@
 #pragma once
 
-#include <filesystem>
-#include <random>
-#include <string>
+#include <tests/support/TempFile.h>
 
 namespace tbtest
 {
@@ -11,25 +9,15 @@ namespace tbtest
 class WorkFolder
 {
 public:
-    WorkFolder() : before(std::filesystem::current_path())
-    {
-        std::random_device random;
-        do
-            folder = before / ("tamber" + std::to_string(random()));
-        while (!std::filesystem::create_directory(folder));
-        std::filesystem::current_path(folder);
-    }
-    WorkFolder(const WorkFolder&) = delete;
-    WorkFolder& operator=(const WorkFolder&) = delete;
+    WorkFolder() : before(std::filesystem::current_path()) { std::filesystem::current_path(folder.path("")); }
     ~WorkFolder()
     {
         std::error_code ignored;
         std::filesystem::current_path(before, ignored);
-        std::filesystem::remove_all(folder, ignored);
     }
 
 private:
     std::filesystem::path before;
-    std::filesystem::path folder;
+    TempDirectory folder;
 };
 } // namespace tbtest
