@@ -7,6 +7,8 @@
 #include "tbiPointerMap.h"
 #include "tbiPropagation.h"
 
+#include <algorithm>
+
 namespace
 {
 
@@ -15,7 +17,10 @@ namespace
 class ChildrenMet
 {
 public:
-    explicit ChildrenMet(const tbGroup* reader) : parent(reader) {}
+    /// A list of `length` references.
+    ChildrenMet(const tbGroup* reader, int length) : parent(reader), atFirst(std::min(length, MOST_AT_FIRST))
+    {
+    }
 
     /// False for a child that is there already.
     bool admit(const tbGroup* child)
@@ -29,10 +34,13 @@ public:
     bool isKnown() const { return known; }
 
 private:
+    static constexpr int MOST_AT_FIRST = 1000; // lists nest: none may take much on trust
+
     static bool isLong(int number) { return number > 16; }
 
     bool remember()
     {
+        met.reserve(std::max(atFirst, parent->getNumChildren()));
         for (const tbGroup* child : parent->getChildren())
             met.addUnique(child);
         remembers = met.getNum() == parent->getNumChildren();
@@ -40,6 +48,7 @@ private:
     }
 
     const tbGroup* parent;
+    int atFirst;
     tbiPointerMap met;
     bool remembers = false;
     bool known = false;
@@ -82,7 +91,7 @@ tbEntry* tbGroup::read(tbFile* file, tbEntry* entry)
     travFlags = std::uint16_t(entry->readShort());
     nodeFlags = std::uint16_t(entry->readShort());
     const int n = entry->readCount(sizeof(std::int32_t));
-    ChildrenMet met(this);
+    ChildrenMet met(this, n);
     tbiNodeLinks::NewEdge edge(this);
     for (int i = 0; i < n; ++i)
     {
@@ -95,6 +104,7 @@ tbEntry* tbGroup::read(tbFile* file, tbEntry* entry)
             continue;
         }
         tbGroup* child = static_cast<tbGroup*>(object);
+        tbiNodeLinks::prefetchAppend(child);
         if (!met.admit(child))
             continue;
         edge.set(met.isKnown() ? child : nullptr);

@@ -3,6 +3,7 @@
 #include <tamber/thread/tbiSpinMutex.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <mutex>
 
@@ -204,13 +205,32 @@ inline void tbiNodeLinks::put(tbNodeList& list, unsigned slot, tbGroup* node, un
     oppositeOf(list, slot) = opposite;
 }
 
-// After reserve().
-inline unsigned tbiNodeLinks::appendTo(tbNodeList& list, tbGroup* node, unsigned opposite)
+// False when there is no room.
+inline bool tbiNodeLinks::findTail(tbNodeList& list, Tail& tail)
 {
-    const unsigned slot = endOf(list);
-    put(list, slot, node, opposite);
+    const unsigned count = countOf(list);
+    if (!inBlock(list))
+    {
+        tail = {&list.single, &list.opposite, 0};
+        return count == 0;
+    }
+    tbiNodeBlock* block = list.block;
+    const unsigned end = block->first + count + block->holes;
+    tail = {block->slots() + end, block->opposites() + end, end};
+    return end < block->capacity && count < tbNodeList::MAX_ENTRIES;
+}
+
+// Makes room when there is none. False when the list is full or memory is out.
+inline bool tbiNodeLinks::makeTail(tbNodeList& list, Tail& tail)
+{
+    return findTail(list, tail) || (reserve(list) && findTail(list, tail));
+}
+
+inline void tbiNodeLinks::appendTo(tbNodeList& list, const Tail& tail, tbGroup* node, unsigned opposite)
+{
+    *tail.slot = node;
+    *tail.opposite = opposite;
     setCount(list, countOf(list) + 1);
-    return slot;
 }
 
 // Frees the slot of position `i` for a new entry and counts it.
@@ -366,13 +386,29 @@ int tbiNodeLinks::indexOf(const tbGroup* parent, const tbGroup* child)
     return int(oppositeOf(child->parents, slot) - firstOf(parent->children));
 }
 
+// Without a look at the block, which may not be at hand itself: lists that grew by appending are powers of two long.
+void tbiNodeLinks::prefetchAppend(const tbGroup* child)
+{
+    const tbNodeList& list = child->parents;
+    const unsigned count = countOf(list);
+    if (!inBlock(list))
+        return;
+    const char* block = reinterpret_cast<const char*>(list.block);
+    const char* slots = block + sizeof(tbiNodeBlock);
+    const char* opposites = slots + std::bit_ceil(count + 1) * sizeof(tbGroup*);
+    __builtin_prefetch(block);
+    __builtin_prefetch(slots + count * sizeof(tbGroup*));
+    __builtin_prefetch(opposites + count * sizeof(unsigned));
+}
+
 bool tbiNodeLinks::append(tbGroup* parent, tbGroup* child)
 {
-    if (!reserve(parent->children) || !reserve(child->parents))
+    Tail below;
+    Tail above;
+    if (!makeTail(parent->children, below) || !makeTail(child->parents, above))
         return false;
-    const unsigned inParents = endOf(child->parents);
-    const unsigned inChildren = appendTo(parent->children, child, inParents);
-    appendTo(child->parents, parent, inChildren);
+    appendTo(parent->children, below, child, above.place);
+    appendTo(child->parents, above, parent, below.place);
     return true;
 }
 
@@ -380,11 +416,12 @@ bool tbiNodeLinks::insert(tbGroup* parent, int i, tbGroup* child)
 {
     if (i == parent->getNumChildren())
         return append(parent, child);
+    Tail above;
     unsigned slot = 0;
-    if (!reserve(child->parents) || !openGap(parent->children, unsigned(i), slot))
+    if (!makeTail(child->parents, above) || !openGap(parent->children, unsigned(i), slot))
         return false;
-    put(parent->children, slot, child, endOf(child->parents));
-    appendTo(child->parents, parent, slot);
+    put(parent->children, slot, child, above.place);
+    appendTo(child->parents, above, parent, slot);
     return true;
 }
 
@@ -403,13 +440,14 @@ bool tbiNodeLinks::replace(tbGroup* parent, tbGroup* child, tbGroup* node, bool 
     if (!find(parent, child, edge))
         return false;
     Edge present;
-    if (node == parent || find(parent, node, present) || !reserve(node->parents))
+    Tail above;
+    if (node == parent || find(parent, node, present) || !makeTail(node->parents, above))
     {
         remove(parent, child, edge, keepOrder);
         return false;
     }
-    put(parent->children, edge.inChildren, node, endOf(node->parents));
-    appendTo(node->parents, parent, edge.inChildren);
+    put(parent->children, edge.inChildren, node, above.place);
+    appendTo(node->parents, above, parent, edge.inChildren);
     if (keepOrder)
         removeSlot(child->parents, edge.inParents);
     else

@@ -47,6 +47,8 @@ public:
         return reserve(parent->children, unsigned(more));
     }
     static bool reserveParents(tbGroup* child, int more) { return reserve(child->parents, unsigned(more)); }
+    /// Fetches into the cache what append() touches of a child with many parents.
+    static void prefetchAppend(const tbGroup* child);
     /// False when a list is full or memory is out; nothing has changed then.
     static bool append(tbGroup* parent, tbGroup* child);
     /// `i` is within 0..getNumChildren().
@@ -67,6 +69,14 @@ private:
         16; // removals this close to an end shift entries, others leave a hole
     static constexpr unsigned FIRST_CAPACITY = 4;
 
+    // Where the next entry of a list goes.
+    struct Tail
+    {
+        tbGroup** slot;
+        unsigned* opposite;
+        unsigned place;
+    };
+
     static bool inBlock(const tbNodeList& list);
     static unsigned countOf(const tbNodeList& list);
     static tbGroup** slotsOf(const tbNodeList& list);
@@ -84,7 +94,9 @@ private:
     static bool reserve(tbNodeList& list, unsigned more);
     static bool openGap(tbNodeList& list, unsigned i, unsigned& slot);
     static void put(tbNodeList& list, unsigned slot, tbGroup* node, unsigned opposite);
-    static unsigned appendTo(tbNodeList& list, tbGroup* node, unsigned opposite);
+    static bool findTail(tbNodeList& list, Tail& tail);
+    static bool makeTail(tbNodeList& list, Tail& tail);
+    static void appendTo(tbNodeList& list, const Tail& tail, tbGroup* node, unsigned opposite);
     static void setCount(tbNodeList& list, unsigned count);
     static void removeSlot(tbNodeList& list, unsigned slot);
     static void removeSlotUnordered(tbNodeList& list, unsigned slot);

@@ -2,6 +2,7 @@
 
 #include <tamber/kernel/tbMemory.h>
 
+#include <algorithm>
 #include <bit>
 
 // A hash table from pointers to small numbers, for lists that must know at once what they hold.
@@ -19,6 +20,12 @@ public:
     {
         const Cell* cell = capacity > 0 ? &cells[place(key)] : nullptr;
         return cell && cell->key ? cell->value : -1;
+    }
+    /// Makes room for that many keys. False when memory is out.
+    bool reserve(int number)
+    {
+        const unsigned wanted = std::bit_ceil(std::max(FIRST_CAPACITY, unsigned(number) * 2 + 1));
+        return wanted <= capacity || growTo(wanted);
     }
     /// Adds a key that is not null, or gives it another value. False when memory is out.
     bool set(const void* key, int value)
@@ -82,9 +89,9 @@ private:
             i = next(i);
         return i;
     }
-    bool grow()
+    bool grow() { return growTo(capacity == 0 ? FIRST_CAPACITY : capacity * 2); }
+    bool growTo(unsigned wanted)
     {
-        const unsigned wanted = capacity == 0 ? FIRST_CAPACITY : capacity * 2;
         auto* block = static_cast<Cell*>(tbMemory::calloc(wanted, sizeof(Cell)));
         if (!block)
             return false;

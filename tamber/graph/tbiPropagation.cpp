@@ -113,10 +113,13 @@ void tbiPropagation::tellAdded(tbGroup* node, tbGroup* parent)
 void tbiPropagation::added(tbGroup* node, tbGroup* parent)
 {
     if (node->getNumChildren() == 0 || node == freshNode)
-    {
         tellAdded(node, parent);
-        return;
-    }
+    else
+        addedWithAll(node, parent);
+}
+
+void tbiPropagation::addedWithAll(tbGroup* node, tbGroup* parent)
+{
     struct Frame
     {
         tbGroup* node;

@@ -50,6 +50,7 @@ private:
 
     static void climb(Climb step, tbGroup* parent, unsigned bits);
     static void raiseBelow(tbGroup* node, unsigned bits, std::uint32_t& stamp);
+    static void addedWithAll(tbGroup* node, tbGroup* parent);
     static void tellAdded(tbGroup* node, tbGroup* parent);
 };
 
