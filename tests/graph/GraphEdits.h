@@ -25,22 +25,13 @@ inline GraphPair makeNodes(int num)
     return graphs;
 }
 
-inline std::string describe(const GraphPair& graphs, const std::vector<ModelNode*>& list)
+/// Whether the lists hold the same nodes in the same order.
+inline bool matches(const GraphPair& graphs, std::span<tbGroup* const> real,
+                    const std::vector<ModelNode*>& model)
 {
-    std::string text;
-    for (const ModelNode* node : list)
-        text += std::to_string(graphs.indexOf(node)) + ' ';
-    return text;
-}
-
-inline std::string describe(const GraphPair& graphs, std::span<tbGroup* const> list)
-{
-    std::string text;
-    for (const tbGroup* node : list)
-        for (std::size_t i = 0; i < graphs.real.size(); ++i)
-            if (graphs.real[i] == node)
-                text += std::to_string(i) + ' ';
-    return text;
+    return std::equal(real.begin(), real.end(), model.begin(), model.end(),
+                      [&](const tbGroup* node, const ModelNode* same)
+                      { return graphs.real[std::size_t(graphs.indexOf(same))] == node; });
 }
 
 /// The first thing in which a node is not as the model says; the empty text when there is none.
@@ -51,9 +42,9 @@ inline std::string difference(const GraphPair& graphs)
         const tbGroup& real = *graphs.real[i];
         const ModelNode& model = *graphs.model[i];
         const std::string who = " of " + std::to_string(i);
-        if (describe(graphs, real.getChildren()) != describe(graphs, model.children))
+        if (!matches(graphs, real.getChildren(), model.children))
             return "children" + who;
-        if (describe(graphs, real.getParents()) != describe(graphs, model.parents))
+        if (!matches(graphs, real.getParents(), model.parents))
             return "parents" + who;
         if (real.getTravFlags() != model.flags)
             return "flags" + who;

@@ -5,12 +5,11 @@
 #include <tamber/thread/tbEvent.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tests/support/TestScene.h>
+#include <tests/support/Threads.h>
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <string>
-#include <thread>
 
 namespace
 {
@@ -126,23 +125,24 @@ TEST(Scene, UpdatesOnlyWhatChangedAndAlwaysTriggersItsEvents)
 {
     tbtest::TestScene scene;
     tbTransform* transform = scene.addTransform(nullptr, 1, 2, 3);
+    scene.addTransform(nullptr, 4, 5, 6);
     scene.addGeometry(transform, tbSphere(tbVec3(0, 0, 0), 2));
     const tbRef<tbStats> stats(new tbStats);
     scene->getTravContext()->setStats(stats.get());
     scene.update();
-    EXPECT_EQ(stats->getCount(tbTransform::getClassType()), 1);
+    EXPECT_EQ(stats->getCount(tbTransform::getClassType()), 2);
     EXPECT_EQ(scene->getTravFlags() & 0xFF, 0u);
     EXPECT_EQ(scene->getVolume()->getRadius(), 2);
     EXPECT_EQ((*scene->getVolume()->getCenter())[2], 3);
     const double first = scene->getPostUpdateEvent()->getTime();
     scene.update();
-    EXPECT_EQ(stats->getCount(tbTransform::getClassType()), 1);
+    EXPECT_EQ(stats->getCount(tbTransform::getClassType()), 2);
     EXPECT_EQ(stats->getNumFrames(), 2);
     EXPECT_GT(scene->getPostUpdateEvent()->getTime(), first);
     EXPECT_EQ(scene->getPreUpdateEvent()->getInitiator(), scene.get());
     transform->setXYZ(0, 0, 9);
     scene.update();
-    EXPECT_EQ(stats->getCount(tbTransform::getClassType()), 2);
+    EXPECT_EQ(stats->getCount(tbTransform::getClassType()), 3);
     EXPECT_EQ((*scene->getVolume()->getCenter())[2], 9);
     scene->removeChild(transform);
     scene->updateFences();
@@ -160,16 +160,14 @@ TEST(Scene, AnEditWaitsForTheLastQueryAndKeepsNewOnesOut)
         {
             scene->acquireForMods();
             state = 1;
-            while (state == 1)
-                std::this_thread::yield();
+            tbtest::comesTrue([&] { return state == 2; });
             scene->releaseFromMods();
         });
     scene->releaseFromQuery();
-    std::this_thread::sleep_for(std::chrono::milliseconds(30));
+    tbtest::sleep(30);
     EXPECT_EQ(state, 0);
     scene->releaseFromQuery();
-    while (state == 0)
-        std::this_thread::yield();
+    ASSERT_TRUE(tbtest::comesTrue([&] { return state == 1; }));
     EXPECT_FALSE(scene->availableForQuery());
     EXPECT_FALSE(scene->availableForMods());
     state = 2;

@@ -125,30 +125,27 @@ TEST_F(Thread, DestructionEndsWaitsInsideTheKernel)
     const tbRef<tbEvent> event = new tbEvent;
     const tbRef<tbSemaphore> semaphore = new tbSemaphore;
     std::atomic<int> entered{0}, woken{0};
-    tbRef<tbThread> waitsForEvent = new tbThread;
-    tbRef<tbThread> waitsForSemaphore = new tbThread;
-    tbRef<tbThread> waitsForPass = new tbThread;
-    waitsForEvent->addAction(new FuncAction(
-        [&](tbBase*, tbEvent*)
-        {
-            entered.fetch_add(1);
-            woken.fetch_add(event->waitForTrigger());
-            return true;
-        }));
-    waitsForSemaphore->addAction(new FuncAction(
-        [&](tbBase*, tbEvent*)
-        {
-            entered.fetch_add(1);
-            woken.fetch_add(semaphore->dec());
-            return true;
-        }));
-    waitsForPass->setThreadMode(tbThread::THREAD_WAIT);
-    for (const auto& waits : {waitsForEvent, waitsForSemaphore, waitsForPass})
+    const auto started = [&](std::function<bool()> wait)
+    {
+        tbRef<tbThread> waits = new tbThread;
+        waits->addAction(new FuncAction(
+            [&, wait](tbBase*, tbEvent*)
+            {
+                entered.fetch_add(1);
+                woken.fetch_add(wait());
+                return true;
+            }));
         waits->run();
+        return waits;
+    };
+    tbRef<tbThread> threads[] = {started([&] { return event->waitForTrigger(); }),
+                                 started([&] { return semaphore->dec(); }), new tbThread, new tbThread};
+    threads[2]->setThreadMode(tbThread::THREAD_WAIT);
+    threads[2]->run();
     ASSERT_TRUE(comesTrue([&] { return entered == 2; }));
     tbtest::sleep(5);
-    for (auto* ends : {&waitsForEvent, &waitsForSemaphore, &waitsForPass, &thread})
-        ends->reset();
+    for (tbRef<tbThread>& each : threads)
+        each.reset();
     EXPECT_EQ(woken, 0);
 }
 

@@ -8,9 +8,9 @@
 #include <tamber/thread/tbThread.h>
 
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <map>
+#include <string>
 #include <thread>
 
 namespace
@@ -43,14 +43,8 @@ void runThread()
     thread->run();
 }
 
-struct Way
-{
-    const char* name;
-    void (*go)();
-};
-
 // The plug-ins that lie beside this program are loaded in all but the first.
-const Way WAYS[] = {
+const std::map<std::string, void (*)()> WAYS = {
     {"unused", [] {}},
     {"started", [] { tbInit(nullptr); }},
     {"shut-down", [] { tbInit(nullptr), tbShutdown(); }},
@@ -67,14 +61,9 @@ const Way WAYS[] = {
 
 int main(int argc, char** argv)
 {
-    for (const Way& way : WAYS)
-    {
-        if (argc == 2 && std::strcmp(argv[1], way.name) == 0)
-        {
-            way.go();
-            return 0;
-        }
-    }
-    std::fprintf(stderr, "usage: ExitPath HOW\n");
-    return 2;
+    const auto way = WAYS.find(argc == 2 ? argv[1] : "");
+    if (way == WAYS.end())
+        return 2;
+    way->second();
+    return 0;
 }
