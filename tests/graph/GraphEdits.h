@@ -89,11 +89,6 @@ public:
         mb = graphs.model[k].get();
         switch (below(14))
         {
-        case 0:
-        case 1:
-        case 2:
-        case 3:
-            return (mb->reaches(ma) && ma != mb) || a->addChild(b) == ma->addChild(mb);
         case 4:
         case 5:
             return mb->reaches(ma) || insert();
@@ -118,9 +113,11 @@ public:
         case 12:
             return (ma != mb && ma->reaches(mb)) || !noCycle(mb, ma->parents) ||
                    a->insertAbove(b) == ma->insertAbove(mb);
-        default:
+        case 13:
             change();
             return true;
+        default:
+            return (mb->reaches(ma) && ma != mb) || a->addChild(b) == ma->addChild(mb);
         }
     }
 

@@ -30,15 +30,7 @@ private:
     unsigned own;
 };
 
-/// Paths from `node` to the nodes at and below it.
-inline int numReachable(const tbGroup* node)
-{
-    int num = 1;
-    for (const tbGroup* child : node->getChildren())
-        num += numReachable(child);
-    return num;
-}
-
+/// Nodes below several parents, once for each path to them.
 inline int numWithSeveralParents(const tbGroup* node)
 {
     int num = node->getNumParents() > 1 ? 1 : 0;

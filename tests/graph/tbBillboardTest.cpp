@@ -116,3 +116,11 @@ TEST(Billboard, BoundsHoldEveryFacing)
     node->setXYZ(0, 0, 0);
     EXPECT_TRUE(scene->anyTravFlags(tbGroup::TF_MATRIX) && scene->anyTravFlags(tbGroup::TF_FENCE));
 }
+
+TEST(Billboard, CopiesTakeItsAxis)
+{
+    const tbRef<tbBillboard> node(new tbBillboard);
+    node->setAxis(tbVec3(1, 0, 0));
+    const tbRef<tbGroup> copy(node->makeClone());
+    EXPECT_EQ(*static_cast<tbBillboard*>(copy.get())->getAxis(), tbVec3(1, 0, 0));
+}

@@ -181,36 +181,36 @@ TEST(Scene, EditsAndQueriesExcludeEachOtherOverManyRounds)
 {
     tbtest::TestScene scene;
     int value = 0; // written by edits, read by queries
-    std::atomic<int> queries{0};
-    std::atomic<int> wrong{0};
+    std::atomic<int> queries{0}, wrong{0};
     const auto edit = [&]
     {
-        for (int i = 0; i < 300; ++i)
-        {
-            scene->acquireForMods();
-            if (queries != 0)
-                ++wrong;
-            ++value;
-            scene->releaseFromMods();
-        }
+        scene->acquireForMods();
+        wrong += queries != 0;
+        ++value;
+        scene->releaseFromMods();
     };
     const auto query = [&]
     {
-        for (int i = 0; i < 600; ++i)
-        {
-            scene->acquireForQuery();
-            ++queries;
-            const int before = value;
-            std::this_thread::yield();
-            if (before != value)
-                ++wrong;
-            --queries;
-            scene->releaseFromQuery();
-        }
+        scene->acquireForQuery();
+        ++queries;
+        const int before = value;
+        std::this_thread::yield();
+        wrong += before != value;
+        --queries;
+        scene->releaseFromQuery();
+    };
+    const auto repeat = [](int times, auto work)
+    {
+        return std::jthread(
+            [=]
+            {
+                for (int i = 0; i < times; ++i)
+                    work();
+            });
     };
     {
-        std::jthread threads[] = {std::jthread(edit), std::jthread(edit), std::jthread(query),
-                                  std::jthread(query)};
+        const std::jthread threads[] = {repeat(300, edit), repeat(300, edit), repeat(600, query),
+                                        repeat(600, query)};
     }
     EXPECT_EQ(value, 600);
     EXPECT_EQ(wrong, 0);

@@ -261,9 +261,7 @@ TEST(RangeSwitch, CentreFollowsTheBoundsUntilItIsFrozen)
 
 TEST(RangeSwitch, RecordsFollowTheChildren)
 {
-    const tbRef<tbRangeSwitch> node(new tbRangeSwitch);
-    for (int i = 0; i < 3; ++i)
-        node->addChild(new tbGroup);
+    const tbRef<tbRangeSwitch> node = makeSwitch<tbRangeSwitch>(3);
     EXPECT_EQ(node->getRange(2), 3000.0f);
     node->setRange(1, 1700.0f);
     node->setTransition(1, 30.0f);

@@ -2,29 +2,21 @@
 
 #include <tamber/kernel/tbBase.h>
 #include <tamber/kernel/tbRef.h>
+#include <tests/support/FileNode.h>
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
+using tbtest::FileNode;
+
 namespace
 {
 
-class TypeTestAnimal : public tbBase
+class TypeTestBird : public FileNode
 {
-    TB_CLASS(TypeTestAnimal, tbBase)
-
-public:
-    TypeTestAnimal() { initInstance(); }
-
-protected:
-    ~TypeTestAnimal() override { deleteInstance(); }
-};
-
-class TypeTestBird : public TypeTestAnimal
-{
-    TB_CLASS(TypeTestBird, TypeTestAnimal)
+    TB_CLASS(TypeTestBird, FileNode)
 
 public:
     TypeTestBird() { initInstance(); }
@@ -51,8 +43,7 @@ public:
     void act() override {}
 };
 
-TB_DEFINE_CLASS(TypeTestAnimal, tbBase)
-TB_DEFINE_CLASS(TypeTestBird, TypeTestAnimal)
+TB_DEFINE_CLASS(TypeTestBird, FileNode)
 TB_DEFINE_ABSTRACT_CLASS(TypeTestAbstract, tbBase)
 
 int initCalls = 0;
@@ -106,11 +97,11 @@ TEST(Type, UnknownAndAbstractNamesMakeNothing)
 
 TEST(Type, EnumeratesOwnInstancesBeforeThoseOfDerivedTypes)
 {
-    tbRef<tbBase> bird1 = new TypeTestBird, animal = new TypeTestAnimal, bird2 = new TypeTestBird;
+    tbRef<tbBase> bird1 = new TypeTestBird, animal = new FileNode, bird2 = new TypeTestBird;
     bird1->setName("bird1");
     animal->setName("animal");
     bird2->setName("bird2");
-    tbType* type = TypeTestAnimal::getClassType();
+    tbType* type = FileNode::getClassType();
     EXPECT_EQ(type->getNum(false), 1);
     EXPECT_EQ(names(type), (std::vector<std::string>{"animal", "bird1", "bird2"}));
     EXPECT_EQ(type->get(3, true), nullptr);
@@ -119,15 +110,15 @@ TEST(Type, EnumeratesOwnInstancesBeforeThoseOfDerivedTypes)
 
 TEST(Type, FindStepsThroughInstancesOfOneName)
 {
-    tbRef<tbBase> a = new TypeTestAnimal, b = new TypeTestBird, other = new TypeTestBird;
+    tbRef<tbBase> a = new FileNode, b = new TypeTestBird, other = new TypeTestBird;
     a->setName("x");
     b->setName("X");
     other->setName("y");
-    EXPECT_EQ(TypeTestAnimal::find("x", nullptr, true), a.get());
-    EXPECT_EQ(TypeTestAnimal::find("x", a.get(), true), b.get());
-    EXPECT_EQ(TypeTestAnimal::find("x", b.get(), true), nullptr);
-    EXPECT_EQ(TypeTestAnimal::find("x", other.get(), true), nullptr);
-    EXPECT_EQ(TypeTestAnimal::find("x", a.get(), false), nullptr);
+    EXPECT_EQ(FileNode::find("x", nullptr, true), a.get());
+    EXPECT_EQ(FileNode::find("x", a.get(), true), b.get());
+    EXPECT_EQ(FileNode::find("x", b.get(), true), nullptr);
+    EXPECT_EQ(FileNode::find("x", other.get(), true), nullptr);
+    EXPECT_EQ(FileNode::find("x", a.get(), false), nullptr);
 }
 
 TEST(Type, LivesUntilItsLastInstanceGoes)

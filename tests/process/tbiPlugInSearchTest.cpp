@@ -159,22 +159,18 @@ Names with(Names names, const Names& more)
 TEST_F(PlantedModules, PolicyLimitsWhatALibraryUserLoads)
 {
     const std::string list = writeList();
-    const struct
+    // Without and with a file that lists modules.
+    const std::tuple<const char*, Names, Names> cases[] = {{"", ALL, with(ALL, {"tbListed", "tbSneaked"})},
+                                                           {"all", ALL, with(ALL, {"tbListed", "tbSneaked"})},
+                                                           {"app", APP, with(APP, {"tbListed"})},
+                                                           {"none", {}, {}},
+                                                           {"apps", {}, {}}};
+    for (const auto& [policy, searched, listed] : cases)
     {
-        const char* policy;
-        Names searched;
-        Names listed; // with a file that lists modules
-    } cases[] = {{"", ALL, with(ALL, {"tbListed", "tbSneaked"})},
-                 {"all", ALL, with(ALL, {"tbListed", "tbSneaked"})},
-                 {"app", APP, with(APP, {"tbListed"})},
-                 {"none", {}, {}},
-                 {"apps", {}, {}}};
-    for (const auto& expected : cases)
-    {
-        SCOPED_TRACE(expected.policy);
-        setVariable("TAMBER_PLUGINS", expected.policy);
-        EXPECT_EQ(run("PlugInProbe"), expected.searched) << output;
-        EXPECT_EQ(run("PlugInProbe", list), expected.listed) << output;
+        SCOPED_TRACE(policy);
+        setVariable("TAMBER_PLUGINS", policy);
+        EXPECT_EQ(run("PlugInProbe"), searched) << output;
+        EXPECT_EQ(run("PlugInProbe", list), listed) << output;
     }
     EXPECT_TRUE(said("TAMBER_PLUGINS is not understood")) << output;
 }
@@ -215,22 +211,19 @@ TEST_F(PlantedModules, AllowListNamesWhatIsLoadedAndItsContent)
     setVariable("TAMBER_PLUGIN_PATH", (root / "given").string());
     setVariable("TAMBER_PLUGINS", "all");
     const std::string other(64, 'a');
-    const struct
+    const std::pair<std::string, Names> cases[] = {
+        {"", ALL},
+        {" TBBESIDELOADER , tbCurrentLoader.dll", {"tbBesideLoader", "tbCurrentLoader"}},
+        {"tbPathLoader=" + checksum + ",tbBesideLoader=" + other, {"tbPathLoader"}},
+        {"tbPathLoader=" + other + ",tbPathLoader=" + checksum, {"tbPathLoader"}},
+        {"tbPathLoader,tbPathLoader=" + other, {}},
+        {"tbBesideLoader,tbPathLoader=12345", {"tbBesideLoader"}},
+        {"nothing,,=,/tbPathLoader", {}}};
+    for (const auto& [list, loaded] : cases)
     {
-        std::string list;
-        Names expected;
-    } cases[] = {{"", ALL},
-                 {" TBBESIDELOADER , tbCurrentLoader.dll", {"tbBesideLoader", "tbCurrentLoader"}},
-                 {"tbPathLoader=" + checksum + ",tbBesideLoader=" + other, {"tbPathLoader"}},
-                 {"tbPathLoader=" + other + ",tbPathLoader=" + checksum, {"tbPathLoader"}},
-                 {"tbPathLoader,tbPathLoader=" + other, {}},
-                 {"tbBesideLoader,tbPathLoader=12345", {"tbBesideLoader"}},
-                 {"nothing,,=,/tbPathLoader", {}}};
-    for (const auto& expected : cases)
-    {
-        SCOPED_TRACE(expected.list);
-        setVariable("TAMBER_PLUGIN_ALLOW", expected.list);
-        EXPECT_EQ(run("PlugInProbe"), expected.expected) << output;
+        SCOPED_TRACE(list);
+        setVariable("TAMBER_PLUGIN_ALLOW", list);
+        EXPECT_EQ(run("PlugInProbe"), loaded) << output;
     }
     EXPECT_TRUE(said("TAMBER_PLUGIN_ALLOW is not understood")) << output;
     setVariable("TAMBER_PLUGIN_ALLOW", "tbPathLoader=" + checksum);

@@ -91,26 +91,20 @@ TEST(Lock, IsTakenOverFromAThreadThatEnded)
 TEST(Lock, AThreadThatEndsHandsItToOneThatWaits)
 {
     const tbRef<tbLock> lock = new tbLock;
-    std::atomic<bool> held{false}, go{false};
-    std::thread owner(
+    std::atomic<bool> held{false}, waits{false};
+    std::jthread owner(
         [&]
         {
             lock->acquire();
             held = true;
-            tbtest::comesTrue([&] { return go.load(); });
+            tbtest::comesTrue([&] { return waits.load(); });
+            tbtest::sleep(10);
         });
     ASSERT_TRUE(tbtest::comesTrue([&] { return held.load(); }));
-    std::thread waiting(
-        [&]
-        {
-            lock->acquire();
-            EXPECT_TRUE(lock->isHeld());
-            lock->release();
-        });
-    tbtest::sleep(10);
-    go = true;
-    owner.join();
-    waiting.join();
+    waits = true;
+    lock->acquire();
+    EXPECT_TRUE(lock->isHeld());
+    lock->release();
 }
 
 TEST(Lock, MayBeDestroyedWhileAThreadThatHeldItLives)

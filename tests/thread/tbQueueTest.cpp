@@ -41,11 +41,7 @@ TEST(Queue, SizesBelowOneCountAsOne)
 
 TEST(Queue, BehavesAsADequeInAllModes)
 {
-    struct Item
-    {
-        std::array<unsigned, 3> words;
-        bool operator==(const Item&) const = default;
-    };
+    using Item = std::array<unsigned, 3>;
     std::mt19937 random(5);
     for (int run = 0; run < 60; ++run)
     {
@@ -58,7 +54,7 @@ TEST(Queue, BehavesAsADequeInAllModes)
         {
             if (step % 100 == 99)
                 queue->setMode(mode = tbQueue::MODE(random() % 3));
-            const Item item = {{unsigned(random()), unsigned(step), unsigned(run)}};
+            const Item item = {unsigned(random()), unsigned(step), unsigned(run)};
             if (random() % 5 < 3)
             {
                 const int count = int(expected.size());

@@ -330,8 +330,11 @@ TEST_F(Thread, EndsWithTheLocksThatItHeld)
     lock->release();
 }
 
-TEST_F(Thread, AdoptedItStandsForTheCallingThread)
+TEST_F(Thread, AdoptedItStandsForTheCallingThreadAsThatOfTheApplicationDoes)
 {
+    ASSERT_NE(tbGetAppThread(), nullptr);
+    EXPECT_EQ(tbThread::getCurrentThread(), tbGetAppThread());
+    EXPECT_TRUE(tbInAppThread());
     std::thread(
         [&]
         {
@@ -354,14 +357,6 @@ TEST_F(Thread, AdoptedItStandsForTheCallingThread)
     EXPECT_EQ(thread->getState(), tbThread::STATE_DEAD);
     thread->flushQueue();
     EXPECT_FALSE(thread->setProcessors(1));
-}
-
-TEST_F(Thread, ApplicationThreadIsTheOneThatLoadedTheLibrary)
-{
-    ASSERT_NE(tbGetAppThread(), nullptr);
-    EXPECT_EQ(tbThread::getCurrentThread(), tbGetAppThread());
-    EXPECT_TRUE(tbGetAppThread()->inCurrentThread());
-    EXPECT_TRUE(tbInAppThread());
 }
 
 TEST_F(Thread, PriorityAndProcessorsAreWhatTheSystemAccepts)
