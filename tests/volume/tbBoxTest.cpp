@@ -30,6 +30,8 @@ TEST(Box, IsEmptyByItsXAlone)
     box.setMin(tbVec3(0, 0, 0));
     box.setMax(tbVec3(0, 0, 0));
     EXPECT_EQ(box.contains(tbVec3(0, 0, 0)), tbVolume::INSIDE);
+    box.extendAround(cube());
+    EXPECT_EQ(box, cube());
 }
 
 TEST(Box, TouchingIsPartialAndSpheresAcrossAMaximumFaceCountAsOutside)
