@@ -121,6 +121,6 @@ TEST(Billboard, CopiesTakeItsAxis)
 {
     const tbRef<tbBillboard> node(new tbBillboard);
     node->setAxis(tbVec3(1, 0, 0));
-    const tbRef<tbGroup> copy(node->makeClone());
-    EXPECT_EQ(*static_cast<tbBillboard*>(copy.get())->getAxis(), tbVec3(1, 0, 0));
+    for (const tbRef<tbBase>& copy : {tbRef<tbBase>(node->makeClone()), tbRef<tbBase>(node->createCopy())})
+        EXPECT_EQ(*static_cast<tbBillboard*>(copy.get())->getAxis(), tbVec3(1, 0, 0));
 }
