@@ -11,20 +11,22 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <string_view>
 
 using tbfuzz::check;
 using tbfuzz::InputFile;
 using tbfuzz::NativeFile;
 using tbfuzz::Program;
+using namespace std::string_view_literals;
 
 namespace
 {
 using Bytes = std::vector<std::uint8_t>;
 
 // Where the list is sound, names and release are the input's.
-constexpr const char* KNOWN_NAMES[] = {
+constexpr std::string_view KNOWN_NAMES[] = {
     "tbPlanted.dll",     "TBPLANTED.SO",           "libtbPlanted.so",   "./tbPlanted.so",
-    "tbPlanted-dbg.dll", "..\\planted\\tbPlanted", TB_PLANTED_FILE,     "tbPlanted.dll\0.so",
+    "tbPlanted-dbg.dll", "..\\planted\\tbPlanted", TB_PLANTED_FILE,     "tbPlanted.dll\0.so"sv,
     "tbKernel.dll",      "tbPortableKernel.dll",   "file://tbPlanted.", "c:tbPlanted.dll",
 };
 
@@ -44,7 +46,9 @@ void putText(Bytes& data, const std::string& text)
 std::string name(Program& program)
 {
     const int kind = program.byte();
-    std::string text = kind < 128 ? KNOWN_NAMES[std::size_t(kind) % std::size(KNOWN_NAMES)] : "";
+    std::string text;
+    if (kind < 128)
+        text = KNOWN_NAMES[std::size_t(kind) % std::size(KNOWN_NAMES)];
     const std::string more = program.bytes(program.index(32));
     return text.insert(std::min(text.size(), std::size_t(kind % 16)), more);
 }

@@ -46,11 +46,12 @@ public:
     /// The text of a file, cut where it is longer than any that was meant; empty when there is none.
     std::string read(const char* name) const
     {
+        // Before anything is open that would have to be closed.
+        std::string text(std::size_t(LONGEST_REPORT), '\0');
         const int descriptor = tbiOpenFile(file(name).c_str());
-        const std::int64_t length =
-            std::clamp<std::int64_t>(descriptor > 0 ? tbiFileLength(descriptor) : 0, 0, LONGEST_REPORT);
-        std::string text(std::size_t(length), '\0');
-        if (length > 0 && !tbiReadFile(descriptor, text.data(), text.size(), 0))
+        const std::int64_t length = descriptor > 0 ? tbiFileLength(descriptor) : 0;
+        text.resize(std::size_t(std::clamp<std::int64_t>(length, 0, LONGEST_REPORT)));
+        if (!tbiReadFile(descriptor, text.data(), text.size(), 0))
             text.clear();
         tbiCloseFile(descriptor);
         return text;

@@ -71,10 +71,7 @@ tbModelFiles::tbModelFiles(const char* modelPath) : state(new State)
     state->modelPlace = tbiFinalPlace(state->model.c_str()); // which may be a link out
 }
 
-tbModelFiles::~tbModelFiles()
-{
-    delete state;
-}
+tbModelFiles::~tbModelFiles() = default;
 
 bool tbModelFiles::refuse(const char* name, const char* rule)
 {
@@ -119,6 +116,7 @@ const char* tbModelFiles::open(const char* name)
         refuse(name, "it is being read already");
         return nullptr;
     }
+    static_assert(MAX_OPEN == 16);
     if (state->open.size() >= std::size_t(MAX_OPEN))
     {
         refuse(name, "files nest deeper than 16");

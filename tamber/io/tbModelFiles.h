@@ -2,6 +2,8 @@
 
 #include <tamber/kernel/tbTypes.h>
 
+#include <memory>
+
 // Which files a loader opens while it reads a model that somebody else made. Models name other files: materials,
 // buffers, images, whole scenes. Allowed are the model itself and regular files in or below its directory or a
 // directory of the search paths (tbGetFilePath()), wherever links, ".." and separators of either kind lead to; names
@@ -45,5 +47,5 @@ private:
     bool locate(const char* name);
     bool refuse(const char* name, const char* rule);
 
-    State* state;
+    std::unique_ptr<State> state;
 };
