@@ -5,7 +5,6 @@
 #include <tamber/graph/tbTransform.h>
 #include <tamber/io/tbPlugIn.h>
 #include <tamber/kernel/tbRef.h>
-#include <tamber/kernel/tbStats.h>
 #include <tamber/math/tbMatrix.h>
 #include <tamber/render/tbStyle.h>
 #include <tamber/trav/tbCull.h>
@@ -21,44 +20,19 @@
 #include <gtest/gtest.h>
 
 #include <tests/support/Near.h>
+#include <tests/support/RandomValues.h>
+#include <tests/support/RecordingTraits.h>
 #include <tests/support/TestGeometry.h>
 
-#include <random>
-#include <set>
 #include <string>
+#include <vector>
 
 namespace
 {
 
 using tbtest::near;
 
-std::string applied; // names of the traits that reached the camera
-
-template <class Trait>
-void reachCamera(const Trait* trait, tbCamera* camera)
-{
-    applied += trait->getName() ? trait->getName() : "default";
-    applied += ' ';
-    if (!camera)
-        return; // tests of trait stacks have none
-    camera->setAppliedVisualTrait(trait);
-    camera->getTravContext()->getTraitStack()->setAppliedTrait(trait);
-}
-
-class NullTestColor : public tbVisualTrait
-{
-    TB_CLASS(NullTestColor, tbVisualTrait)
-
-public:
-    NullTestColor() { initInstance(); }
-    explicit NullTestColor(const char* text) : NullTestColor() { setName(text); }
-    bool isEqual(tbTrait* other) const override { return isSameKind(other); }
-    void apply(tbCamera* camera) const override { reachCamera(this, camera); }
-
-protected:
-    ~NullTestColor() override { deleteInstance(); }
-};
-TB_DEFINE_VISUAL_TRAIT_CLASS(NullTestColor, tbVisualTrait)
+using Color = tbtest::RecordingTrait<tbVisualTrait, 0>;
 
 // Drawn through the hook, as geometry is.
 class DrawnGeometry : public tbtest::TestGeometry
@@ -147,14 +121,12 @@ bool onScreen(const tbCamera& camera, const tbVec3& world)
 TEST_F(NullDisplayTest, NothingThatIsSeenIsCulled)
 {
     std::vector<Body> bodies = addGrid(9, 10.0f, 2.0f);
-    std::mt19937 random(7);
-    const auto number = [&random](float low, float high)
-    { return std::uniform_real_distribution<float>(low, high)(random); };
+    tbtest::Random random(7);
+    const auto number = [&random](float low, float high) { return random.number(low, high); };
     int culledViews = 0;
     for (int view = 0; view < 60; ++view)
     {
-        camera->setXYZHPR(tbVec3(number(-50, 50), number(-50, 50), number(-50, 50)),
-                          tbVec3(number(-180, 180), number(-90, 90), number(-180, 180)));
+        camera->setXYZHPR(random.point(50), tbVec3(number(-180, 180), number(-90, 90), number(-180, 180)));
         if (view % 3 == 0)
             camera->makeOrthoProjMatrix(number(-30, -1), number(1, 30), number(-30, -1), number(1, 30), 1.0f,
                                         60.0f);
@@ -171,9 +143,8 @@ TEST_F(NullDisplayTest, NothingThatIsSeenIsCulled)
         {
             for (int i = 0; i < 24 && body.geometry->numDrawn == 0; ++i)
             {
-                tbVec3 direction(number(-1, 1), number(-1, 1), number(-1, 1));
-                direction.normalize();
-                const tbVec3 point = body.centre + direction * (body.radius * number(0, 1) * 0.999f);
+                const float distance = body.radius * number(0, 1) * 0.999f;
+                const tbVec3 point = body.centre + random.direction() * distance;
                 ASSERT_FALSE(onScreen(*camera, point)) << "view " << view;
             }
         }
@@ -308,11 +279,12 @@ TEST_F(NullDisplayTest, ProjectionFollowsDistancesAndTheFirstWindow)
 
 TEST_F(NullDisplayTest, TraitsReachTheCameraWhenGeometryNeedsThem)
 {
-    NullTestColor::getClassType();
     auto* red = new tbStyle;
-    red->addTrait(new NullTestColor("red"));
+    const tbRef<Color> redColor(new Color);
+    red->addTrait(redColor.get());
     auto* blue = new tbStyle;
-    blue->addTrait(new NullTestColor("blue"));
+    const tbRef<Color> blueColor(new Color);
+    blue->addTrait(blueColor.get());
     scene->addChild(red);
     scene->addChild(new DrawnGeometry);
     red->addChild(new DrawnGeometry);
@@ -320,18 +292,23 @@ TEST_F(NullDisplayTest, TraitsReachTheCameraWhenGeometryNeedsThem)
     red->addChild(blue);
     blue->addChild(new DrawnGeometry);
     auto* empty = new tbStyle;
-    empty->addTrait(new NullTestColor("never drawn"));
+    empty->addTrait(new Color); // never drawn
     red->addChild(empty);
     red->addChild(new DrawnGeometry);
 
+    tbtest::TraitLog& log = tbtest::TraitLog::get();
+    log.stack = camera->getTravContext()->getTraitStack();
     camera->draw(scene.get()); // sets every type once
-    applied.clear();
+    log.clear();
     camera->resetCounts();
     camera->draw(scene.get());
-    EXPECT_EQ(applied, "red blue red default ");
+    const tbVisualTrait* plain = camera->getAppliedVisualTrait(Color::type());
+    EXPECT_EQ(log.onDevice,
+              (std::vector<const tbTrait*>{redColor.get(), blueColor.get(), redColor.get(), plain}));
+    log.stack = nullptr;
     EXPECT_EQ(camera->getCounts().visualTraits, 4);
     EXPECT_EQ(camera->getCounts().geometries, 5);
-    EXPECT_STREQ(camera->getAppliedVisualTrait(NullTestColor::getClassType())->getName(), nullptr);
+    EXPECT_EQ(tbtest::visualDefaultsOf(*camera->getTravContext()->getTraitStack()).front(), plain);
 }
 
 TEST_F(NullDisplayTest, PrunedStyleIsNotDrawn)
