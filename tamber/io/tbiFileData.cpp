@@ -6,6 +6,8 @@
 #include <tamber/kernel/tbVersion.h>
 #include <tamber/platform/tbiFile.h>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -74,7 +76,7 @@ bool tbFile::checkPlace(const tbEntry* entry, std::int64_t length)
 bool tbFile::spendBudget(tbEntry* entry, std::int64_t packedBytes)
 {
     const std::int64_t more = entry->budgeted ? 0 : entry->dataSize + packedBytes;
-    const int held = entry->dataSize - entry->counted;
+    const std::int64_t held = std::max<std::int64_t>(entry->dataSize - entry->counted, 0);
     if (more > state->dataBudget - state->dataSpent || held > state->heldBudget - state->dataHeld)
     {
         reportAt(entry, entry->recordPlace + RECORD_DATA_SIZE,
@@ -84,7 +86,19 @@ bool tbFile::spendBudget(tbEntry* entry, std::int64_t packedBytes)
     state->dataSpent += more;
     state->dataHeld += held;
     entry->budgeted = true;
-    entry->counted = entry->dataSize;
+    entry->counted += held;
+    return true;
+}
+
+// For what an entry's object takes beyond its data. Lists that share bytes make many edges of few.
+bool tbFile::spendOnMade(tbEntry* entry, std::int64_t bytes)
+{
+    if (bytes > state->dataBudget - state->dataSpent || bytes > state->heldBudget - state->dataHeld)
+        return false;
+    state->dataSpent += bytes;
+    state->dataHeld += bytes;
+    if (entry)
+        entry->counted += bytes;
     return true;
 }
 

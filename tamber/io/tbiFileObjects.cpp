@@ -69,7 +69,7 @@ tbEntry* tbFile::findTarget(int index, const tbEntry* referrer)
     return nullptr;
 }
 
-tbBase* tbFile::follow(int index, const tbEntry* referrer, bool nested)
+tbBase* tbFile::follow(int index, tbEntry* referrer, bool nested)
 {
     tbEntry* target = findTarget(index, referrer);
     if (!target)
@@ -93,6 +93,13 @@ tbBase* tbFile::follow(int index, const tbEntry* referrer, bool nested)
         return object;
     }
     hold(target, nullptr);
+    if (!spendOnMade(referrer, tbiFileState::REFERENCE_COST))
+    {
+        if (!std::exchange(state->budgetReported, true))
+            reportReference(referrer, index,
+                            "the references together make more than a file of this length can");
+        return nullptr;
+    }
     return countPaths(target, referrer) ? object : nullptr;
 }
 
@@ -119,6 +126,13 @@ tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
     if (isSceneInScene(type))
     {
         reportReference(referrer, entry->dirNum, "a scene inside a scene");
+        return nullptr;
+    }
+    if (type->isOfType(tbScene::getClassType()) && !spendOnMade(entry, tbiFileState::SCENE_COST))
+    {
+        entry->failed = true;
+        reportAt(entry, entry->recordPlace + RECORD_TAG,
+                 "the scenes together take more than a file of this length can");
         return nullptr;
     }
     tbBase* object = type->isWritable() ? type->create() : nullptr;

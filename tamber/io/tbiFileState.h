@@ -56,6 +56,10 @@ struct tbiFileState : tbAllocated<tbiFileState>
     static constexpr std::int64_t HELD_BUDGET = std::int64_t{24} << 20;
     static constexpr std::int64_t HELD_FACTOR = 128; // the best that packing can do
 
+    // What objects take that their data does not tell.
+    static constexpr std::int64_t REFERENCE_COST = 64; // an edge, at both ends
+    static constexpr std::int64_t SCENE_COST = 6144;   // its contexts, stacks, locks and lists
+
     tbProgressFunc progress = nullptr;
     std::int64_t bytesDone = 0; // of all that the entries hold, since the file was opened or write() began
     std::int64_t bytesToDo = 0;
@@ -68,6 +72,7 @@ struct tbiFileState : tbAllocated<tbiFileState>
     unsigned int paths = 0;
     bool depthReported = false;
     bool pathsReported = false;
+    bool budgetReported = false;
     std::vector<HeldData> heldData;
 
     bool swapOutput = false; // the header, the tables and new entries are written in the other byte order
@@ -137,6 +142,6 @@ struct tbiFileState : tbAllocated<tbiFileState>
         label = std::move(name);
         errorText.clear();
         numMessages = 0;
-        depthReported = pathsReported = false;
+        depthReported = pathsReported = budgetReported = false;
     }
 };

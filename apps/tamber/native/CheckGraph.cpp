@@ -11,6 +11,8 @@ namespace
 
 constexpr std::size_t MOST_DEPTH = 1024;
 constexpr std::uint64_t MOST_PATHS = std::uint64_t{1} << 24;
+constexpr std::uint64_t REFERENCE_COST = 64; // bytes that count for an edge, as it is held at both ends
+constexpr std::uint64_t SCENE_COST = 6144;
 constexpr std::uint16_t HAS_GEOMETRY = 0x0200;
 constexpr std::uint16_t HAS_EMITTER = 0x0400;
 
@@ -109,7 +111,15 @@ private:
             add(Kind::TOO_DEEP, entry);
         if (isOf(info, scene) && openScenes++ > 0)
             add(Kind::SCENE_INSIDE, entry);
+        if (isOf(info, scene))
+            spend(entry, SCENE_COST, "with what scenes take");
         steps.push_back({entry});
+    }
+
+    void spend(int entry, std::uint64_t bytes, const char* what)
+    {
+        if (!state.image.spendOnMade(bytes) && !std::exchange(budgetReported, true))
+            add(Kind::BUDGET, entry, what);
     }
 
     // Data lies below objects, but does not nest.
@@ -139,6 +149,7 @@ private:
             contents[to] = std::uint16_t(contents[to] | contents[from]);
         if (role == Edge::DATA)
             return;
+        spend(above, REFERENCE_COST, "with the edges that its references make");
         const std::uint64_t sum = std::uint64_t(paths[to]) + paths[from];
         if (sum <= MOST_PATHS)
             paths[to] = std::uint32_t(sum);
@@ -171,6 +182,7 @@ private:
     std::vector<Step> steps;
     bool depthReported = false;
     bool pathsReported = false;
+    bool budgetReported = false;
     bool hidesReferences = false; // what lies below an object could not be told
     int openScenes = 0;
     const ClassInfo* scene = findClass("tbScene");

@@ -250,6 +250,15 @@ bool Image::spend(int entry, std::uint64_t packedSize, Findings& findings)
     return true;
 }
 
+bool Image::spendOnMade(std::uint64_t bytes)
+{
+    if (bytes > budget || bytes > work)
+        return false;
+    budget -= bytes;
+    work -= bytes;
+    return true;
+}
+
 // Every word that is wrong, not only the first.
 bool Image::checkRecord(int entry, Findings& findings) const
 {
