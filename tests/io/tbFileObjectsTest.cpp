@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <utility>
 
 using tbtest::FileBuilder;
@@ -62,6 +63,45 @@ std::string graph(const std::vector<std::vector<int>>& children)
     FileBuilder builder;
     for (const std::vector<int>& each : children)
         builder.add("FileNode", nodeRecord(builder, each));
+    return builder.build();
+}
+
+// A group with so many children of the class `name`, and below each of them the same leaves. All children lie on the same
+// bytes, and so do all leaves.
+std::string crowd(const char* name, int numChildren, int numLeaves)
+{
+    FileBuilder builder;
+    builder.gap = 0;
+    const auto list = [&](int first, int number)
+    {
+        Record record = builder.record().object().word(1).word(1).integer(number);
+        for (int i = 0; i < number; ++i)
+            record.integer(first + i);
+        return record;
+    };
+    builder.add("tbGroup", list(1, numChildren));
+    for (int i = 0; i < numChildren; ++i)
+        builder.add(name, i == 0 ? list(1 + numChildren, numLeaves) : Record());
+    for (int i = 0; i < numLeaves; ++i)
+        builder.add("tbGroup", i == 0 ? list(0, 0) : Record());
+
+    std::size_t dataBytes = 0;
+    for (const FileBuilder::Entry& entry : builder.entries)
+        dataBytes += entry.data.size();
+    std::size_t place = builder.build().size() - dataBytes;
+    std::size_t begin = 0;
+    std::size_t size = 0;
+    for (FileBuilder::Entry& entry : builder.entries)
+    {
+        if (!entry.data.empty())
+        {
+            begin = place;
+            size = entry.data.size();
+            place += size;
+        }
+        entry.offset = std::uint32_t(begin);
+        entry.size = std::uint32_t(size);
+    }
     return builder.build();
 }
 
@@ -153,6 +193,34 @@ TEST_F(FileObjects, PathsThroughTheGraphHaveALimitThatMayBeMoved)
     ASSERT_EQ(root->children.size(), 2u) << "seven paths; the third child would make nine";
     EXPECT_EQ(child(root.get(), 0)->children.size(), 2u);
     EXPECT_EQ(child(root.get(), 1)->children.size(), 2u);
+}
+
+TEST_F(FileObjects, ObjectsTakeNoMoreMemoryThanAFileOfTheirLengthMayTake)
+{
+    const struct
+    {
+        const char* name;
+        int numChildren, numLeaves;
+        bool good;
+    } cases[] = {{"tbGroup", 500, 500, true},
+                 {"tbGroup", 1500, 1500, false},
+                 {"tbScene", 2000, 0, true},
+                 {"tbScene", 30000, 0, false}};
+    tbtest::allowMessages("together");
+    tbtest::allowMessages("what else is damaged is not listed");
+    for (const auto& each : cases)
+    {
+        SCOPED_TRACE(std::string(each.name) + " " + std::to_string(each.numChildren));
+        const std::string bytes = crowd(each.name, each.numChildren, each.numLeaves);
+        tbtest::writeAll(path, bytes);
+        const std::size_t memory = tbMemory::getSize();
+        ASSERT_TRUE(file.open(path.c_str(), "r"));
+        const tbRef<tbBase> root = file.readObject(0);
+        EXPECT_LE(tbMemory::getSize() - memory, (std::size_t{64} << 20) + 160 * bytes.size());
+        EXPECT_EQ(file.getLastError(), each.good ? tbFile::FILE_OK : tbFile::FILE_READ_ERROR);
+        EXPECT_EQ(std::strstr(file.getErrorText(), "together") == nullptr, each.good) << file.getErrorText();
+        file.close();
+    }
 }
 
 TEST_F(FileObjects, DeeperGraphIsNotWrittenAtAll)

@@ -70,7 +70,7 @@ std::string FileBuilder::build() const
         name.resize(64, '\0');
         out += name;
     }
-    std::size_t place = out.size() + 112 * entries.size();
+    std::size_t place = out.size() + (24 + gap) * entries.size();
     std::string data;
     for (const Entry& entry : entries)
     {
@@ -83,7 +83,7 @@ std::string FileBuilder::build() const
         data += entry.data;
         place += entry.data.size();
     }
-    out.append(88 * entries.size(), '\0');
+    out.append(gap * entries.size(), '\0');
     return out + data;
 }
 } // namespace tbtest

@@ -63,6 +63,7 @@ public:
     std::vector<std::string> tags;
     std::vector<Entry> entries;
     std::uint32_t version = 0x01020000;
+    std::size_t gap = 88;         // bytes reserved behind the directory, for each entry
     std::int64_t numEntries = -1; // instead of the true number
 
 private:
