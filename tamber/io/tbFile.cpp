@@ -123,8 +123,7 @@ void tbFile::reportReference(const tbEntry* referrer, int index, const char* rul
 void tbFile::reportPlace(const tbEntry* entry, std::int64_t place, const char* whatOf, const char* rule)
 {
     lastError = FILE_READ_ERROR;
-    state->fault = {entry, place, whatOf, {}, false};
-    std::strncpy(state->fault.rule, rule, sizeof state->fault.rule - 1);
+    state->fault.set(entry, place, whatOf, rule);
     printError();
 }
 
@@ -161,8 +160,8 @@ void tbFile::printError()
 void tbFile::reportUnknownClass(const tbEntry* entry)
 {
     tbiTag* tag = tags[entry->tag];
-    state->fault = {entry, std::int64_t{entry->recordPlace} + RECORD_TAG,
-                    " of the file: ", "no plug-in supplies the class", true};
+    state->fault.set(entry, std::int64_t{entry->recordPlace} + RECORD_TAG,
+                     " of the file: ", "no plug-in supplies the class", true);
     if (std::exchange(tag->reported, true))
         return;
     tbiWithoutThrow(

@@ -9,6 +9,7 @@
 #include <tamber/kernel/tbiMemoryWatch.h>
 
 #include <algorithm>
+#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,6 +22,19 @@ struct tbiFault
     const char* whatOf = "";
     char rule[120] = {};
     bool namesClass = false; // behind the rule
+
+    /// The text is copied as far as it fits: a file may have millions of faults.
+    void set(const tbEntry* of, std::int64_t at, const char* placeOf, const char* text,
+             bool withClass = false)
+    {
+        entry = of;
+        place = at;
+        whatOf = placeOf;
+        const std::size_t length = std::min(std::strlen(text), sizeof rule - 1);
+        std::memcpy(rule, text, length);
+        rule[length] = 0;
+        namesClass = withClass;
+    }
 };
 
 // What a tbFile keeps beside the contents of its file.

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <system_error>
 
 namespace tbtest
 {
@@ -14,10 +15,15 @@ class TempDirectory
 public:
     TempDirectory()
     {
+        // Other processes make and remove theirs beside it, which may fail as "exists" of one that is gone.
         static int number = 0;
+        std::error_code error;
         do
             directory = std::filesystem::current_path() / ("files" + std::to_string(++number));
-        while (!std::filesystem::create_directory(directory));
+        while (!std::filesystem::create_directory(directory, error) &&
+               (!error || error == std::errc::file_exists));
+        if (error)
+            throw std::filesystem::filesystem_error("no folder for a test", directory, error);
     }
     TempDirectory(const TempDirectory&) = delete;
     TempDirectory& operator=(const TempDirectory&) = delete;
