@@ -8,6 +8,7 @@
 #include <tamber/io/tbiPlugInRules.h>
 #include <tamber/kernel/tbFilePath.h>
 #include <tamber/kernel/tbMessage.h>
+#include <tamber/kernel/tbiPrintable.h>
 #include <tamber/platform/tbiFile.h>
 #include <tamber/platform/tbiModule.h>
 #include <tamber/platform/tbiPath.h>
@@ -144,6 +145,21 @@ std::string describe(const tbiProcessEnd& end, const tbImportLimits& limits)
     return "ran out of memory" + after;
 }
 
+// A file may have made the child say anything; lines stay lines.
+std::string printableLines(const std::string& text)
+{
+    std::string out;
+    for (std::size_t begin = 0; begin < text.size();)
+    {
+        const std::size_t end = std::min(text.find('\n', begin), text.size());
+        out += tbiPrintable(text.substr(begin, end - begin).c_str(), false);
+        if (end < text.size())
+            out += '\n';
+        begin = end + 1;
+    }
+    return out;
+}
+
 // The loader's own error, as the child wrote it down. False when it is not whole.
 bool takeReport(const std::string& report)
 {
@@ -152,7 +168,7 @@ bool takeReport(const std::string& report)
         return false;
     const auto error = tbLoader::LOADER_ERROR(std::atoi(report.c_str()));
     tbiSetLoaderFailure(error == tbLoader::LOADER_OK ? tbLoader::LOADER_STOPPED : error,
-                        report.substr(line + 1));
+                        printableLines(report.substr(line + 1)));
     return true;
 }
 
@@ -178,7 +194,7 @@ tbBase* importInChild(const tbiImportSource& source, const tbImportLimits& limit
     if (order.program.empty())
         return nullptr;
     const tbiProcessEnd end = tbiRunProcess(order);
-    if (const std::string messages = directory.read(MESSAGES_FILE); !messages.empty())
+    if (const std::string messages = printableLines(directory.read(MESSAGES_FILE)); !messages.empty())
         tbMessage("%s", messages.c_str());
     if (end.how == tbiProcessEnd::EXITED && end.code == DONE)
         return takeScene(source, directory);
