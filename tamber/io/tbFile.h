@@ -181,11 +181,12 @@ private:
     bool loadPacked(tbEntry* entry);
     bool checkPlace(const tbEntry* entry, std::int64_t length);
     bool spendBudget(tbEntry* entry, std::int64_t packedBytes);
-    bool spendOnMade(tbEntry* entry, std::int64_t bytes);
+    bool spendOnMade(tbEntry* entry, std::int64_t work, std::int64_t bytes);
     void giveBack(tbEntry* entry);
 
     // References
-    tbBase* follow(int index, tbEntry* referrer, bool nested);
+    bool spendOnReference(tbEntry* referrer, int index);
+    tbBase* follow(int index, const tbEntry* referrer, bool nested);
     tbBase* makeObject(tbEntry* entry, const tbEntry* referrer);
     const tbType* findClass(const tbEntry* entry) const;
     bool readInto(tbBase* object, tbEntry* entry);

@@ -90,15 +90,14 @@ bool tbFile::spendBudget(tbEntry* entry, std::int64_t packedBytes)
     return true;
 }
 
-// For what an entry's object takes beyond its data. Lists that share bytes make many edges of few.
-bool tbFile::spendOnMade(tbEntry* entry, std::int64_t bytes)
+// For what an entry's object takes beyond its data: time and memory. Lists that share bytes make many edges of few.
+bool tbFile::spendOnMade(tbEntry* entry, std::int64_t work, std::int64_t bytes)
 {
-    if (bytes > state->dataBudget - state->dataSpent || bytes > state->heldBudget - state->dataHeld)
+    if (work > state->dataBudget - state->dataSpent || bytes > state->heldBudget - state->dataHeld)
         return false;
-    state->dataSpent += bytes;
+    state->dataSpent += work;
     state->dataHeld += bytes;
-    if (entry)
-        entry->counted += bytes;
+    entry->counted += bytes;
     return true;
 }
 

@@ -53,7 +53,20 @@ tbBase* tbFile::readObject(int index)
 tbBase* tbFile::readObjectRef(tbEntry* entry)
 {
     const int index = entry->readInt();
-    return index < 0 ? nullptr : follow(index, entry, state->readDepth > 0 || entry->objectRecord);
+    const bool nested = state->readDepth > 0 || entry->objectRecord;
+    if (index < 0 || (nested && !spendOnReference(entry, index)))
+        return nullptr;
+    return follow(index, entry, nested);
+}
+
+// Whether it leads anywhere or not: both take time.
+bool tbFile::spendOnReference(tbEntry* referrer, int index)
+{
+    if (spendOnMade(referrer, tbiFileState::REFERENCE_WORK, tbiFileState::REFERENCE_COST))
+        return true;
+    if (!std::exchange(state->budgetReported, true))
+        reportReference(referrer, index, "the references together make more than a file of this length can");
+    return false;
 }
 
 tbEntry* tbFile::findTarget(int index, const tbEntry* referrer)
@@ -69,7 +82,7 @@ tbEntry* tbFile::findTarget(int index, const tbEntry* referrer)
     return nullptr;
 }
 
-tbBase* tbFile::follow(int index, tbEntry* referrer, bool nested)
+tbBase* tbFile::follow(int index, const tbEntry* referrer, bool nested)
 {
     tbEntry* target = findTarget(index, referrer);
     if (!target)
@@ -93,13 +106,6 @@ tbBase* tbFile::follow(int index, tbEntry* referrer, bool nested)
         return object;
     }
     hold(target, nullptr);
-    if (!spendOnMade(referrer, tbiFileState::REFERENCE_COST))
-    {
-        if (!std::exchange(state->budgetReported, true))
-            reportReference(referrer, index,
-                            "the references together make more than a file of this length can");
-        return nullptr;
-    }
     return countPaths(target, referrer) ? object : nullptr;
 }
 
@@ -128,7 +134,8 @@ tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
         reportReference(referrer, entry->dirNum, "a scene inside a scene");
         return nullptr;
     }
-    if (type->isOfType(tbScene::getClassType()) && !spendOnMade(entry, tbiFileState::SCENE_COST))
+    if (type->isOfType(tbScene::getClassType()) &&
+        !spendOnMade(entry, tbiFileState::SCENE_COST, tbiFileState::SCENE_COST))
     {
         entry->failed = true;
         reportAt(entry, entry->recordPlace + RECORD_TAG,

@@ -70,7 +70,9 @@ struct tbiFileState : tbAllocated<tbiFileState>
     static constexpr std::int64_t HELD_BUDGET = std::int64_t{24} << 20;
     static constexpr std::int64_t HELD_FACTOR = 128; // the best that packing can do
 
-    // What objects take that their data does not tell.
+    // What objects take that their data does not tell, in bytes.
+    static constexpr std::int64_t REFERENCE_WORK =
+        320; // of data that load in the time that following one takes
     static constexpr std::int64_t REFERENCE_COST = 64; // an edge, at both ends
     static constexpr std::int64_t SCENE_COST = 6144;   // its contexts, stacks, locks and lists
 

@@ -11,7 +11,8 @@ namespace
 
 constexpr std::size_t MOST_DEPTH = 1024;
 constexpr std::uint64_t MOST_PATHS = std::uint64_t{1} << 24;
-constexpr std::uint64_t REFERENCE_COST = 64; // bytes that count for an edge, as it is held at both ends
+constexpr std::uint64_t REFERENCE_WORK = 320; // bytes that could be read instead
+constexpr std::uint64_t REFERENCE_COST = 64;  // bytes that count for an edge, as it is held at both ends
 constexpr std::uint64_t SCENE_COST = 6144;
 constexpr std::uint16_t HAS_GEOMETRY = 0x0200;
 constexpr std::uint16_t HAS_EMITTER = 0x0400;
@@ -112,13 +113,13 @@ private:
         if (isOf(info, scene) && openScenes++ > 0)
             add(Kind::SCENE_INSIDE, entry);
         if (isOf(info, scene))
-            spend(entry, SCENE_COST, "with what scenes take");
+            spend(entry, SCENE_COST, SCENE_COST, "with what scenes take");
         steps.push_back({entry});
     }
 
-    void spend(int entry, std::uint64_t bytes, const char* what)
+    void spend(int entry, std::uint64_t work, std::uint64_t bytes, const char* what)
     {
-        if (!state.image.spendOnMade(bytes) && !std::exchange(budgetReported, true))
+        if (!state.image.spendOnMade(work, bytes) && !std::exchange(budgetReported, true))
             add(Kind::BUDGET, entry, what);
     }
 
@@ -149,7 +150,7 @@ private:
             contents[to] = std::uint16_t(contents[to] | contents[from]);
         if (role == Edge::DATA)
             return;
-        spend(above, REFERENCE_COST, "with the edges that its references make");
+        spend(above, REFERENCE_WORK, REFERENCE_COST, "with the edges that its references make");
         const std::uint64_t sum = std::uint64_t(paths[to]) + paths[from];
         if (sum <= MOST_PATHS)
             paths[to] = std::uint32_t(sum);

@@ -250,12 +250,12 @@ bool Image::spend(int entry, std::uint64_t packedSize, Findings& findings)
     return true;
 }
 
-bool Image::spendOnMade(std::uint64_t bytes)
+bool Image::spendOnMade(std::uint64_t moreWork, std::uint64_t bytes)
 {
-    if (bytes > budget || bytes > work)
+    if (bytes > budget || moreWork > work)
         return false;
     budget -= bytes;
-    work -= bytes;
+    work -= moreWork;
     return true;
 }
 

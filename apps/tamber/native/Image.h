@@ -90,9 +90,9 @@ public:
     /// The entry's data, unpacked. False, with the reason found, when it cannot be had; a reader of the kernel
     /// refuses exactly those entries.
     bool readData(int entry, std::vector<unsigned char>& data, Findings& findings);
-    /// Takes from what all entries together may hold what objects need beyond their data. False when there is not so
-    /// much left.
-    bool spendOnMade(std::uint64_t bytes);
+    /// Takes from what all entries together may hold, and may be read for it, what objects need beyond their data.
+    /// False when there is not so much left.
+    bool spendOnMade(std::uint64_t moreWork, std::uint64_t bytes);
     /// What lies behind the gap and belongs to no entry, in the order of the file.
     std::vector<Region> findLeftovers();
 
