@@ -250,11 +250,11 @@ bool tbLoader::exportTo(const tbBase* object, const char* name)
     {
         loader->ref();
         const bool written = loader->exportObject(object, path.c_str());
-        loader->unRef();
         if (!written && errorCode == LOADER_OK)
             tbiSetLoaderFailure(LOADER_CANNOT_WRITE, quoted(name) + " cannot be written: the loader " +
                                                          loader->getModuleName() + " does not write ." +
                                                          extension);
+        loader->unRef();
         return written;
     }
     return errorCode == LOADER_OK && exportNative(object, path);
