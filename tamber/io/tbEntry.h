@@ -157,6 +157,7 @@ private:
     bool budgeted : 1 = false;     // its size stands in the file's sum
     bool objectRecord : 1 = false; // an object has read itself from it
     bool givenOut : 1 = false;     // its object was handed to the program
+    bool holdsScene : 1 = false;   // its object is one, or one is below it
     unsigned char* data = nullptr;
     const void* handle = nullptr;
     int dirNum = -1;

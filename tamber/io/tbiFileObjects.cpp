@@ -92,7 +92,7 @@ tbBase* tbFile::follow(int index, const tbEntry* referrer, bool nested)
         reportReference(referrer, index, "a reference to an entry of another kind");
         return nullptr;
     }
-    if (nested && target->handle && isSceneInScene(objectOf(target->handle)->getType()))
+    if (nested && target->handle && target->holdsScene && state->openScenes > 0)
     {
         reportReference(referrer, index, "a scene inside a scene");
         return nullptr;
@@ -106,7 +106,10 @@ tbBase* tbFile::follow(int index, const tbEntry* referrer, bool nested)
         return object;
     }
     hold(target, nullptr);
-    return countPaths(target, referrer) ? object : nullptr;
+    if (!countPaths(target, referrer))
+        return nullptr;
+    state->sceneBelow = state->sceneBelow || target->holdsScene;
+    return object;
 }
 
 tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
@@ -194,6 +197,7 @@ bool tbFile::readInto(tbBase* object, tbEntry* entry)
     const bool loadedBefore = entry->data != nullptr;
     const int cursor = entry->cursor;
     const unsigned int pathsAbove = std::exchange(state->paths, 1u);
+    const bool sceneAbove = std::exchange(state->sceneBelow, isScene > 0);
     entry->cursor = 0;
     entry->state = tbEntry::STATE_STARTED;
     if (state->readDepth++ == 0)
@@ -205,6 +209,7 @@ bool tbFile::readInto(tbBase* object, tbEntry* entry)
         entry->fail("its class cannot read it");
     entry->state = tbEntry::STATE_IDLE;
     entry->expanded = std::exchange(state->paths, pathsAbove);
+    entry->holdsScene = std::exchange(state->sceneBelow, sceneAbove);
     entry->cursor = loadedBefore ? cursor : 0;
     const bool good = read && !entry->failed;
     if (!loadedBefore)
@@ -224,6 +229,7 @@ bool tbFile::beginObject(tbEntry* entry)
     if (state->readDepth == 0)
     {
         state->paths = 1;
+        state->sceneBelow = false;
         entry->failed = false;
     }
     entry->objectRecord = true;

@@ -85,7 +85,8 @@ struct tbiFileState : tbAllocated<tbiFileState>
     int readDepth = 0;           // objects that are reading themselves
     int openScenes = 0;          // scenes among them
     std::uint32_t numGraphs = 0; // outermost objects that began to read themselves
-    unsigned int paths = 0;
+    unsigned int paths = 0;      // of the object that is reading itself, so far
+    bool sceneBelow = false;     // the same: it is a scene, or holds one
     bool depthReported = false;
     bool pathsReported = false;
     bool budgetReported = false;
@@ -145,6 +146,7 @@ struct tbiFileState : tbAllocated<tbiFileState>
         dataStart = dataBudget = dataSpent = heldBudget = dataHeld = 0;
         readDepth = openScenes = writeDepth = 0;
         paths = 0;
+        sceneBelow = false;
         heldData.clear();
         progress = nullptr;
         swapOutput = false;

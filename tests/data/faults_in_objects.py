@@ -104,6 +104,8 @@ for names, kind in ((NOT_MADE, "services"), (ABSTRACT, "abstract")):
 for name in ("tbThread", "tbWindow", "tbPlugIns"):
     graph("25-root-is-a-" + name, (name, lambda r: r.base()))
 graph("25-no-class-of-objects", ("tbGroup", [1, 2, 3]), ("tbPlugIn", []), ("tbMemory", []), ("tbFile", []))
+graph("25-scene-below-a-scene", ("tbGroup", [1, 2]), ("tbGroup", [3]), ("tbScene", lambda r: r.style([1])),
+      ("tbScene", lambda r: r.style()))
 graph("25-scene-in-a-scene", ("tbScene", lambda r: r.style([1, 2])), ("tbScene", lambda r: r.style()), ("tbGroup", []))
 
 # 26: objects of the wrong family

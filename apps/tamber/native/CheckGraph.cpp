@@ -24,7 +24,8 @@ public:
         : state(checkState),
           places(checkState.facts.size()),
           paths(checkState.facts.size()),
-          contents(checkState.facts.size())
+          contents(checkState.facts.size()),
+          holdsScene(checkState.facts.size())
     {
     }
 
@@ -86,6 +87,8 @@ private:
                 reportCycle(step.entry, edge);
                 break;
             case DONE:
+                if (openScenes > 0 && holdsScene[std::size_t(edge.getTarget())])
+                    reportSceneInside(edge.getTarget());
                 takeUp(step.entry, edge.getTarget(), edge.getRole());
                 break;
             }
@@ -99,6 +102,12 @@ private:
             add(kind, entry, "with entry " + std::to_string(edge.getTarget()));
     }
 
+    void reportSceneInside(int entry)
+    {
+        if (!state.findings.countOnly(Kind::SCENE_INSIDE))
+            add(Kind::SCENE_INSIDE, entry);
+    }
+
     void enter(int entry)
     {
         const auto place = std::size_t(entry);
@@ -110,8 +119,9 @@ private:
                                         (isOf(info, emitter) ? HAS_EMITTER : 0));
         if (steps.size() == MOST_DEPTH + 1 && isObject(info) && !std::exchange(depthReported, true))
             add(Kind::TOO_DEEP, entry);
-        if (isOf(info, scene) && openScenes++ > 0)
-            add(Kind::SCENE_INSIDE, entry);
+        holdsScene[place] = isOf(info, scene);
+        if (holdsScene[place] && openScenes++ > 0)
+            reportSceneInside(entry);
         if (isOf(info, scene))
             spend(entry, SCENE_COST, SCENE_COST, "with what scenes take");
         steps.push_back({entry});
@@ -150,6 +160,7 @@ private:
             contents[to] = std::uint16_t(contents[to] | contents[from]);
         if (role == Edge::DATA)
             return;
+        holdsScene[to] = holdsScene[to] || holdsScene[from];
         spend(above, REFERENCE_WORK, REFERENCE_COST, "with the edges that its references make");
         const std::uint64_t sum = std::uint64_t(paths[to]) + paths[from];
         if (sum <= MOST_PATHS)
@@ -180,6 +191,7 @@ private:
     std::vector<Place> places;           // by entry, as the rest
     std::vector<std::uint32_t> paths;    // objects below and with it, one for each path
     std::vector<std::uint16_t> contents; // content flags that it must have
+    std::vector<bool> holdsScene;        // it is one, or one is below it
     std::vector<Step> steps;
     bool depthReported = false;
     bool pathsReported = false;
