@@ -63,7 +63,8 @@ void useOnce(const std::string& path)
 {
     const tbtest::Cost cost;
     const WholeFile file(path);
-    EXPECT_TRUE(!MEASURE_COST || cost.bytes() <= tbtest::mostBytes(std::filesystem::file_size(path)));
+    EXPECT_TRUE(!MEASURE_COST ||
+                cost.bytes() <= tbtest::mostBytes(std::size_t(std::filesystem::file_size(path))));
     EXPECT_TRUE(file.error == tbFile::FILE_OK || !file.text.empty()) << "no error text";
     if (!file.objects.empty() && file.objects[0])
     {
