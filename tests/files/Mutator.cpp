@@ -69,7 +69,8 @@ void Mutator::changeRecord(std::string& bytes)
     const std::size_t number = load(bytes, layout::HEADER_ENTRIES);
     const std::size_t numTags = load(bytes, layout::HEADER_TAGS);
     const std::size_t start = layout::HEADER_SIZE + layout::TAG_SIZE * numTags;
-    if (number == 0 || start + SIZE * number > bytes.size())
+    const bool tooMany = numTags > bytes.size() / layout::TAG_SIZE || number > bytes.size() / SIZE;
+    if (number == 0 || tooMany || start + SIZE * number > bytes.size())
         return changeWord(bytes, 4 * below(layout::HEADER_SIZE / 4));
     const std::size_t field = 4 * below(SIZE / 4);
     const std::size_t place = start + SIZE * below(number) + field;
