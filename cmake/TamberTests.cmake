@@ -42,13 +42,14 @@ function(tamber_drop_tests_without_module list)
   set(${list} "${${list}}" PARENT_SCOPE)
 endfunction()
 
-# tamber_test_folder(<properties> <name>): the properties of a test that keep it to a folder of its own and off the
-# user's settings.
-function(tamber_test_folder properties name)
-  set(folder "${PROJECT_BINARY_DIR}/tests/${name}")
-  file(MAKE_DIRECTORY "${folder}")
-  set(${properties} WORKING_DIRECTORY "${folder}" TIMEOUT 300
-                    ENVIRONMENT TAMBER_SETTINGS=settings.ini PARENT_SCOPE)
+# What keeps a test off the user's settings and from running for ever.
+set(TAMBER_TEST_PROPERTIES TIMEOUT 300 ENVIRONMENT TAMBER_SETTINGS=settings.ini)
+
+# tamber_test_folder(<folder> <name>): a folder of its own for a test to work in.
+function(tamber_test_folder folder name)
+  set(path "${PROJECT_BINARY_DIR}/tests/${name}")
+  file(MAKE_DIRECTORY "${path}")
+  set(${folder} "${path}" PARENT_SCOPE)
 endfunction()
 
 # tamber_add_test(<target> [NAME name] [ARGS ...]): runs a program, which ends with 0.
@@ -58,9 +59,9 @@ function(tamber_add_test target)
     set(arg_NAME ${target})
   endif()
   if(TAMBER_RUN_TESTS)
-    tamber_test_folder(properties ${arg_NAME})
-    add_test(NAME ${arg_NAME} COMMAND ${target} ${arg_ARGS})
-    set_tests_properties(${arg_NAME} PROPERTIES ${properties})
+    tamber_test_folder(folder ${arg_NAME})
+    add_test(NAME ${arg_NAME} COMMAND ${target} ${arg_ARGS} WORKING_DIRECTORY "${folder}")
+    set_tests_properties(${arg_NAME} PROPERTIES ${TAMBER_TEST_PROPERTIES})
   endif()
 endfunction()
 
@@ -68,8 +69,8 @@ endfunction()
 # classes, plug-ins and threads of another.
 function(tamber_add_cases target)
   if(TAMBER_RUN_TESTS)
-    tamber_test_folder(properties ${target})
+    tamber_test_folder(folder ${target})
     gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120 NO_PRETTY_VALUES
-                         PROPERTIES ${properties})
+                         WORKING_DIRECTORY "${folder}" PROPERTIES ${TAMBER_TEST_PROPERTIES})
   endif()
 endfunction()
