@@ -2,6 +2,7 @@
 #include <fuzz/support/Check.h>
 
 #include <tamber/io/tbiRle.h>
+#include <tamber/io/tbiUnpacker.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -47,9 +48,24 @@ void unpackAny(const Bytes& packed)
     check(size == (whole ? (long long)expected.size() : -1), "the unpacked size is what the pairs say");
     if (size < 0)
         return;
+    auto* copy = static_cast<unsigned char*>(tbMemory::malloc(packed.size()));
+    std::copy(packed.begin(), packed.end(), copy);
+    tbiUnpacker unpacker(copy);
+    expected.resize(expected.size() + 9); // zeros
+    // Forward in steps that the bytes say, and back to the start now and then.
+    std::size_t place = 0;
+    for (std::size_t i = 0; i < packed.size() && place < expected.size(); ++i)
+    {
+        const std::size_t number = std::min<std::size_t>(packed[i], expected.size() - place);
+        const auto part = std::make_unique<unsigned char[]>(number);
+        unpacker.read(int(place), part.get(), int(number));
+        check(std::equal(part.get(), part.get() + number, expected.begin() + std::ptrdiff_t(place)),
+              "what is unpacked is what the pairs say");
+        place = packed[i] % 16 == 15 ? packed[i] / 16 : place + number + packed[i] % 3;
+    }
     const auto data = std::make_unique<unsigned char[]>(expected.size());
-    tbiRle::unpack(packed.data(), data.get());
-    check(std::equal(expected.begin(), expected.end(), data.get()), "what is unpacked is what the pairs say");
+    unpacker.read(0, data.get(), int(expected.size()));
+    check(std::equal(expected.begin(), expected.end(), data.get()), "so is the whole of it");
 }
 
 void packAny(const Bytes& data)

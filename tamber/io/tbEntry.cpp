@@ -2,11 +2,13 @@
 
 #include <tamber/io/tbFile.h>
 #include <tamber/io/tbiFileLayout.h>
+#include <tamber/io/tbiUnpacker.h>
 
 #include <algorithm>
 #include <bit>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 namespace
 {
@@ -29,7 +31,8 @@ void tbEntry::freeData()
 {
     tbMemory::free(data);
     data = nullptr;
-    capacity = 0;
+    capacity = available = 0;
+    delete std::exchange(unpacker, nullptr);
 }
 
 bool tbEntry::bind(const void* object, KIND handleKind)
@@ -44,37 +47,37 @@ void tbEntry::setHandle(const void* object)
     bind(object, KIND_OTHER);
 }
 
-int tbEntry::nextPlace(int width, int alignment) const
+template <class Word>
+Word tbEntry::take(Word marker, int alignment)
 {
     const std::int64_t place = aligned(cursor, alignment);
-    return data && place + width <= dataSize ? int(place) : -1;
+    if (place + std::int64_t(sizeof(Word)) > available) [[unlikely]]
+        return takeBeyond(marker, place);
+    cursor = int(place) + int(sizeof(Word));
+    return tbiFileLayout::load<Word>(data + place, byteSwapped);
 }
 
-template <class Word>
-bool tbEntry::take(Word& word, int alignment)
+void tbEntry::copyBytes(int place, void* bytes, int number)
 {
-    const int place = nextPlace(int(sizeof word), alignment);
-    if (place < 0)
-        return false;
-    word = tbiFileLayout::load<Word>(data + place, byteSwapped);
-    cursor = place + int(sizeof word);
-    return true;
+    if (unpacker)
+        unpacker->read(place, bytes, number);
+    else
+        std::memcpy(bytes, data + place, std::size_t(number));
 }
 
 // Moves bytes, never floats: the words of signalling numbers arrive as they were.
 int tbEntry::takeWords(void* words, int n)
 {
-    const int place = nextPlace(4, 4);
-    if (place < 0 || n < 1)
+    const std::int64_t place = aligned(cursor, 4);
+    if (!isLoaded() || place + 4 > dataSize || n < 1)
         return 0;
-    const int number = std::min(n, (dataSize - place) / 4);
-    auto* to = static_cast<unsigned char*>(words);
+    const int number = std::min(n, (dataSize - int(place)) / 4);
+    copyBytes(int(place), words, number * 4);
+    auto* bytes = static_cast<unsigned char*>(words);
     if (byteSwapped)
         for (int i = 0; i < number; ++i)
-            tbiFileLayout::store(to + 4 * i, tbiFileLayout::load<std::uint32_t>(data + place + 4 * i, true));
-    else
-        std::memcpy(to, data + place, std::size_t(number) * 4);
-    cursor = place + number * 4;
+            tbiFileLayout::store(bytes + 4 * i, tbiFileLayout::load<std::uint32_t>(bytes + 4 * i, true));
+    cursor = int(place) + number * 4;
     return number;
 }
 
@@ -94,23 +97,17 @@ void tbEntry::putWords(const void* words, int n)
 
 char tbEntry::readByte()
 {
-    std::uint8_t word = 0xFF;
-    take(word, 1);
-    return char(word);
+    return char(take(std::uint8_t{0xFF}, 1));
 }
 
 short tbEntry::readShort()
 {
-    std::uint16_t word = 0xFFFF;
-    take(word, 1);
-    return short(word);
+    return short(take(std::uint16_t{0xFFFF}, 1));
 }
 
 int tbEntry::readInt()
 {
-    std::uint32_t word = 0xFFFFFFFF;
-    take(word, 4);
-    return int(word);
+    return int(take(std::uint32_t{0xFFFFFFFF}, 4));
 }
 
 void tbEntry::readInts(int* values, int n)
@@ -121,16 +118,12 @@ void tbEntry::readInts(int* values, int n)
 
 bool tbEntry::readBool()
 {
-    std::uint32_t word = 1;
-    take(word, 4);
-    return word != 0;
+    return take(std::uint32_t{1}, 4) != 0;
 }
 
 float tbEntry::readFloat()
 {
-    std::uint32_t word = std::bit_cast<std::uint32_t>(-1.0f);
-    take(word, 4);
-    return std::bit_cast<float>(word);
+    return std::bit_cast<float>(take(std::bit_cast<std::uint32_t>(-1.0f), 4));
 }
 
 void tbEntry::readFloats(float* values, int n)
@@ -141,26 +134,24 @@ void tbEntry::readFloats(float* values, int n)
 
 double tbEntry::readDouble()
 {
-    std::uint64_t word = std::bit_cast<std::uint64_t>(-1.0);
-    take(word, 8);
-    return std::bit_cast<double>(word);
+    return std::bit_cast<double>(take(std::bit_cast<std::uint64_t>(-1.0), 8));
 }
 
 int tbEntry::readString(char* text, int len)
 {
     const int remaining = getRemaining();
-    if (len > 0)
-        std::memset(text, 0, std::size_t(len));
-    if (remaining == 0)
-        return -1;
     const int number = std::min(std::max(len, 0), remaining);
-    std::size_t length = 0;
-    while (length < std::size_t(number) && data[cursor + int(length)] != 0)
-        ++length;
-    if (length > 0)
-        std::memcpy(text, data + cursor, std::min(length, std::size_t(len - 1)));
+    if (len > 0)
+    {
+        const int most = std::min(number, len - 1);
+        if (most > 0)
+            copyBytes(cursor, text, most);
+        const void* end = std::memchr(text, 0, std::size_t(most));
+        const auto length = end ? static_cast<const char*>(end) - text : most;
+        std::memset(text + length, 0, std::size_t(len - length));
+    }
     cursor += number;
-    return std::max(len, 0);
+    return remaining > 0 ? std::max(len, 0) : -1;
 }
 
 int tbEntry::readChunk(void* bytes, int len)
@@ -170,7 +161,7 @@ int tbEntry::readChunk(void* bytes, int len)
         return -1;
     const int number = std::min(std::max(len, 0), remaining);
     if (number > 0)
-        std::memcpy(bytes, data + cursor, std::size_t(number));
+        copyBytes(cursor, bytes, number);
     cursor += number;
     return number;
 }
@@ -184,7 +175,7 @@ int tbEntry::readCount(int itemSize)
 bool tbEntry::checkItems(int count, int itemSize, int alignment)
 {
     const std::int64_t end = aligned(cursor, alignment) + std::int64_t(count) * itemSize;
-    if (count <= 0 || (data && end <= dataSize))
+    if (count <= 0 || (isLoaded() && end <= dataSize))
         return true;
     fail("more items than the entry can hold");
     return false;
@@ -205,15 +196,16 @@ void tbEntry::fail(const char* rule)
 
 bool tbEntry::growTo(std::int64_t end)
 {
-    if (data && end <= capacity)
+    const bool whole = !unpacker || unpack();
+    if (whole && data && end <= capacity)
         return true;
-    if (!data)
+    if (whole && !data)
         dataSize = 0; // what lies in the file is written anew
     // Half again on top, so that a long entry grows in linear time.
     const std::int64_t wanted =
         data ? end + FIRST_CAPACITY + capacity / 2 : std::max<std::int64_t>(end, FIRST_CAPACITY);
     const int grown = int(std::min<std::int64_t>(wanted, std::numeric_limits<int>::max()));
-    void* block = end <= grown ? tbMemory::realloc(data, std::size_t(grown)) : nullptr;
+    void* block = whole && end <= grown ? tbMemory::realloc(data, std::size_t(grown)) : nullptr;
     if (!block)
     {
         file->failWrite("an entry is too large for the memory or for a file");
@@ -234,7 +226,7 @@ unsigned char* tbEntry::extend(int len, int alignment)
     const int gap = std::min(cursor, dataSize);
     std::memset(data + gap, 0, std::size_t(place - gap));
     cursor = int(place) + len;
-    dataSize = std::max(dataSize, cursor);
+    available = dataSize = std::max(dataSize, cursor);
     return data + place;
 }
 
@@ -300,8 +292,10 @@ void tbEntry::setData(const void* bytes, int size)
         return;
     if (number > 0)
         std::memmove(data, bytes, std::size_t(number));
+    delete std::exchange(unpacker, nullptr);
     dataSize = number;
-    magic = NATIVE_MAGIC;
+    available = data ? number : 0;
+    magicKnown = true;
     byteSwapped = false;
     failed = false;
 }

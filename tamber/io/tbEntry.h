@@ -2,6 +2,8 @@
 
 #include <tamber/kernel/tbMemory.h>
 
+class tbiUnpacker;
+
 // One entry of a file: a flat record of values that a cursor reads and writes. Entries belong to their tbFile, which
 // makes and frees them.
 //
@@ -51,7 +53,7 @@ public:
     //     return entry->hasFailed() ? nullptr : entry;
 
     /// Bytes between cursor and end.
-    int getRemaining() const { return data && cursor < dataSize ? dataSize - cursor : 0; }
+    int getRemaining() const { return isLoaded() && cursor < dataSize ? dataSize - cursor : 0; }
     /// Reads the count of items that follow, each at least `itemSize` bytes long. A negative count is 0. A count
     /// whose items cannot all be there fails the entry and gives 0.
     int readCount(int itemSize);
@@ -82,8 +84,8 @@ public:
     void reset() { cursor = 0; }
     /// Replaces the data by a copy of `size` bytes in this machine's byte order.
     void setData(const void* bytes, int size);
-    /// Null until something was read or written.
-    void* getData() { return data; }
+    /// Null until something was read or written, and when there is no memory for all that packed data stands for.
+    void* getData();
     int getDataSize() const { return dataSize; }
     int getTag() const { return tag; }
     /// Position in the file's directory.
@@ -123,13 +125,29 @@ private:
 
     /// False when memory is out; the entry stands for nothing then.
     bool bind(const void* object, KIND handleKind);
+    bool isLoaded() const { return data || unpacker; }
     void freeData();
+    /// Takes over `bytes`, as many as the entry is long, when there is no data.
+    void takeData(unsigned char* bytes)
+    {
+        data = bytes;
+        capacity = available = dataSize;
+    }
+    /// Takes over what reads packed data; nothing of it is unpacked before it is read.
+    void takePacked(tbiUnpacker* packed) { unpacker = packed; }
+    /// A new block with all that the entry holds, null when memory is out.
+    unsigned char* unpackAll() const;
+    /// Packed data becomes plain. False when memory is out; nothing has changed then.
+    bool unpack();
     /// Gives back what the buffer holds beyond the data.
     void trim();
-    /// Where the next value of `width` bytes stands, -1 when it does not fit whole.
-    int nextPlace(int width, int alignment) const;
     template <class Word>
-    bool take(Word& word, int alignment);
+    Word take(Word marker, int alignment);
+    /// Takes a value that does not lie in `data`: it is packed, or does not fit whole.
+    template <class Word>
+    Word takeBeyond(Word marker, std::int64_t place);
+    /// Copies bytes that are there, from `place` on.
+    void copyBytes(int place, void* bytes, int number);
     template <class Word>
     void put(Word word, int alignment);
     /// Reads as many of `n` words of 4 bytes as there are, and returns how many.
@@ -139,9 +157,6 @@ private:
     unsigned char* extend(int len, int alignment);
     bool growTo(std::int64_t end);
 
-    static constexpr unsigned int NATIVE_MAGIC = 0xBA773265;
-
-    unsigned int magic = NATIVE_MAGIC;
     int tag;
     unsigned int fileOffset = 0;
     COMPRESSION compression = NO_COMPRESSION;
@@ -158,11 +173,15 @@ private:
     bool objectRecord : 1 = false; // an object has read itself from it
     bool givenOut : 1 = false;     // its object was handed to the program
     bool holdsScene : 1 = false;   // its object is one, or one is below it
+    bool magicKnown : 1 = true;    // the directory record begins with the magic
+    bool dataCounted : 1 = false;  // its size stands in the file's account
     unsigned char* data = nullptr;
+    tbiUnpacker* unpacker = nullptr; // in place of `data`, where it was packed
     const void* handle = nullptr;
     int dirNum = -1;
     std::uint32_t recordPlace = 0; // of the directory record that it was made from, in the file
     unsigned int expanded = 0;     // objects below and with this one, one for each path
+    int available = 0;             // bytes in `data` that can be read
     std::int64_t counted = 0; // bytes of data or of what was made of it, that stand in the file's account
     tbFile* file;
 };

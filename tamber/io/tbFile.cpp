@@ -291,8 +291,9 @@ bool tbFile::readDirectory(const unsigned char* records, int number)
             return setError(FILE_READ_ERROR, "memory is out");
         entry->recordPlace = std::uint32_t(HEADER_SIZE + std::int64_t{TAG_SIZE} * tags.getNum() +
                                            std::int64_t{RECORD_SIZE} * i);
-        entry->magic = load<std::uint32_t>(records + RECORD_MAGIC, false);
-        entry->byteSwapped = entry->magic == MAGIC_SWAPPED;
+        bool swap = false;
+        entry->magicKnown = isMagic(records + RECORD_MAGIC, swap);
+        entry->byteSwapped = swap;
         entry->fileOffset = load<std::uint32_t>(records + RECORD_OFFSET, byteSwapped);
         entry->compression =
             tbEntry::COMPRESSION(load<std::uint32_t>(records + RECORD_COMPRESSION, byteSwapped));
@@ -463,7 +464,6 @@ tbEntry* tbFile::newEntry(int tag)
     auto* entry = new tbEntry(this, tag);
     if (entry && addEntry(entry) >= 0)
     {
-        entry->magic = state->swapOutput ? MAGIC_SWAPPED : MAGIC;
         entry->byteSwapped = state->swapOutput;
         entry->compression = state->compression;
         return entry;

@@ -206,6 +206,7 @@ private:
     bool canWrite();
     bool writeAll();
     bool writeData(tbEntry* entry);
+    void writeBytes(tbEntry* entry, const unsigned char* bytes);
     std::int64_t sumOfData() const;
     bool writeDirectory(std::int64_t place);
     bool finishWrite();

@@ -3,6 +3,7 @@
 
 #include <tamber/io/tbiFileState.h>
 #include <tamber/io/tbiRle.h>
+#include <tamber/io/tbiUnpacker.h>
 #include <tamber/kernel/tbVersion.h>
 #include <tamber/platform/tbiFile.h>
 
@@ -45,7 +46,7 @@ bool tbFile::loadData(tbEntry* entry)
         lastError = FILE_NO_DATA;
         return false;
     }
-    if (entry->magic != MAGIC && entry->magic != MAGIC_SWAPPED)
+    if (!entry->magicKnown)
     {
         reportAt(entry, entry->recordPlace + RECORD_MAGIC, "a directory record without the magic");
         lastError = FILE_BAD_FORMAT;
@@ -72,12 +73,18 @@ bool tbFile::checkPlace(const tbEntry* entry, std::int64_t length)
 }
 
 // Entries may share bytes of the file, so what they hold together is limited, not only each of them: all that was ever
-// loaded and unpacked, which takes time, and what is there at once, which takes memory.
+// loaded and unpacked, which takes time, and what is there at once, which takes memory. That is the objects, which hold
+// no more bytes than their entries, and the data that those have at hand which are just reading themselves.
 bool tbFile::spendBudget(tbEntry* entry, std::int64_t packedBytes)
 {
+    const bool read = entry->state == tbEntry::STATE_STARTED;
+    const bool packed = entry->compression == tbEntry::RLE;
     const std::int64_t more = entry->budgeted ? 0 : entry->dataSize + packedBytes;
-    const std::int64_t held = std::max<std::int64_t>(entry->dataSize - entry->counted, 0);
-    if (more > state->dataBudget - state->dataSpent || held > state->heldBudget - state->dataHeld)
+    const std::int64_t held =
+        (entry->dataCounted ? 0 : entry->dataSize) + (read ? tbiFileState::OBJECT_COST : 0);
+    const std::int64_t open = !read ? 0 : packed ? packedBytes : entry->dataSize;
+    if (more > state->dataBudget - state->dataSpent || held > state->heldBudget - state->dataHeld ||
+        open > state->openBudget - state->dataOpen)
     {
         reportAt(entry, entry->recordPlace + RECORD_DATA_SIZE,
                  "the entries together hold more than a file of this length can");
@@ -85,7 +92,8 @@ bool tbFile::spendBudget(tbEntry* entry, std::int64_t packedBytes)
     }
     state->dataSpent += more;
     state->dataHeld += held;
-    entry->budgeted = true;
+    state->dataOpen += open;
+    entry->budgeted = entry->dataCounted = true;
     entry->counted += held;
     return true;
 }
@@ -106,6 +114,7 @@ void tbFile::giveBack(tbEntry* entry)
 {
     state->dataHeld -= entry->counted;
     entry->counted = 0;
+    entry->dataCounted = false;
 }
 
 bool tbFile::loadPlain(tbEntry* entry)
@@ -121,8 +130,7 @@ bool tbFile::loadPlain(tbEntry* entry)
         reportAt(entry, entry->fileOffset, "the data cannot be read");
         return false;
     }
-    entry->data = data;
-    entry->capacity = entry->dataSize;
+    entry->takeData(data);
     return true;
 }
 
@@ -145,24 +153,21 @@ bool tbFile::loadPacked(tbEntry* entry)
     if (!checkPlace(entry, std::int64_t(sizeof word) + length) || !spendBudget(entry, length))
         return false;
     auto* packed = static_cast<unsigned char*>(tbMemory::malloc(length));
-    unsigned char* data = nullptr;
+    tbiUnpacker* unpacker = nullptr;
     if (packed && state->window.read(packed, length, std::int64_t(entry->fileOffset) + 4))
     {
         const long long size = tbiRle::unpackedSize(packed, int(length));
         if (size >= 0 && size <= entry->dataSize)
-            data = static_cast<unsigned char*>(tbMemory::calloc(std::size_t(entry->dataSize), 1));
-        if (data)
-            tbiRle::unpack(packed, data);
+            unpacker = new tbiUnpacker(packed);
     }
-    tbMemory::free(packed);
-    if (!data)
+    if (!unpacker)
     {
+        tbMemory::free(packed);
         reportAt(entry, entry->fileOffset, "packed data that is damaged or gives more than its size");
         return false;
     }
     entry->freeData();
-    entry->data = data;
-    entry->capacity = entry->dataSize;
+    entry->takePacked(unpacker);
     return true;
 }
 
@@ -240,18 +245,37 @@ std::int64_t tbFile::sumOfData() const
 
 bool tbFile::writeData(tbEntry* entry)
 {
-    tbiFileWriter& writer = state->writer;
-    const bool loaded = entry->data != nullptr;
+    const bool loaded = entry->isLoaded();
     if (!loaded && entry->dataSize > 0 && !loadData(entry))
         return false;
-    const std::int64_t place = writer.getPosition();
-    const std::size_t size = std::size_t(entry->dataSize > 0 ? entry->dataSize : 0);
+    const std::int64_t place = state->writer.getPosition();
+    unsigned char* unpacked = entry->unpacker ? entry->unpackAll() : nullptr;
+    const bool whole = !entry->unpacker || unpacked;
+    if (whole)
+        writeBytes(entry, unpacked ? unpacked : entry->data);
+    tbMemory::free(unpacked);
+    if (!loaded)
+        entry->freeData();
+    if (!whole)
+        return setError(FILE_WRITE_ERROR, "memory is out");
+    if (state->writer.getPosition() > LONGEST_FILE)
+        return setError(FILE_WRITE_ERROR, "the file would be longer than 2 GiB");
+    entry->fileOffset = unsigned(place);
+    state->addProgress(entry->dataSize);
+    return true;
+}
+
+// All that the entry holds, packed where that is wanted and pays.
+void tbFile::writeBytes(tbEntry* entry, const unsigned char* bytes)
+{
+    tbiFileWriter& writer = state->writer;
+    const std::size_t size = std::size_t(std::max(entry->dataSize, 0));
     int packedSize = 0;
     if (entry->compression == tbEntry::RLE)
     {
         auto* packed = static_cast<unsigned char*>(tbMemory::malloc(size));
         if (packed)
-            packedSize = tbiRle::pack(entry->data, int(size), packed);
+            packedSize = tbiRle::pack(bytes, int(size), packed);
         if (packedSize > 0)
         {
             unsigned char word[4];
@@ -264,15 +288,8 @@ bool tbFile::writeData(tbEntry* entry)
     if (packedSize == 0)
     {
         entry->compression = tbEntry::NO_COMPRESSION;
-        writer.write(entry->data, size);
+        writer.write(bytes, size);
     }
-    if (!loaded)
-        entry->freeData();
-    if (writer.getPosition() > LONGEST_FILE)
-        return setError(FILE_WRITE_ERROR, "the file would be longer than 2 GiB");
-    entry->fileOffset = unsigned(place);
-    state->addProgress(entry->dataSize);
-    return true;
 }
 
 bool tbFile::writeDirectory(std::int64_t place)

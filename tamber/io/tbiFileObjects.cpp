@@ -194,8 +194,9 @@ bool tbFile::readInto(tbBase* object, tbEntry* entry)
 {
     const int isScene = object->isOfType(tbScene::getClassType()) ? 1 : 0;
     state->openScenes += isScene;
-    const bool loadedBefore = entry->data != nullptr;
+    const bool loadedBefore = entry->isLoaded();
     const int cursor = entry->cursor;
+    const std::int64_t openAbove = state->dataOpen;
     const unsigned int pathsAbove = std::exchange(state->paths, 1u);
     const bool sceneAbove = std::exchange(state->sceneBelow, isScene > 0);
     entry->cursor = 0;
@@ -208,6 +209,7 @@ bool tbFile::readInto(tbBase* object, tbEntry* entry)
     if (!read && entry->state == tbEntry::STATE_READING)
         entry->fail("its class cannot read it");
     entry->state = tbEntry::STATE_IDLE;
+    state->dataOpen = openAbove;
     entry->expanded = std::exchange(state->paths, pathsAbove);
     entry->holdsScene = std::exchange(state->sceneBelow, sceneAbove);
     entry->cursor = loadedBefore ? cursor : 0;
@@ -302,6 +304,7 @@ void* tbFile::readDataRef(tbEntry* entry, const char* className, ReadDataFunc re
 void* tbFile::makeData(tbEntry* target, ReadDataFunc read, HoldDataFunc holdData)
 {
     target->state = tbEntry::STATE_STARTED;
+    const std::int64_t openAbove = state->dataOpen;
     void* data = nullptr;
     if (readEntry(target))
     {
@@ -311,6 +314,7 @@ void* tbFile::makeData(tbEntry* target, ReadDataFunc read, HoldDataFunc holdData
             target->fail("its class cannot read it");
     }
     target->state = tbEntry::STATE_IDLE;
+    state->dataOpen = openAbove;
     target->freeData();
     target->reset();
     if (data && !target->failed && target->bind(data, tbEntry::KIND_DATA))

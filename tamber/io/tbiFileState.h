@@ -62,18 +62,22 @@ struct tbiFileState : tbAllocated<tbiFileState>
     std::int64_t dataBudget = 0; // what all entries together may hold
     std::int64_t dataSpent = 0;
 
-    std::int64_t heldBudget = 0; // what may be there at one time, data and what was made of it
+    std::int64_t heldBudget = 0; // what entries that were loaded, and what was made of them, may take
     std::int64_t dataHeld = 0;
+    std::int64_t openBudget = 0; // the bytes from which objects are reading themselves
+    std::int64_t dataOpen = 0;
 
     static constexpr std::int64_t SMALLEST_BUDGET = std::int64_t{256} << 20;
     static constexpr std::int64_t BUDGET_FACTOR = 160;
     static constexpr std::int64_t HELD_BUDGET = std::int64_t{24} << 20;
     static constexpr std::int64_t HELD_FACTOR = 128; // the best that packing can do
+    static constexpr std::int64_t OPEN_BUDGET = std::int64_t{1} << 20;
 
     // What objects take that their data does not tell, in bytes.
     static constexpr std::int64_t REFERENCE_WORK =
         320; // of data that load in the time that following one takes
     static constexpr std::int64_t REFERENCE_COST = 64; // an edge, at both ends
+    static constexpr std::int64_t OBJECT_COST = 1344;  // as much as the largest class but scenes takes
     static constexpr std::int64_t SCENE_COST = 6144;   // its contexts, stacks, locks and lists
 
     tbProgressFunc progress = nullptr;
@@ -103,6 +107,7 @@ struct tbiFileState : tbAllocated<tbiFileState>
     {
         dataBudget = std::max(SMALLEST_BUDGET, BUDGET_FACTOR * length);
         heldBudget = HELD_BUDGET + HELD_FACTOR * length;
+        openBudget = OPEN_BUDGET + length;
     }
     bool setErrorText(const char* rule)
     {
@@ -143,7 +148,7 @@ struct tbiFileState : tbAllocated<tbiFileState>
         tagNames.clear();
         firstEntriesKnown = true;
         window.detach();
-        dataStart = dataBudget = dataSpent = heldBudget = dataHeld = 0;
+        dataStart = dataBudget = dataSpent = heldBudget = dataHeld = openBudget = dataOpen = 0;
         readDepth = openScenes = writeDepth = 0;
         paths = 0;
         sceneBelow = false;
