@@ -5,6 +5,7 @@
 #include <tamber/io/tbLoader.h>
 #include <tamber/io/tbNewFiles.h>
 #include <tamber/kernel/tbString.h>
+#include <tamber/kernel/tbiMemoryWatch.h>
 
 #include "tbiAssimpAxes.h"
 #include "tbiAssimpExport.h"
@@ -47,7 +48,7 @@ public:
         // A saved model needs the classes of its objects, not the module that read its source.
         enableSaveWithFile(false);
         if (getNumExtensions() == 0)
-            addExtensions();
+            tbiWithoutThrow([this] { addExtensions(); });
         tbPortableAddUser(this);
     }
 

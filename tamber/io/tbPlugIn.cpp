@@ -2,6 +2,7 @@
 
 #include <tamber/containers/tbiStatic.h>
 #include <tamber/io/tbiFileTypes.h>
+#include <tamber/io/tbiLoaderDefs.h>
 #include <tamber/io/tbiPlugInLists.h>
 #include <tamber/io/tbiPlugInLog.h>
 #include <tamber/io/tbiPlugInRules.h>
@@ -49,15 +50,29 @@ std::string fileFor(const char* path, tbiPlugInSearch& search, bool trusted)
     return file.empty() && systemMayLook && !search.hasRefused(nameOfModule) ? path : file;
 }
 
+// A module whose start ran out of memory goes again with all that it registered: a part of it may be missing.
+HINSTANCE loadWhole(tbPlugInReport::Module& noted, bool& refused)
+{
+    const tbiMemoryWatch memory;
+    const int numLoaders = tbiLoaderDefs::getNum();
+    const HINSTANCE handle = tbiPlugInRules::load(noted.moduleName, noted.path, noted.reason, refused);
+    if (handle && !tbiIsAbsolutePath(noted.path))
+        tbiWithoutThrow([&noted, handle] { noted.path = tbiModulePath(handle); });
+    if (!handle || !memory.ranOut())
+        return handle;
+    tbiFreeModule(handle);
+    tbiLoaderDefs::cutTo(numLoaders);
+    noted.reason = "memory is out";
+    return nullptr;
+}
+
 // Loads a module's file, which makes its record. Null when it is not let in or makes none; what is noted says why.
 HINSTANCE loadFile(tbPlugInReport::Module& noted)
 {
     bool refused = false;
-    HINSTANCE handle = tbiPlugInRules::load(noted.moduleName, noted.path, noted.reason, refused);
+    HINSTANCE handle = loadWhole(noted, refused);
     if (refused)
         noted.state = tbPlugInReport::REFUSED;
-    if (handle && !tbiIsAbsolutePath(noted.path))
-        noted.path = tbiModulePath(handle);
     if (handle && !tbPlugIn::find(noted.moduleName.c_str()))
     {
         tbiFreeModule(handle);
@@ -216,13 +231,13 @@ tbPlugIn* tbPlugIn::load(const char* path, tbiPlugInSearch& search, bool trusted
     tbPlugInReport::Module noted = {nameOfModule, fileFor(path, search, trusted), tbPlugInReport::FAILED,
                                     NOWHERE};
     const HINSTANCE handle = noted.path.empty() ? nullptr : loadFile(noted);
-    tbPlugIn* record = handle ? find(nameOfModule.c_str()) : nullptr;
+    tbPlugIn* record = handle ? findNormalised(nameOfModule) : nullptr;
     if (record)
     {
         record->module = handle;
         record->dynamic = true;
         record->loadedByKernel = true;
-        tbiPlugInLog::takeRecord(noted, *record);
+        tbiWithoutThrow([&noted, record] { tbiPlugInLog::takeRecord(noted, *record); });
     }
     else
     {
@@ -231,7 +246,7 @@ tbPlugIn* tbPlugIn::load(const char* path, tbiPlugInSearch& search, bool trusted
             tbMessage("%s: %s\n", noted.path.c_str(), noted.reason.c_str());
     }
     if (!noted.path.empty() || !search.hasRefused(nameOfModule))
-        tbiPlugInLog::note(noted);
+        tbiWithoutThrow([&noted] { tbiPlugInLog::note(noted); }); // a gap in a report is no failure
     return record;
 }
 

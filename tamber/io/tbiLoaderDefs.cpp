@@ -82,10 +82,11 @@ std::vector<std::string> tbiLoaderDefs::extensionsOf(const std::string& moduleNa
                : std::vector<std::string>();
 }
 
-void tbiLoaderDefs::release()
+void tbiLoaderDefs::cutTo(int num)
 {
-    for (tbiLoaderDef* def : *definitions)
+    while (definitions->getNum() > num)
     {
+        tbiLoaderDef* def = definitions->removeLast();
         for (tbiLoaderDef::Extensions* list : {&def->extensions, &def->exportExtensions})
             for (char* extension : *list)
                 tbMemory::free(extension);
@@ -93,5 +94,10 @@ void tbiLoaderDefs::release()
         tbMemory::free(def->path);
         delete def;
     }
+}
+
+void tbiLoaderDefs::release()
+{
+    cutTo(0);
     definitions->setSize(0);
 }

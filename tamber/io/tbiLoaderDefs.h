@@ -32,6 +32,8 @@ tbiLoaderDef* forExtension(const char* extension);
 void addExtension(tbiLoaderDef::Extensions& extensions, const char* extension);
 /// The extensions that a module reads; none for one that is no loader.
 std::vector<std::string> extensionsOf(const std::string& moduleName);
+/// Forgets all but the `num` that were met first.
+void cutTo(int num);
 void release();
 
 } // namespace tbiLoaderDefs

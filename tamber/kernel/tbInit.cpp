@@ -7,6 +7,7 @@
 #include <tamber/kernel/tbiAppThread.h>
 #include <tamber/kernel/tbiLocks.h>
 #include <tamber/kernel/tbiMessages.h>
+#include <tamber/kernel/tbiWhole.h>
 #include <tamber/thread/tbThread.h>
 
 #include <atomic>
@@ -77,7 +78,10 @@ void tbiRecordAppThread()
 
 void tbiAdoptAppThread()
 {
-    auto* thread = new tbThread(true);
+    const tbiMemoryWatch memory;
+    tbThread* thread = tbiWhole(new tbThread(true), memory);
+    if (!thread)
+        return;
     thread->ref();
     appThread.store(thread, std::memory_order_release);
 }

@@ -41,6 +41,21 @@ unsigned hashName(const char* name)
     return tbStrToInt(folded);
 }
 
+// Takes over the name; all or, when memory is out, nothing.
+bool addRegistration(char* name, tbType::InitClassFunc initClassFunc, tbPlugIn* supplier)
+{
+    if (!name || registeredTypes->add(name) < 0)
+        return false;
+    if (initClassFuncs->add(initClassFunc) >= 0)
+    {
+        if (classPlugIns->add(supplier) >= 0)
+            return true;
+        initClassFuncs->removeLast();
+    }
+    registeredTypes->removeLast();
+    return false;
+}
+
 void forgetRegistration(int i)
 {
     registeredTypes->removeIndex(i);
@@ -144,10 +159,17 @@ bool tbType::hasName(const char* className, unsigned nameHash) const
 }
 
 void tbType::defineLocked(DefineFunc defineFunc, void* context, const char* className, CreateFunc create,
-                          tbPlugIn* supplier)
+                          tbPlugIn* supplier, InitClassFunc initClassFunc)
 {
     tbiLockGuard guard(tbiLocks::type);
-    defineFunc(context, className, create, supplier);
+    const tbiMemoryWatch memory;
+    tbType* type = defineFunc(context, className, create, supplier);
+    if (!type || !memory.ranOut())
+        return;
+    // Some list may lack it: it is registered again, with the name that it took over and in the room that it left.
+    if (addRegistration(type->name, initClassFunc, supplier))
+        type->name = nullptr;
+    delete type;
 }
 
 void tbType::addInstance(tbBase* object)
@@ -209,9 +231,9 @@ void tbType::registerClass(const char* className, InitClassFunc initClassFunc, t
     if (!className || !initClassFunc)
         return;
     tbiLockGuard guard(tbiLocks::type);
-    registeredTypes->add(tbiCopyText(className));
-    initClassFuncs->add(initClassFunc);
-    classPlugIns->add(supplier);
+    char* name = tbiCopyText(className);
+    if (!addRegistration(name, initClassFunc, supplier))
+        tbMemory::free(name);
 }
 
 void tbType::unregisterClasses(const tbPlugIn* supplier)

@@ -80,19 +80,22 @@ public:
                        tbPlugIn* plugIn)
     {
         defineLocked(
-            [](void* context, const char* className, CreateFunc creator, tbPlugIn* supplier)
+            [](void* context, const char* className, CreateFunc creator, tbPlugIn* supplier) -> tbType*
             {
                 auto& typeSlot = *static_cast<std::atomic<typename Class::TypeClass*>*>(context);
                 if (typeSlot.load(std::memory_order_acquire))
-                    return;
+                    return nullptr;
                 tbType* parentType = Parent::getClassType();
+                if (!parentType)
+                    return nullptr;
                 auto* type = new
                     typename Class::TypeClass(parentType, className, creator, Class::removeClass, supplier);
-                if (!Writable)
+                if (type && !Writable)
                     type->setWritable(false);
                 typeSlot.store(type, std::memory_order_release);
+                return type;
             },
-            &slot, name, create, plugIn);
+            &slot, name, create, plugIn, &Class::initClass);
     }
     template <class TypeClass>
     static TypeClass* ensure(const std::atomic<TypeClass*>& slot, const char* name, InitClassFunc initClass)
@@ -116,9 +119,9 @@ private:
     static constexpr unsigned WRITABLE = 1;
     static constexpr unsigned DELETE_WITH_LAST = 2;
 
-    using DefineFunc = void (*)(void*, const char*, CreateFunc, tbPlugIn*);
+    using DefineFunc = tbType* (*)(void*, const char*, CreateFunc, tbPlugIn*);
     static void defineLocked(DefineFunc define, void* context, const char* name, CreateFunc create,
-                             tbPlugIn* plugIn);
+                             tbPlugIn* plugIn, InitClassFunc initClassFunc);
 
     bool takeOut(tbBase* object);
     tbBase* at(int& i) const;

@@ -40,7 +40,7 @@ tbBase* tbFlushThread::createCopy() const
 bool tbFlushThread::apply(tbBase* initiator, tbEvent*)
 {
     syncApply(initiator);
-    finished->inc();
+    finish();
     postSyncApply(initiator);
     return true;
 }
@@ -51,5 +51,12 @@ void tbFlushThread::postSyncApply(tbBase*) {}
 
 void tbFlushThread::waitForSyncToFinish()
 {
-    finished->dec();
+    if (finished)
+        finished->dec();
+}
+
+void tbFlushThread::finish()
+{
+    if (finished)
+        finished->inc();
 }

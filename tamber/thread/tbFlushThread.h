@@ -33,5 +33,8 @@ protected:
 private:
     friend class tbThread;
 
-    tbSemaphore* finished;
+    /// Lets go one wait.
+    void finish();
+
+    tbSemaphore* finished; // null when there was no memory for it: nobody waits
 };

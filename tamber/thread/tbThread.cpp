@@ -2,6 +2,7 @@
 
 #include <tamber/action/tbAction.h>
 #include <tamber/kernel/tbMessage.h>
+#include <tamber/kernel/tbiMemoryWatch.h>
 #include <tamber/thread/tbFlushThread.h>
 #include <tamber/thread/tbQueue.h>
 #include <tamber/thread/tbSemaphore.h>
@@ -36,8 +37,17 @@ constexpr PriorityBand priorityBands[] = {{10, tbiPriorityClass::IDLE},
 template <class T>
 T* held(T* object)
 {
-    object->ref();
+    if (object)
+        object->ref();
     return object;
+}
+
+template <class T>
+void drop(T*& part)
+{
+    if (part)
+        part->unRef();
+    part = nullptr;
 }
 
 // Everything that a list of actions still references is let go, from the last to the first.
@@ -70,17 +80,11 @@ void remove(std::mutex& mutex, tbTList<tbAction*>& list, tbAction* action)
 
 tbThread::tbThread() : tbThread(false) {}
 
-tbThread::tbThread(bool adopt)
-    : flushRequest(held(new tbFlushThread)),
-      queue(held(new tbQueue(int(sizeof(Record)), NUM_QUEUE_SLOTS))),
-      control(new tbiThreadControl(this)),
-      flags(adopt ? ADOPTED : 0),
-      wakeUp(held(new tbSemaphore(0, MAX_PASSES_DUE))),
-      context(held(new tbTravContext))
+tbThread::tbThread(bool adopt) : flags(adopt ? ADOPTED : 0)
 {
     initInstance();
-    queue->setMode(tbQueue::GROW);
-    context->setTraitStack(new tbTraitStack(tbTraitStack::TRAV_STACK));
+    if (!makeParts())
+        return;
     Tree().addThread(this);
     if (adopt)
         control->adopt();
@@ -92,37 +96,72 @@ tbThread::~tbThread()
 {
     deleteInstance();
     endThread();
-    tbTList<tbThread*> children;
-    Tree().removeThread(this, children);
-    for (tbThread* child : children)
-        child->unRef();
+    leaveTree();
     dropRecords();
     releaseAll(actions);
     releaseAll(initActions);
-    context->unRef();
-    wakeUp->unRef();
-    queue->unRef();
-    flushRequest->unRef();
-    control->unRef();
+    releaseParts();
+}
+
+void tbThread::leaveTree()
+{
+    while (tbThread* child = Tree().detachAny(this))
+        child->unRef();
+    if (control)
+        Tree().removeThread(this);
+}
+
+// All or, when memory is out, none: the control tells a thread that has its parts from one that is dead for ever.
+bool tbThread::makeParts()
+{
+    const tbiMemoryWatch memory;
+    flushRequest = held(new tbFlushThread);
+    queue = held(new tbQueue(int(sizeof(Record)), NUM_QUEUE_SLOTS));
+    control = new tbiThreadControl(this);
+    wakeUp = held(new tbSemaphore(0, MAX_PASSES_DUE));
+    context = held(new tbTravContext);
+    tbTraitStack* stack = held(new tbTraitStack(tbTraitStack::TRAV_STACK));
+    if (memory.ranOut())
+    {
+        drop(stack);
+        releaseParts();
+        return false;
+    }
+    queue->setMode(tbQueue::GROW);
+    context->setTraitStack(stack);
+    stack->unRef();
+    return true;
+}
+
+void tbThread::releaseParts()
+{
+    drop(context);
+    drop(wakeUp);
+    drop(control);
+    drop(queue);
+    drop(flushRequest);
 }
 
 void tbThread::dropRecords()
 {
+    if (!queue)
+        return;
     Record record;
     while (queue->get(&record))
     {
         if (record.kind == Record::FLUSH)
-            static_cast<tbFlushThread*>(record.object)->finished->inc(); // who waits for it goes on
+            static_cast<tbFlushThread*>(record.object)->finish(); // who waits for it goes on
         if (record.kind == Record::DELETE_NOW)
             tbBase::markDeleted(record.object);
-        else if (!record.isPass())
+        else if (!record.belongsToTree())
             record.object->unRef();
     }
 }
 
 void tbThread::endThread()
 {
-    control->end();
+    if (control)
+        control->end();
 }
 
 void tbThread::stopAll()
@@ -139,17 +178,17 @@ tbThread* tbThread::getCurrentThread()
 
 bool tbThread::inCurrentThread()
 {
-    return control->isCurrent();
+    return control && control->isCurrent();
 }
 
 tbThread::STATE tbThread::getState() const
 {
-    return control->getState();
+    return control ? control->getState() : STATE_DEAD;
 }
 
 bool tbThread::canRun() const
 {
-    return control->canRun();
+    return control && control->canRun();
 }
 
 bool tbThread::apply(tbBase* argument)
@@ -167,6 +206,8 @@ bool tbThread::apply(tbBase* argument)
 
 void tbThread::run()
 {
+    if (!control)
+        return;
     control->resume();
     wakeUp->inc();
 }
@@ -179,23 +220,26 @@ void tbThread::run(tbBase* argument)
 
 void tbThread::suspend()
 {
-    control->suspend();
+    if (control)
+        control->suspend();
 }
 
 void tbThread::kill()
 {
-    control->kill();
+    if (control)
+        control->kill();
 }
 
 void tbThread::setThreadMode(MODE newMode)
 {
     mode = newMode;
-    control->nudge();
+    if (control)
+        control->nudge();
 }
 
 bool tbThread::setPriority(int priority)
 {
-    if (priority < 0)
+    if (priority < 0 || !control)
         return false;
     int first = 0;
     for (const PriorityBand& band : priorityBands)
@@ -210,7 +254,7 @@ bool tbThread::setPriority(int priority)
 bool tbThread::setProcessors(unsigned int mask)
 {
     const unsigned allowed = mask & tbiThreadControl::getProcessors();
-    return allowed != 0 && control->setProcessors(allowed);
+    return allowed != 0 && control && control->setProcessors(allowed);
 }
 
 void tbThread::addAction(tbAction* action)

@@ -18,6 +18,9 @@ class tbiThreadControl;
 // Suspending and killing take effect at the thread's next safe point: the top of its loop, or a wait for a semaphore
 // or an event. The destructor waits for the thread to end. A derived class whose apply() uses its own fields ends the
 // thread in its own destructor with endThread().
+//
+// When memory is out, or the system has no thread, a thread is born dead: it takes no work, and without memory it has
+// neither queue nor context.
 class TB_API tbThread : public tbBase
 {
     TB_CLASS(tbThread, tbBase)
@@ -89,9 +92,9 @@ public:
     MODE getThreadMode() const { return mode.load(std::memory_order_relaxed); }
     STATE getState() const;
     bool isAdopted() const { return (flags & ADOPTED) != 0; }
-    /// For walks on this thread; it belongs to the thread.
+    /// For walks on this thread; it belongs to the thread. Null when there was no memory for the thread.
     tbTravContext* getTravContext() const { return context; }
-    /// The records that wait.
+    /// The records that wait. Null when there was no memory for the thread.
     tbQueue* getQueue() const { return queue; }
     int getNumActions() const;
     int getNumInitActions() const;
@@ -123,6 +126,9 @@ private:
 
     static constexpr unsigned ADOPTED = 1;
 
+    bool makeParts();
+    void releaseParts();
+    void leaveTree();
     void runLoop(tbiThreadControl& own);
     bool waitForPass();
     bool canRun() const;

@@ -46,12 +46,14 @@ void tbThread::addActionToQueue(tbAction* action)
 void tbThread::addActionToQueue(tbFlushThread* request)
 {
     if (!post(Record::FLUSH, request) && request)
-        request->finished->inc(); // nobody will apply it, so nobody waits for that
+        request->finish(); // nobody will apply it, so nobody waits for that
 }
 
 void tbThread::processQueue(bool untilEmpty)
 {
     tbiThreadControl* const own = control;
+    if (!own)
+        return;
     own->ref();
     bool goesOn = true;
     do
@@ -71,7 +73,7 @@ bool tbThread::processRecord()
         tbiLockGuard guard(queue->lock);
         if (!queue->sample(&record))
             return false;
-        if (!record.isPass())
+        if (!record.belongsToTree())
             queue->get(&record);
     }
     switch (record.kind)
@@ -81,8 +83,9 @@ bool tbThread::processRecord()
         break;
     case Record::DELETE_REFERENCE:
     case Record::DELETE_PASS:
+    case Record::STALE:
     {
-        Tree tree; // a change of the tree takes such records back, so they are taken with the tree locked
+        Tree tree;
         tree.passFirst(this);
         break;
     }

@@ -40,20 +40,23 @@ bool tbiThreadControl::create()
     joinOrphans();
     const auto held = tbiHold(mutex);
     over = !link();
+    if (!over)
+    {
+        ref();
+        try
+        {
+            thread = std::thread(&tbiThreadControl::main, this);
+            id = thread.get_id();
+        }
+        catch (const std::exception&) // the system has no thread, or no memory
+        {
+            over = true;
+            unlink();
+            unRef();
+        }
+    }
     if (over)
-        return false;
-    ref();
-    try
-    {
-        thread = std::thread(&tbiThreadControl::main, this);
-        id = thread.get_id();
-    }
-    catch (const std::exception&) // the system has no thread, or no memory
-    {
-        over = true;
-        unlink();
-        unRef();
-    }
+        state = tbThread::STATE_DEAD;
     return !over;
 }
 

@@ -24,7 +24,7 @@ public:
     /// The control of the calling thread, null when it has none.
     static tbiThreadControl* getCurrent();
 
-    /// Makes the thread, suspended. False when the system refuses: run() does nothing then.
+    /// Makes the thread, suspended. False, and dead, when the system refuses.
     bool create();
     /// Takes the calling thread, which runs.
     void adopt();

@@ -1,12 +1,14 @@
 #include <tamber/thread/tbiThreadTree.h>
 
 #include <tamber/kernel/tbInit.h>
+#include <tamber/kernel/tbiMemoryWatch.h>
 #include <tamber/thread/tbQueue.h>
+#include <tamber/thread/tbiLockGuard.h>
 #include <tamber/thread/tbiSpinMutex.h>
 #include <tamber/thread/tbiThreadControl.h>
 #include <tamber/thread/tbiWait.h>
 
-#include <algorithm>
+#include <climits>
 
 namespace
 {
@@ -16,39 +18,56 @@ constinit tbThread* firstThread = nullptr; // of all thread objects
 
 } // namespace
 
-// Around a change of the attachments: takes the deletions under way out of all queues, and starts them again for the
-// new number.
+// Around a change of the attachments: keeps one record of each deletion under way, and starts them again for the new
+// number. Needs no memory: what is kept stays in its queue.
 class tbThread::Tree::Restart
 {
 public:
     explicit Restart(Tree& changing) : tree(changing)
     {
         for (tbThread* thread = firstThread; thread; thread = thread->nextThread)
-            thread->queue->takeOut(&Restart::take, &objects);
-        std::sort(objects.begin(), objects.end(), std::less<tbBase*>());
+            rotate(thread->queue, &Restart::mark);
     }
     ~Restart()
     {
-        tbBase* previous = nullptr;
-        for (tbBase* object : objects)
-        {
-            if (object != previous && !tree.startDeletion(object))
-                tree.deleteNow(object);
-            previous = object;
-        }
+        for (tbThread* thread = firstThread; thread; thread = thread->nextThread)
+            rotate(thread->queue, &Restart::restart);
     }
     Restart(const Restart&) = delete;
     Restart& operator=(const Restart&) = delete;
 
 private:
-    static bool take(const void* item, void* list)
+    static constexpr int TO_START = INT_MIN; // the count of an object whose deletion is to start again
+
+    /// Hands over what the queue holds, each record once, and puts back, in order, those that are kept.
+    void rotate(tbQueue* queue, bool (Restart::*keep)(Record&))
     {
-        const auto* record = static_cast<const Record*>(item);
-        return record->isPass() && static_cast<tbTList<tbBase*>*>(list)->add(record->object) >= 0;
+        tbiLockGuard guard(queue->lock);
+        Record record;
+        for (int waiting = queue->getCount(); waiting > 0; --waiting)
+            if (queue->get(&record) && (this->*keep)(record))
+                queue->put(&record); // into the room that it left
+    }
+    bool mark(Record& record)
+    {
+        if (!record.isPass())
+            return true;
+        if (record.object->getRefCount() == TO_START)
+            return false;
+        record.object->setRefCount(TO_START);
+        record.kind = Record::STALE;
+        return true;
+    }
+    bool restart(Record& record)
+    {
+        if (record.kind != Record::STALE)
+            return true;
+        if (!tree.startDeletion(record.object))
+            tree.deleteNow(record.object);
+        return false;
     }
 
     Tree& tree;
-    tbTList<tbBase*> objects;
 };
 
 tbThread::Tree::Tree() : held(tbiHold(treeMutex)) {}
@@ -71,14 +90,11 @@ void tbThread::Tree::addThread(tbThread* thread)
     firstThread = thread;
 }
 
-void tbThread::Tree::removeThread(tbThread* thread, tbTList<tbThread*>& children)
+void tbThread::Tree::removeThread(tbThread* thread)
 {
-    if (thread->downstreamThreads.getNum() + thread->upstreamThreads.getNum() + thread->queue->getCount() > 0)
+    if (thread->upstreamThreads.getNum() + thread->queue->getCount() > 0)
     {
         const Restart restart(*this);
-        children = thread->downstreamThreads;
-        while (thread->downstreamThreads.getNum() > 0)
-            unlinkChild(thread, thread->downstreamThreads.getNum() - 1);
         // Nothing above references this thread any more, or it would live.
         while (thread->upstreamThreads.getNum() > 0)
         {
@@ -123,9 +139,10 @@ void tbThread::Tree::endPasses(tbThread* thread)
 
 bool tbThread::Tree::attach(tbThread* parent, tbThread* child)
 {
-    // The application thread is the root, and the tree has no circles.
-    if (child == parent || child == tbGetAppThread() || parent->downstreamThreads.contains(child) ||
-        isAbove(child, parent))
+    // The application thread is the root, and the tree has no circles; without memory it is not known.
+    const tbiMemoryWatch memory;
+    if (!parent->control || !child->control || child == parent || child == tbGetAppThread() ||
+        parent->downstreamThreads.contains(child) || isAbove(child, parent) || memory.ranOut())
         return false;
     const Restart restart(*this);
     if (child->upstreamThreads.add(parent) < 0)
@@ -150,6 +167,13 @@ bool tbThread::Tree::detach(tbThread* parent, tbThread* child)
     const Restart restart(*this);
     unlinkChild(parent, i);
     return true;
+}
+
+tbThread* tbThread::Tree::detachAny(tbThread* parent)
+{
+    tbThread* child = parent->downstreamThreads.getNum() > 0 ? parent->downstreamThreads[0] : nullptr;
+    detach(parent, child);
+    return child;
 }
 
 void tbThread::Tree::unlinkChild(tbThread* parent, int i)

@@ -17,12 +17,15 @@ struct tbThread::Record
         ACTION = 3,
         QUEUED_ACTION = 4, // handled as ACTION
         FLUSH = 5,
-        DELETE_PASS = 6 // passes and goes no further: another upstream thread's record goes on
+        DELETE_PASS = 6, // passes and goes no further: another upstream thread's record goes on
+        STALE = 7        // of a deletion that starts again as soon as the tree is unlocked
     };
     std::uint32_t kind;
     tbBase* object;
 
     bool isPass() const { return kind == DELETE_REFERENCE || kind == DELETE_PASS; }
+    /// Is taken with the tree locked: a change of the tree takes such records back.
+    bool belongsToTree() const { return isPass() || kind == STALE; }
 };
 
 // The tree of threads and the deletions on their way through it, locked while an object of this class lives.
@@ -42,14 +45,15 @@ public:
     Tree& operator=(const Tree&) = delete;
 
     void addThread(tbThread* thread);
-    /// Takes the thread out of all attachments. The children that it had are handed to the caller with the reference
-    /// on each.
-    void removeThread(tbThread* thread, tbTList<tbThread*>& children);
+    /// The thread has no children any more.
+    void removeThread(tbThread* thread);
     static void threadEnded(tbiThreadControl& control);
 
     bool attach(tbThread* parent, tbThread* child);
     /// The reference on the child is the caller's afterwards.
     bool detach(tbThread* parent, tbThread* child);
+    /// The child, null when there is none left.
+    tbThread* detachAny(tbThread* parent);
     bool isAbove(tbThread* above, tbThread* thread) const;
     /// `thread` and all threads above it, without duplicates.
     static void findAncestry(tbThread* thread, tbTList<tbThread*>& found);

@@ -7,13 +7,19 @@
 #include <tamber/graph/tbRangeSwitch.h>
 #include <tamber/io/tbFile.h>
 #include <tamber/io/tbLoader.h>
+#include <tamber/kernel/tbInit.h>
 #include <tamber/kernel/tbMessage.h>
+#include <tamber/kernel/tbSettings.h>
 #include <tamber/thread/tbEvent.h>
+#include <tamber/thread/tbQueue.h>
+#include <tamber/thread/tbThread.h>
 #include <tamber/trav/tbTraitStack.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tests/fault/HeapFaults.h>
+#include <tests/support/Environment.h>
 #include <tests/support/EveryClass.h>
 #include <tests/support/TempFile.h>
+#include <tests/support/Threads.h>
 
 #include <gtest/gtest.h>
 
@@ -93,7 +99,16 @@ protected:
             }
             std::printf("[  faults  ] %ld\n", n - 1);
         }
-        std::thread([&operation] { operation.whole(); }).join(); // waits for ever where a lock was left taken
+        std::atomic<bool> over = false;
+        std::thread other( // waits for ever where a lock was left taken
+            [&]
+            {
+                operation.whole();
+                over = true;
+            });
+        while (!over)
+            tbGetAppThread()->processQueue(false);
+        other.join();
     }
 
     std::string saved(const tbBase* object) const
@@ -377,4 +392,104 @@ TEST_F(Allocation, DamagedFilesAreRefusedAllTheSame)
                },
                [&](bool) { made.reset(); }});
     }
+}
+
+TEST_F(Allocation, ThreadsWorkOrAreDead)
+{
+    using tbtest::FuncAction;
+    const tbRef<FuncAction> first(new FuncAction), pass(new FuncAction);
+    tbRef<FuncAction> posted;
+    tbRef<tbThread> thread;
+    sweep({[&]
+           {
+               thread = new tbThread;
+               if (!thread)
+                   return false;
+               thread->setName("worker");
+               thread->setThreadMode(tbThread::THREAD_WAIT);
+               thread->addInitAction(first.get());
+               thread->addAction(pass.get());
+               const bool below = tbGetAppThread()->addDownstreamThread(thread.get());
+               thread->addActionToQueue(posted.get());
+               tbRef<tbGroup>(new tbGroup).reset(); // goes round the threads
+               thread->run();
+               thread->flushQueue();
+               const bool alive = thread->getState() == tbThread::STATE_RUNNING;
+               EXPECT_TRUE(alive || thread->getState() == tbThread::STATE_DEAD);
+               return alive && below && thread->getNumActions() + thread->getNumInitActions() == 2;
+           },
+           [&](bool done)
+           {
+               EXPECT_TRUE(!done || posted->getTimes() == 1);
+               if (thread)
+               {
+                   thread->kill();
+                   EXPECT_FALSE(thread->inCurrentThread() ||
+                                (!thread->getQueue() && thread->setPriority(15)));
+                   tbGetAppThread()->removeDownstreamThread(thread.get());
+               }
+               thread.reset();
+               tbGetAppThread()->processQueue(true);
+               EXPECT_EQ(tbBase::getNumPendingDeletions(), 0);
+           },
+           [&] { posted = new FuncAction; }});
+    posted.reset();
+}
+
+TEST_F(Allocation, PlugInsAreLoadedWholeOrNot)
+{
+    const auto extensions = []
+    {
+        int num = 0;
+        for (int i = 0; i < tbLoader::getNumLoaders(); ++i)
+            num += tbLoader::getNumLoaderExtensions(i) + tbLoader::getNumExportExtensions(i);
+        return num;
+    };
+    const int known = extensions();
+    tbPlugIn* plugIn = nullptr;
+    tbRef<tbBase> object;
+    sweep({[&]
+           {
+               plugIn = tbPlugIn::load(TEST_LOADER_FILE);
+               object = tbType::createInstance("tbTestLoaded");
+               return plugIn && object;
+           },
+           [&](bool done)
+           {
+               EXPECT_EQ(plugIn, tbPlugIn::find(TEST_LOADER_FILE));
+               EXPECT_TRUE(!plugIn || plugIn->getName());
+               EXPECT_TRUE(plugIn || !object);
+               EXPECT_TRUE(!done || extensions() == known + 3);
+               object.reset();
+               EXPECT_TRUE(!plugIn || plugIn->unload());
+               EXPECT_EQ(tbPlugIn::find(TEST_LOADER_FILE), nullptr);
+               EXPECT_EQ(tbType::findType("tbTestLoaded"), nullptr);
+           }});
+}
+
+TEST_F(Allocation, SettingsAreReadAndWrittenOrAsTheyWere)
+{
+    tbtest::setVariable("TAMBER_SETTINGS", directory.path("settings.ini"));
+    const std::string other = "Other=\"" + std::string(100, 'x') + "\"\n";
+    const std::string longer = std::string(200, 'y');
+    const std::string written = other + "Number=0x00000007\nText=\"" + longer + "\"\n";
+    int number = 0;
+    char text[256] = "";
+    sweep({[&]
+           {
+               return tbWriteRegistry("Number", 7) && tbWriteRegistry("Text", longer.c_str()) &&
+                      tbReadRegistry("Number", number) && tbReadRegistry("Text", text);
+           },
+           [&](bool done)
+           {
+               const std::string now = tbtest::readAll(directory.path("settings.ini"));
+               EXPECT_TRUE(now == written || (!done && written.starts_with(now) && now.starts_with(other)))
+                   << now;
+               EXPECT_TRUE(number == 7 || (!done && number == 0));
+               EXPECT_TRUE(text == longer || (!done && !*text));
+               EXPECT_EQ(directory.count(), 1);
+               number = 0;
+               text[0] = 0;
+           },
+           [&] { file("settings.ini", other); }});
 }
