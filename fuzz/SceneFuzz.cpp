@@ -35,9 +35,7 @@ void saveFile(const tbBase& root, const InputFile& output)
 {
     tbFile file;
     check(file.create(output.path()), "the output file can be made");
-    check(root.write(&file, nullptr), "what was read can be written");
-    tbPlugIn::savePlugIns(&file);
-    check(file.write(), "what was written can be saved");
+    check(file.save(&root), "what was read can be saved");
 }
 
 // Reading a graph raises travel flags, which are saved as well, and lowers the one that says that something plays.

@@ -80,12 +80,8 @@ EXIT_CODE importFile(const char* name)
         return refuse(tbLoader::getError(), text && *text ? text : "the file cannot be read");
     }
     tbFile file;
-    if (file.create(outputFile(SCENE_FILE).c_str()) && root->write(&file, nullptr))
-    {
-        tbPlugIn::savePlugIns(&file);
-        if (file.write())
-            return DONE;
-    }
+    if (file.create(outputFile(SCENE_FILE).c_str()) && file.save(root))
+        return DONE;
     if (memory.ranOut())
         return MEMORY_IS_OUT;
     return refuse(tbLoader::LOADER_STOPPED,

@@ -7,7 +7,6 @@
 #include <tamber/io/tbFile.h>
 #include <tamber/io/tbImportProcess.h>
 #include <tamber/io/tbLoader.h>
-#include <tamber/io/tbPlugIn.h>
 #include <tamber/kernel/tbString.h>
 
 #include <algorithm>
@@ -124,14 +123,8 @@ void writeNatively(const tbGroup& model, const std::string& path, const NativeOp
         throw CommandError(path, file.getErrorText());
     file.setByteSwapped(options.swap);
     file.setCompression(options.compress ? tbEntry::RLE : tbEntry::NO_COMPRESSION);
-    bool written = model.write(&file, nullptr) != nullptr;
-    if (written)
-    {
-        tbPlugIn::savePlugIns(&file);
-        file.setProgressFunc(&LibraryProgress::show);
-        written = file.write();
-    }
-    if (!written)
+    file.setProgressFunc(&LibraryProgress::show);
+    if (!file.save(&model))
         throw CommandError(path, file.getErrorText());
 }
 } // namespace

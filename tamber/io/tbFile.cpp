@@ -1,6 +1,8 @@
 #include <tamber/io/tbFile.h>
 
+#include <tamber/io/tbPlugIn.h>
 #include <tamber/io/tbiFileState.h>
+#include <tamber/kernel/tbBase.h>
 #include <tamber/kernel/tbMessage.h>
 #include <tamber/kernel/tbVersion.h>
 #include <tamber/kernel/tbiMemoryWatch.h>
@@ -346,6 +348,17 @@ void tbFile::setProgressFunc(tbProgressFunc func)
 {
     state->progress = func;
     state->beginProgress(sumOfData());
+}
+
+bool tbFile::save(const tbBase* root)
+{
+    const tbiMemoryWatch memory;
+    if (!root || !root->write(this, nullptr))
+        failWrite("the root cannot be written");
+    tbPlugIn::savePlugIns(this);
+    if (memory.ranOut())
+        failWrite("memory is out");
+    return write();
 }
 
 void tbFile::close()

@@ -57,6 +57,9 @@ public:
     /// failure the old file is untouched, and this file is closed. A graph that could not be saved whole, and a
     /// file that would pass 2 GiB, are refused with FILE_WRITE_ERROR before anything is touched.
     bool write();
+    /// Saves a graph as a file of its own: writes `root` with all that it refers to, the list of the plug-ins that it
+    /// needs, and then the file, as write() does. False, and the old file untouched, when any of it fails.
+    bool save(const tbBase* root);
     /// Frees every entry, drops what the file held, and closes. Entries are invalid afterwards.
     void close();
     bool isOpen() const { return descriptor > 0; }

@@ -106,17 +106,11 @@ bool exportNative(const tbBase* object, std::string path)
         tbiSetLoaderFailure(tbLoader::LOADER_FILE_NOT_FOUND, file.getErrorText());
         return false;
     }
-    const tbiMemoryWatch memory;
     file.setProgressFunc(progress);
-    bool written = object->write(&file, nullptr) != nullptr;
-    if (written)
-    {
-        tbPlugIn::savePlugIns(&file);
-        written = !memory.ranOut() && file.write();
-    }
-    if (!written)
-        tbiSetLoaderFailure(tbLoader::LOADER_CANNOT_WRITE, file.getErrorText());
-    return written;
+    if (file.save(object))
+        return true;
+    tbiSetLoaderFailure(tbLoader::LOADER_CANNOT_WRITE, file.getErrorText());
+    return false;
 }
 
 } // namespace

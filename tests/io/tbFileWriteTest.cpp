@@ -71,6 +71,10 @@ TEST_F(FileWrite, RefusesTargetsThatCannotBeReplaced)
     ASSERT_TRUE(file.open(path.c_str(), "r"));
     EXPECT_FALSE(file.write());
     EXPECT_EQ(file.getLastError(), tbFile::FILE_NOT_WRITABLE);
+    ASSERT_TRUE(file.create(path.c_str()));
+    EXPECT_FALSE(file.save(nullptr)); // nor a file without a root
+    EXPECT_EQ(file.getLastError(), tbFile::FILE_WRITE_ERROR);
+    EXPECT_EQ(tbtest::readAll(path), builder.build());
 }
 
 TEST_F(FileWrite, RunsArePackedWhenItPays)
