@@ -416,8 +416,7 @@ tbEntry* tbRangeSwitch::read(tbFile* file, tbEntry* entry)
         read.range = entry->readFloat();
         read.transition = entry->readFloat();
         read.inverseWidth = entry->readFloat();
-        if (i < getNumChildren())
-            addRange(read);
+        addRange(read);
     }
     resizeRanges(getNumChildren());
     centerFixed = entry->readInt() != 0;

@@ -1,10 +1,13 @@
 #include <tamber/containers/tbIterator.h>
 
+#include <tamber/io/tbFile.h>
+#include <tests/support/TempFile.h>
 #include <tests/support/Threads.h>
 
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <climits>
 #include <limits>
 #include <vector>
 
@@ -135,4 +138,44 @@ TEST(Iterator, CopiesHaveArraysOfTheirOwn)
     EXPECT_EQ(second.getItemFrameCount(0), 9);
     second = tbIterator();
     EXPECT_EQ(second.getItemFrameCount(0), 0);
+}
+
+TEST(Iterator, ReadsNoItemThatItHasNot)
+{
+    constexpr int OWN = -1; // as many items as it has values for
+    const struct
+    {
+        int item, values, items, wanted;
+        int itemRead, itemsRead;
+    } cases[] = {{0, 3, 3, OWN, 0, 3},        {2, 3, 3, OWN, 2, 3},     {3, 3, 3, OWN, -1, 3},
+                 {-1, 3, 3, OWN, -1, 3},      {-2, 3, 3, OWN, -1, 3},   {INT_MIN, 3, 3, OWN, -1, 3},
+                 {2, 3, 4, OWN, 2, 3},        {2, 3, 2, OWN, -1, 2},    {0, 3, -1, OWN, -1, 0},
+                 {0, 0, INT_MAX, OWN, -1, 0}, {1, 3, INT_MAX, 2, 1, 2}, {2, 3, 3, 2, -1, 2},
+                 {4, 3, 3, 5, 4, 5},          {0, 3, 3, 0, -1, 0}};
+    for (const auto& c : cases)
+    {
+        const tbtest::TempDirectory directory;
+        tbFile file;
+        ASSERT_TRUE(file.create(directory.path("iterator.tb").c_str()));
+        tbEntry* entry = file.newEntry(file.newTag("tbAnything"));
+        for (int i = 0; i < 4; ++i)
+            entry->writeByte(0);
+        for (const int word : {c.item, 1, 0, 0})
+            entry->writeInt(word);
+        for (const int array : {0, 1}) // times, and the totals before the frames
+        {
+            entry->writeInt(c.values);
+            for (int i = 0; i < c.values; ++i)
+                entry->writeInt(0);
+            for (int i = 0; i < 2 && array == 0; ++i)
+                entry->writeInt(0);
+        }
+        entry->writeInt(c.items);
+        entry->reset();
+        tbIterator iterator;
+        EXPECT_TRUE(iterator.read(entry, c.wanted));
+        EXPECT_EQ(iterator.getSelectedItem(), c.itemRead) << &c - cases;
+        EXPECT_EQ(iterator.getNumItems(), c.itemsRead) << &c - cases;
+        EXPECT_EQ(entry->getRemaining(), 0) << &c - cases;
+    }
 }

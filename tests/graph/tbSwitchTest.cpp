@@ -2,6 +2,8 @@
 
 #include <tamber/graph/tbAutoSwitch.h>
 #include <tamber/graph/tbRangeSwitch.h>
+#include <tests/support/FileBuilder.h>
+#include <tests/support/SavedCopy.h>
 #include <tests/support/TestScene.h>
 #include <tests/support/WalkCamera.h>
 
@@ -270,4 +272,64 @@ TEST(RangeSwitch, RecordsFollowTheChildren)
     EXPECT_EQ(node->getTransition(2), 30.0f);
     node->removeChild(node->getChild(0));
     EXPECT_EQ(node->getRange(0), 1700.0f);
+}
+
+namespace
+{
+
+constexpr int CHILDREN = 4; // as many states as there is room for
+
+// What a file holds of a switch after its children: so many states that are on, and then what is put into it.
+tbtest::Record switchRecord(int states)
+{
+    tbtest::Record record = tbtest::Record().object().word(0).word(0).integer(CHILDREN);
+    for (int i = 1; i <= CHILDREN; ++i)
+        record.integer(i);
+    record.integer(states).bytes(std::string(std::size_t(states), '\1'));
+    return record.integer(0).number(0).number(0).number(0);
+}
+
+template <class Switch>
+tbRef<Switch> readSwitch(const std::string& record)
+{
+    tbtest::FileBuilder builder;
+    builder.add(Switch::getClassType()->getName(), record);
+    for (int i = 0; i < CHILDREN; ++i)
+        builder.add("tbGroup", tbtest::Record().object().word(0).word(0).integer(0));
+    const tbtest::TempDirectory directory;
+    tbtest::writeAll(directory.path("switch.tb"), builder.build());
+    tbFile file;
+    EXPECT_TRUE(file.open(directory.path("switch.tb").c_str(), "r"));
+    return tbRef<Switch>(dynamic_cast<Switch*>(file.readObject(0)));
+}
+
+} // namespace
+
+TEST(Switch, ReadsAsManyStatesAsItHasChildren)
+{
+    for (const int stored : {0, 1, CHILDREN, CHILDREN + 1, 1 << 23})
+    {
+        const tbRef<tbSwitch> node = readSwitch<tbSwitch>(switchRecord(stored));
+        ASSERT_TRUE(node) << stored;
+        for (int i = 0; i < CHILDREN; ++i)
+            EXPECT_EQ(node->isActive(i), i < stored) << stored << ' ' << i;
+    }
+}
+
+TEST(RangeSwitch, ReadsAsManyRangesAsItHasChildren)
+{
+    for (const int stored : {0, 1, CHILDREN, CHILDREN + 1, 1000})
+    {
+        tbtest::Record record = switchRecord(CHILDREN).integer(stored);
+        for (int i = 0; i < stored; ++i)
+            record.number(float(i)).number(0).number(0);
+        record.integer(1).number(1).number(2).number(3).integer(1);
+        const tbRef<tbRangeSwitch> node = readSwitch<tbRangeSwitch>(record);
+        ASSERT_TRUE(node) << stored;
+        for (int i = 0; i < std::min(stored, CHILDREN); ++i)
+            EXPECT_EQ(node->getRange(i), float(i)) << stored;
+        EXPECT_TRUE(node->setRange(CHILDREN - 1, 1)) << stored;
+        EXPECT_FALSE(node->setRange(CHILDREN, 1)) << stored;
+        EXPECT_EQ(*node->getCenter(), tbVec3(1, 2, 3)) << stored;
+    }
 }

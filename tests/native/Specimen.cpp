@@ -76,6 +76,10 @@ void addActions(tbGroup* parent, tbTransform* target)
 {
     auto* path = addTo<tbPathAction>(parent, "path");
     path->setTarget(target);
+    tbSpline way;
+    for (int i = 0; i < 4; ++i)
+        way.addPoint(tbVec3(float(i), 0, 0));
+    path->setSpline(way);
     auto* keys = addTo<tbKeyFrameAction>(parent, "keys");
     keys->getPositions().addKey(0.5f, tbVec3(1, 2, 3));
     keys->getPositions().addKey(1.5f, tbVec3(1, 2, 3));

@@ -196,6 +196,13 @@ void makeStrayArray(Specimen& f)
     f.bytes = file.build();
 }
 
+// Of four points the last is over.
+void makeClosedBezier(Specimen& file)
+{
+    file.setValue("tbPathAction", "spline.type", 3);
+    file.setValue("tbPathAction", "spline.closed", 1);
+}
+
 const std::vector<Damage>& damages()
 {
     using S = Specimen&;
@@ -310,6 +317,7 @@ const std::vector<Damage>& damages()
         {KEY_ORDER, {}, [](S f) { f.setNumber("tbKeyFrameAction", "positions.keys", 9.0f); }},
         {FRACTION_RANGE, {}, [](S f) { f.setNumber("tbSwitch", "transitionFraction", 1.5f); }},
         {DURATION_NEGATIVE, {}, [](S f) { f.setNumber("tbPathAction", "duration", -1.0f); }},
+        {SPLINE_POINTS, {}, makeClosedBezier},
         {IMAGE_NAME_LEAVES,
          {},
          [](S f) { f.bytes.replace(f.place("tbTexture", "fileName", 0, 1), 3, "c:\\"); }},
@@ -419,6 +427,24 @@ TEST(Check, WhatTheLibraryWritesIsSound)
         for (const bool packed : {false, true})
             EXPECT_EQ(findingsOf(tbtest::everyClassFile(swapped, packed)),
                       numbersOf({Kind::TEXT_CONTROL, Kind::CLASS_UNKNOWN, Kind::UNREACHABLE}));
+}
+
+TEST(Check, SplinesHaveThePointsOfWholeSegments)
+{
+    // Numbers of points that are sound, of a curve with four of the kinds by their numbers, open and closed.
+    for (const auto& [type, closed, sound] : {std::tuple{0, 0, true},
+                                              {0, 1, true},
+                                              {1, 0, true},
+                                              {2, 0, true},
+                                              {2, 1, true},
+                                              {3, 0, true},
+                                              {3, 1, false}})
+    {
+        Specimen file;
+        file.setValue("tbPathAction", "spline.type", std::uint32_t(type));
+        file.setValue("tbPathAction", "spline.closed", std::uint32_t(closed));
+        EXPECT_EQ(!findingsOf(file.bytes).contains(int(Kind::SPLINE_POINTS)), sound) << type << closed;
+    }
 }
 
 TEST(Check, DeepAndSharedGraphsWithinTheLimitsAreSound)

@@ -61,6 +61,20 @@ bool typeHolds(unsigned type, const Elements& m)
     return true;
 }
 
+// Splines
+
+constexpr unsigned HERMITE = 2, BEZIER = 3;
+
+bool makeSegments(std::uint32_t points, unsigned type, bool closed)
+{
+    if (points == 0)
+        return true;
+    const std::uint32_t perSegment = type == HERMITE ? 2 : type == BEZIER ? 3 : 1;
+    const std::uint32_t first = closed ? 0 : type == HERMITE ? 2 : 1;
+    const std::uint32_t least = closed ? 2 * perSegment : first + perSegment;
+    return points >= least && (points - first) % perSegment == 0;
+}
+
 // Names of other files
 
 bool leavesFolder(std::string_view name)
@@ -281,6 +295,12 @@ public:
     {
         if (const Field* duration = record.find("duration"); duration && record.getFloat(*duration) < 0.0f)
             entry.add(Kind::DURATION_NEGATIVE, *duration, std::to_string(record.getFloat(*duration)));
+        const Field* type = record.find("spline.type");
+        const Field* closed = record.find("spline.closed");
+        const Field* points = record.find("spline.points");
+        if (points &&
+            !makeSegments(points->count / 3, record.getUnsigned(*type), record.getUnsigned(*closed) != 0))
+            entry.add(Kind::SPLINE_POINTS, points->countOffset, std::to_string(points->count / 3));
     }
 
     void checkKeyFrameAction()

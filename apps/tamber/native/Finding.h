@@ -122,6 +122,7 @@ enum class Kind : unsigned short
     FRACTION_RANGE = 627,
     DURATION_NEGATIVE = 628,
     IMAGE_NAME_LEAVES = 629,
+    SPLINE_POINTS = 630,
 
     ROOT_CLASS = 701,
     UNREACHABLE = 702,

@@ -216,6 +216,9 @@ constexpr KindInfo KINDS[] = {
     {Kind::IMAGE_NAME_LEAVES, Severity::NOTE, "image-name-leaves",
      "Names of images outside the file lead to this file's folder or below it.",
      "Nothing by itself: models name images as their authors did. Who opens them should look at the names."},
+    {Kind::SPLINE_POINTS, Severity::WARNING, "spline-points",
+     "A spline that has points has as many as its segments take.",
+     "Those over are passed over; without a segment the motion stands still."},
 
     // The graph
     {Kind::ROOT_CLASS, Severity::ERROR, "root-class", "Entry 0 is an object of a known class.",
