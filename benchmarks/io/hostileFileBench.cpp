@@ -10,6 +10,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -171,15 +172,21 @@ std::string deep()
 }
 
 // Every node of a level has every node of the next as a child.
+template <std::uint32_t WIDTH>
 std::string lattice()
 {
-    constexpr std::uint32_t WIDTH = 1000;
+    constexpr std::uint32_t NUMBER = FILE_SIZE / 4 / (WIDTH * WIDTH);
     File file({"tbGroup"});
-    file.add(group(upTo(1, WIDTH)));
-    for (std::uint32_t i = 0; i < WIDTH; ++i)
-        file.add(group(upTo(1 + WIDTH, WIDTH)));
-    for (std::uint32_t i = 0; i < WIDTH; ++i)
-        file.add(group({}));
+    file.add(group(upTo(1, NUMBER)));
+    for (std::uint32_t n = 0, next = 1 + NUMBER; n < NUMBER; ++n, next += 2 * WIDTH)
+        file.add(group(upTo(next, WIDTH)));
+    for (std::uint32_t n = 0, next = 1 + NUMBER; n < NUMBER; ++n, next += 2 * WIDTH)
+    {
+        for (std::uint32_t i = 0; i < WIDTH; ++i)
+            file.add(group(upTo(next + WIDTH, WIDTH)));
+        for (std::uint32_t i = 0; i < WIDTH; ++i)
+            file.add(group({}));
+    }
     return file.build();
 }
 
@@ -235,7 +242,9 @@ std::string packedInOnePlace()
 
 void readFile(benchmark::State& state, std::string (*make)())
 {
-    const std::string path = (std::filesystem::temp_directory_path() / "tamber_hostile_bench.tb").string();
+    const std::filesystem::path folder = std::filesystem::temp_directory_path();
+    const std::string path =
+        (folder / ("tamber_hostile_" + std::to_string(std::random_device()()) + ".tb")).string();
     const std::string bytes = make();
     std::ofstream(path, std::ios::binary).write(bytes.data(), std::streamsize(bytes.size()));
     const tbMessageFunc before = tbSetMessageFunc([](const char*) {});
@@ -267,7 +276,11 @@ BENCHMARK_CAPTURE(readFile, jumping, jumping)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, oneChildManyTimes, oneChildManyTimes)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, referencesBeyond, referencesBeyond)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, deep, deep)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(readFile, lattice, lattice)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(readFile, latticeWide, lattice<1000>)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(readFile, lattice500, lattice<500>)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(readFile, lattice100, lattice<100>)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(readFile, latticeNarrow, lattice<30>)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(readFile, lattice16, lattice<15>)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, sharedLists, sharedLists)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, packedSmall, packedSmall)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, packedInOnePlace, packedInOnePlace)->Unit(benchmark::kMillisecond);

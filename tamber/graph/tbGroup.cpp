@@ -7,7 +7,7 @@
 #include "tbiDirectCalls.h"
 #include "tbiLocalStack.h"
 #include "tbiNodeLinks.h"
-#include "tbiPointerMap.h"
+#include "tbiPointerSet.h"
 #include "tbiPropagation.h"
 
 #include <new>
@@ -52,7 +52,7 @@ public:
 private:
     VISIT visit;
     tbiLocalStack<const tbGroup*> waiting;
-    tbiPointerMap seen;
+    tbiPointerSet seen;
 };
 
 } // namespace
@@ -132,7 +132,7 @@ bool tbGroup::hasDescendant(const tbGroup* node) const
     if (!node || children.getNum() == 0)
         return false;
     tbiLocalStack<const tbGroup*> waiting;
-    tbiPointerMap seen;
+    tbiPointerSet seen;
     waiting.push(node);
     while (!waiting.isEmpty())
     {

@@ -8,6 +8,7 @@
 #include <tamber/kernel/tbiWhole.h>
 #include <tamber/thread/tbiLockGuard.h>
 
+#include "tbiAttach.h"
 #include "tbiLocalStack.h"
 #include "tbiNodeLinks.h"
 #include "tbiPropagation.h"
@@ -74,10 +75,11 @@ tbGroup* tbGroup::cloneGroup() const
 // Each copy comes with its own subtree, told and unchanged since: only the edge to it is new.
 void tbGroup::addCopiesOf(const tbGroup& other, CopyKind kind)
 {
+    tbiAttach edge(this);
     for (int i = 0; i < other.getNumChildren(); ++i)
     {
         const tbRef<tbGroup> node(other.getChild(i)->copyOfKind(kind));
-        const tbiPropagation::FreshNode fresh(node.get());
+        edge.set(node.get(), false, node && node->getNumParents() == 0);
         addChild(node.get());
     }
 }

@@ -3,6 +3,7 @@
 // anything, and does nothing when there is none.
 #include "tbGroup.h"
 
+#include "tbiAttach.h"
 #include "tbiNodeLinks.h"
 #include "tbiPropagation.h"
 
@@ -32,14 +33,19 @@ bool tbGroup::canAttach(const tbGroup* child) const
 {
     tbiNodeLinks::Edge edge;
     return child && child != this && !isDying() &&
-           (tbiNodeLinks::NewEdge::isKnown(this, child) || !tbiNodeLinks::find(this, child, edge));
+           (tbiAttach::isNewEdge(this, child) || !tbiNodeLinks::find(this, child, edge));
 }
 
 bool tbGroup::addChild(tbGroup* child)
 {
-    if (!canAttach(child) || !tbiNodeLinks::append(this, child))
+    if (!canAttach(child))
         return false;
-    child->ref();
+    child->ref(); // first: it waits for all stores before it, and those of an edge go far
+    if (!tbiNodeLinks::append(this, child))
+    {
+        child->unRefNoCheck();
+        return false;
+    }
     tbiPropagation::added(child, this);
     return true;
 }

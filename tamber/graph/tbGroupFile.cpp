@@ -3,9 +3,9 @@
 
 #include <tamber/io/tbEntry.h>
 
+#include "tbiAttach.h"
 #include "tbiNodeLinks.h"
-#include "tbiPointerMap.h"
-#include "tbiPropagation.h"
+#include "tbiPointerSet.h"
 
 #include <algorithm>
 
@@ -49,22 +49,10 @@ private:
 
     const tbGroup* parent;
     int atFirst;
-    tbiPointerMap met;
+    tbiPointerSet met;
     bool remembers = false;
     bool known = false;
 };
-
-// An attach in a list that is being read. What comes out of a file has told all below itself.
-void attach(tbGroup* parent, tbGroup* child)
-{
-    if (child->getNumChildren() == 0 || !child->anyTravFlags(tbGroup::TF_UPDATE))
-    {
-        parent->addChild(child);
-        return;
-    }
-    const tbiPropagation::FreshNode fresh(child);
-    parent->addChild(child);
-}
 
 } // namespace
 
@@ -92,7 +80,7 @@ tbEntry* tbGroup::read(tbFile* file, tbEntry* entry)
     nodeFlags = std::uint16_t(entry->readShort());
     const int n = entry->readCount(sizeof(std::int32_t));
     ChildrenMet met(this, n);
-    tbiNodeLinks::NewEdge edge(this);
+    tbiAttach edge(this);
     for (int i = 0; i < n; ++i)
     {
         tbBase* object = readRef(file, entry);
@@ -107,9 +95,9 @@ tbEntry* tbGroup::read(tbFile* file, tbEntry* entry)
         tbiNodeLinks::prefetchAppend(child);
         if (!met.admit(child))
             continue;
-        edge.set(met.isKnown() ? child : nullptr);
-        attach(this, child);
-        edge.set(nullptr);
+        // What comes out of a file has told all below itself.
+        edge.set(child, met.isKnown(), child->getNumChildren() == 0 || child->anyTravFlags(TF_UPDATE));
+        addChild(child);
     }
     return entry->hasFailed() ? nullptr : entry;
 }

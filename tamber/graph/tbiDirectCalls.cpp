@@ -1,6 +1,7 @@
 #include "tbiDirectCalls.h"
 
 #include <tamber/graph/tbiLocalStack.h>
+#include <tamber/graph/tbiPointerSet.h>
 #include <tamber/kernel/tbiLocks.h>
 #include <tamber/thread/tbiLockGuard.h>
 
@@ -79,7 +80,7 @@ template <class Visit>
 void forEachRoot(tbGroup* node, Visit visit)
 {
     tbiLocalStack<tbGroup*> waiting;
-    tbiPointerMap seen;
+    tbiPointerSet seen;
     waiting.push(node);
     while (!waiting.isEmpty())
     {

@@ -12,8 +12,6 @@ namespace
 
 constexpr unsigned NO_SLOT = 0xFFFFFFFF;
 
-thread_local constinit const tbiNodeLinks::NewEdge* newEdge = nullptr;
-
 // Readers close holes under this one lock: closing moves entries, and each move is told to another node's list.
 constinit tbiSpinMutex holesMutex;
 
@@ -206,31 +204,19 @@ inline void tbiNodeLinks::put(tbNodeList& list, unsigned slot, tbGroup* node, un
 }
 
 // False when there is no room.
-inline bool tbiNodeLinks::findTail(tbNodeList& list, Tail& tail)
+bool tbiNodeLinks::findTail(tbNodeList& list, Tail& tail)
 {
-    const unsigned count = countOf(list);
-    if (!inBlock(list))
-    {
-        tail = {&list.single, &list.opposite, 0};
-        return count == 0;
-    }
-    tbiNodeBlock* block = list.block;
-    const unsigned end = block->first + count + block->holes;
-    tail = {block->slots() + end, block->opposites() + end, end};
-    return end < block->capacity && count < tbNodeList::MAX_ENTRIES;
+    const unsigned word = list.word.load(std::memory_order_relaxed);
+    if ((word & tbNodeList::IN_BLOCK) != 0)
+        return findTailInBlock(list, word, tail);
+    tail = {&list.single, &list.opposite, 0, word};
+    return (word & tbNodeList::COUNT_MASK) == 0;
 }
 
 // Makes room when there is none. False when the list is full or memory is out.
-inline bool tbiNodeLinks::makeTail(tbNodeList& list, Tail& tail)
+bool tbiNodeLinks::makeTail(tbNodeList& list, Tail& tail)
 {
     return findTail(list, tail) || (reserve(list) && findTail(list, tail));
-}
-
-inline void tbiNodeLinks::appendTo(tbNodeList& list, const Tail& tail, tbGroup* node, unsigned opposite)
-{
-    *tail.slot = node;
-    *tail.opposite = opposite;
-    setCount(list, countOf(list) + 1);
 }
 
 // Frees the slot of position `i` for a new entry and counts it.
@@ -330,21 +316,6 @@ void tbiNodeLinks::removeSlotUnordered(tbNodeList& list, unsigned slot)
     removeSlot(list, last);
 }
 
-tbiNodeLinks::NewEdge::NewEdge(const tbGroup* above) : parent(above), outer(newEdge)
-{
-    newEdge = this;
-}
-
-tbiNodeLinks::NewEdge::~NewEdge()
-{
-    newEdge = outer;
-}
-
-bool tbiNodeLinks::NewEdge::isKnown(const tbGroup* parent, const tbGroup* child)
-{
-    return newEdge && newEdge->parent == parent && newEdge->child == child;
-}
-
 bool tbiNodeLinks::find(const tbGroup* parent, const tbGroup* child, Edge& edge)
 {
     if (countOf(parent->children) <= countOf(child->parents))
@@ -401,14 +372,14 @@ void tbiNodeLinks::prefetchAppend(const tbGroup* child)
     __builtin_prefetch(opposites + count * sizeof(unsigned));
 }
 
-bool tbiNodeLinks::append(tbGroup* parent, tbGroup* child)
+bool tbiNodeLinks::appendWithRoom(tbGroup* parent, tbGroup* child)
 {
     Tail below;
     Tail above;
     if (!makeTail(parent->children, below) || !makeTail(child->parents, above))
         return false;
-    appendTo(parent->children, below, child, above.place);
-    appendTo(child->parents, above, parent, below.place);
+    appendAt(parent->children, below, child, above.place);
+    appendAt(child->parents, above, parent, below.place);
     return true;
 }
 
@@ -421,7 +392,7 @@ bool tbiNodeLinks::insert(tbGroup* parent, int i, tbGroup* child)
     if (!makeTail(child->parents, above) || !openGap(parent->children, unsigned(i), slot))
         return false;
     put(parent->children, slot, child, above.place);
-    appendTo(child->parents, above, parent, slot);
+    appendAt(child->parents, above, parent, slot);
     return true;
 }
 
@@ -447,7 +418,7 @@ bool tbiNodeLinks::replace(tbGroup* parent, tbGroup* child, tbGroup* node, bool 
         return false;
     }
     put(parent->children, edge.inChildren, node, above.place);
-    appendTo(node->parents, above, parent, edge.inChildren);
+    appendAt(node->parents, above, parent, edge.inChildren);
     if (keepOrder)
         removeSlot(child->parents, edge.inParents);
     else

@@ -15,26 +15,6 @@ public:
         unsigned inParents;
     };
 
-    /// While it lives, the node that it was told last is known to be no child of `parent`, and attaching it searches
-    /// neither list.
-    class NewEdge
-    {
-    public:
-        explicit NewEdge(const tbGroup* parent);
-        ~NewEdge();
-        NewEdge(const NewEdge&) = delete;
-        NewEdge& operator=(const NewEdge&) = delete;
-
-        /// Null for none.
-        void set(const tbGroup* node) { child = node; }
-        static bool isKnown(const tbGroup* parent, const tbGroup* child);
-
-    private:
-        const tbGroup* parent;
-        const tbGroup* child = nullptr;
-        const NewEdge* outer;
-    };
-
     // Queries. What is searched is the shorter of the two lists.
     static bool contains(const tbGroup* parent, const tbGroup* child);
     static int indexOf(const tbGroup* parent, const tbGroup* child);
@@ -50,7 +30,10 @@ public:
     /// Fetches into the cache what append() touches of a child with many parents.
     static void prefetchAppend(const tbGroup* child);
     /// False when a list is full or memory is out; nothing has changed then.
-    static bool append(tbGroup* parent, tbGroup* child);
+    static bool append(tbGroup* parent, tbGroup* child)
+    {
+        return appendInBlocks(parent, child) || appendWithRoom(parent, child);
+    }
     /// `i` is within 0..getNumChildren().
     static bool insert(tbGroup* parent, int i, tbGroup* child);
     /// The children keep their order; the child's parents too with `keepOrder`, else the last one moves into the gap.
@@ -75,6 +58,7 @@ private:
         tbGroup** slot;
         unsigned* opposite;
         unsigned place;
+        unsigned word; // of the list as it is
     };
 
     static bool inBlock(const tbNodeList& list);
@@ -94,11 +78,47 @@ private:
     static bool reserve(tbNodeList& list, unsigned more);
     static bool openGap(tbNodeList& list, unsigned i, unsigned& slot);
     static void put(tbNodeList& list, unsigned slot, tbGroup* node, unsigned opposite);
+    static bool findTailInBlock(tbNodeList& list, unsigned word, Tail& tail);
     static bool findTail(tbNodeList& list, Tail& tail);
     static bool makeTail(tbNodeList& list, Tail& tail);
-    static void appendTo(tbNodeList& list, const Tail& tail, tbGroup* node, unsigned opposite);
+    static void appendAt(tbNodeList& list, const Tail& tail, tbGroup* node, unsigned opposite);
+    static bool appendInBlocks(tbGroup* parent, tbGroup* child);
+    static bool appendWithRoom(tbGroup* parent, tbGroup* child);
     static void setCount(tbNodeList& list, unsigned count);
     static void removeSlot(tbNodeList& list, unsigned slot);
     static void removeSlotUnordered(tbNodeList& list, unsigned slot);
     static void trimHoles(tbNodeList& list);
 };
+
+// False when there is no room.
+inline bool tbiNodeLinks::findTailInBlock(tbNodeList& list, unsigned word, Tail& tail)
+{
+    const unsigned count = word & tbNodeList::COUNT_MASK;
+    tbiNodeBlock* block = list.block;
+    const unsigned end = block->first + count + block->holes;
+    tail = {block->slots() + end, block->opposites() + end, end, word};
+    return end < block->capacity && count < tbNodeList::MAX_ENTRIES;
+}
+
+inline void tbiNodeLinks::appendAt(tbNodeList& list, const Tail& tail, tbGroup* node, unsigned opposite)
+{
+    *tail.slot = node;
+    *tail.opposite = opposite;
+    list.word.store(tail.word + 1, std::memory_order_relaxed);
+}
+
+// Where both lists are long and have room, as nearly always while many edges are made.
+inline bool tbiNodeLinks::appendInBlocks(tbGroup* parent, tbGroup* child)
+{
+    const unsigned wordBelow = parent->children.word.load(std::memory_order_relaxed);
+    const unsigned wordAbove = child->parents.word.load(std::memory_order_relaxed);
+    Tail below;
+    Tail above;
+    if ((wordBelow & wordAbove & tbNodeList::IN_BLOCK) == 0 ||
+        !findTailInBlock(parent->children, wordBelow, below) ||
+        !findTailInBlock(child->parents, wordAbove, above))
+        return false;
+    appendAt(parent->children, below, child, above.place);
+    appendAt(child->parents, above, parent, below.place);
+    return true;
+}

@@ -1,5 +1,6 @@
 #include "tbiPropagation.h"
 
+#include "tbiAttach.h"
 #include "tbiDirectCalls.h"
 #include "tbiLocalStack.h"
 #include "tbiNodeLinks.h"
@@ -24,9 +25,6 @@ using PendingSteps = tbiLocalStack<PendingStep, 8>;
 
 thread_local constinit int nested = 0;
 thread_local constinit PendingSteps* pendingSteps = nullptr;
-thread_local constinit const tbGroup* freshNode = nullptr;
-thread_local constinit const tbGroup* nodeBeingAdded = nullptr;
-thread_local constinit tbGroup* newParent = nullptr; // of nodeBeingAdded
 
 constinit std::atomic<std::uint32_t> lastStamp{0};
 
@@ -58,16 +56,6 @@ void tbiPropagation::climb(Climb step, tbGroup* parent, unsigned bits)
     pendingSteps = nullptr;
 }
 
-tbiPropagation::FreshNode::FreshNode(const tbGroup* node) : outer(freshNode)
-{
-    freshNode = node;
-}
-
-tbiPropagation::FreshNode::~FreshNode()
-{
-    freshNode = outer;
-}
-
 std::uint32_t tbiPropagation::newStamp()
 {
     std::uint32_t stamp = 0;
@@ -89,30 +77,27 @@ bool tbiPropagation::firstVisit(tbGroup* node, std::uint32_t& stamp)
     return true;
 }
 
-std::span<tbGroup* const> tbiPropagation::parentsToTell(const tbGroup* node)
+inline void tbiPropagation::tellNewEdge(tbGroup* node, tbGroup* parent)
 {
-    if (node->getNumParents() <= MANY_PARENTS || node != nodeBeingAdded)
-        return node->getParents();
-    return {&newParent, 1};
+    const NewEdge edge{node, parent};
+    const NewEdge* outer = std::exchange(newEdge, &edge);
+    node->addedTo(parent);
+    newEdge = outer;
 }
 
-void tbiPropagation::tellAdded(tbGroup* node, tbGroup* parent)
+inline void tbiPropagation::tellAdded(tbGroup* node, tbGroup* parent)
 {
     if (node->getNumParents() <= MANY_PARENTS)
-    {
         node->addedTo(parent);
-        return;
-    }
-    const tbGroup* outerNode = std::exchange(nodeBeingAdded, node);
-    tbGroup* outerParent = std::exchange(newParent, parent);
-    node->addedTo(parent);
-    nodeBeingAdded = outerNode;
-    newParent = outerParent;
+    else
+        tellNewEdge(node, parent);
 }
 
 void tbiPropagation::added(tbGroup* node, tbGroup* parent)
 {
-    if (node->getNumChildren() == 0 || node == freshNode)
+    if (tbiAttach::isFreshNode(parent, node))
+        tellNewEdge(node, parent);
+    else if (node->getNumChildren() == 0)
         tellAdded(node, parent);
     else
         addedWithAll(node, parent);

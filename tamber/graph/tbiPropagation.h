@@ -19,23 +19,13 @@ public:
     /// What tbGroup::removedFrom() does: the node's own part, then removedFrom(parent) for every node below it.
     static void removed(tbGroup* node, tbGroup* parent);
 
-    /// While it lives, an attach of `node` tells this one edge only: everything below has just been told, and
-    /// nothing has changed since.
-    class FreshNode
-    {
-    public:
-        explicit FreshNode(const tbGroup* node);
-        ~FreshNode();
-        FreshNode(const FreshNode&) = delete;
-        FreshNode& operator=(const FreshNode&) = delete;
-
-    private:
-        const tbGroup* outer;
-    };
-
     /// The parents that a node without news asks whether they carry its flags: all of them. Only a node that comes
     /// under one parent after another asks the new one alone, or many instances would take a square of their time.
-    static std::span<tbGroup* const> parentsToTell(const tbGroup* node);
+    static std::span<tbGroup* const> parentsToTell(const tbGroup* node)
+    {
+        return newEdge && newEdge->node == node ? std::span<tbGroup* const>(&newEdge->parent, 1)
+                                                : node->getParents();
+    }
 
     /// A new stamp for nodes with several parents, never 0.
     static std::uint32_t newStamp();
@@ -48,10 +38,19 @@ private:
 
     static constexpr int MANY_PARENTS = 64;
 
+    // The edge that is being told to a node that asks its new parent alone.
+    struct NewEdge
+    {
+        const tbGroup* node;
+        tbGroup* parent;
+    };
+    static inline thread_local constinit const NewEdge* newEdge = nullptr;
+
     static void climb(Climb step, tbGroup* parent, unsigned bits);
     static void raiseBelow(tbGroup* node, unsigned bits, std::uint32_t& stamp);
     static void addedWithAll(tbGroup* node, tbGroup* parent);
     static void tellAdded(tbGroup* node, tbGroup* parent);
+    static void tellNewEdge(tbGroup* node, tbGroup* parent);
 };
 
 // Keeps a node alive. A node that nobody holds belongs to the caller and is left alone.

@@ -180,7 +180,7 @@ private:
     const void* handle = nullptr;
     int dirNum = -1;
     std::uint32_t recordPlace = 0; // of the directory record that it was made from, in the file
-    unsigned int expanded = 0;     // objects below and with this one, one for each path
+    unsigned int expanded = 1;     // objects below and with this one, one for each path
     int available = 0;             // bytes in `data` that can be read
     std::int64_t counted = 0; // bytes of data or of what was made of it, that stand in the file's account
     tbFile* file;

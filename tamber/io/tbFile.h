@@ -195,6 +195,8 @@ private:
     bool readInto(tbBase* object, tbEntry* entry);
     bool beginObject(tbEntry* entry);
     bool isSceneInScene(const tbType* type) const;
+    tbBase* followAgain(int index);
+    bool hasRoomForPaths(const tbEntry* target) const;
     bool countPaths(const tbEntry* target, const tbEntry* referrer);
     tbEntry* findTarget(int index, const tbEntry* referrer);
     void* readDataRef(tbEntry* entry, const char* className, ReadDataFunc read, HoldDataFunc holdData);

@@ -98,17 +98,6 @@ bool tbFile::spendBudget(tbEntry* entry, std::int64_t packedBytes)
     return true;
 }
 
-// For what an entry's object takes beyond its data: time and memory. Lists that share bytes make many edges of few.
-bool tbFile::spendOnMade(tbEntry* entry, std::int64_t work, std::int64_t bytes)
-{
-    if (work > state->dataBudget - state->dataSpent || bytes > state->heldBudget - state->dataHeld)
-        return false;
-    state->dataSpent += work;
-    state->dataHeld += bytes;
-    entry->counted += bytes;
-    return true;
-}
-
 // For an entry of which neither data nor object is left.
 void tbFile::giveBack(tbEntry* entry)
 {

@@ -56,7 +56,37 @@ tbBase* tbFile::readObjectRef(tbEntry* entry)
     const bool nested = state->readDepth > 0 || entry->objectRecord;
     if (index < 0 || (nested && !spendOnReference(entry, index)))
         return nullptr;
-    return follow(index, entry, nested);
+    tbBase* object = nested ? followAgain(index) : nullptr;
+    return object ? object : follow(index, entry, nested);
+}
+
+// As follow() for an entry that was referred to before, where nothing is to be said or done but to count. Null for all
+// others: most references of most files lead to what many refer to.
+inline tbBase* tbFile::followAgain(int index)
+{
+    if (!entries.indexInRange(index))
+        return nullptr;
+    const tbEntry* target = entries[index];
+    if (!target->held || target->kind != tbEntry::KIND_OBJECT || target->state != tbEntry::STATE_IDLE ||
+        target->failed || target->holdsScene || !hasRoomForPaths(target))
+        return nullptr;
+    state->paths += target->expanded;
+    return objectOf(target->handle);
+}
+
+// Every reference adds a path to all that lies below its target: two references a level double the graph that a walk
+// meets, though not the file.
+inline bool tbFile::hasRoomForPaths(const tbEntry* target) const
+{
+    return target->expanded <= maxObjects && state->paths <= maxObjects - target->expanded;
+}
+
+inline bool tbFile::spendOnMade(tbEntry* entry, std::int64_t work, std::int64_t bytes)
+{
+    if (!state->spend(work, bytes))
+        return false;
+    entry->counted += bytes;
+    return true;
 }
 
 // Whether it leads anywhere or not: both take time.
@@ -71,7 +101,7 @@ bool tbFile::spendOnReference(tbEntry* referrer, int index)
 
 tbEntry* tbFile::findTarget(int index, const tbEntry* referrer)
 {
-    tbEntry* target = getEntry(index);
+    tbEntry* target = entries.indexInRange(index) ? entries[index] : nullptr;
     if (!target)
         reportReference(referrer, index, "a reference beyond the directory");
     else if (target->state != tbEntry::STATE_IDLE)
@@ -105,7 +135,8 @@ tbBase* tbFile::follow(int index, const tbEntry* referrer, bool nested)
         target->givenOut = true;
         return object;
     }
-    hold(target, nullptr);
+    if (!target->held)
+        hold(target, nullptr);
     if (!countPaths(target, referrer))
         return nullptr;
     state->sceneBelow = state->sceneBelow || target->holdsScene;
@@ -169,7 +200,7 @@ tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
         object->unRef();
         return nullptr;
     }
-    object->refCount.fetch_sub(1, std::memory_order_relaxed);
+    object->unRefNoCheck();
     return object;
 }
 
@@ -239,14 +270,11 @@ bool tbFile::beginObject(tbEntry* entry)
     return true;
 }
 
-// Every reference adds a path to all that lies below its target: two references a level double the graph that a walk
-// meets, though not the file.
 bool tbFile::countPaths(const tbEntry* target, const tbEntry* referrer)
 {
-    const unsigned int below = target->expanded > 0 ? target->expanded : 1;
-    if (below <= maxObjects && state->paths <= maxObjects - below)
+    if (hasRoomForPaths(target))
     {
-        state->paths += below;
+        state->paths += target->expanded;
         return true;
     }
     if (!std::exchange(state->pathsReported, true))
@@ -354,8 +382,7 @@ void tbFile::dropHold(tbEntry* entry)
         return;
     tbBase* object = objectOf(entry->handle);
     if (entry->givenOut)
-        object->refCount.fetch_sub(1,
-                                   std::memory_order_acq_rel); // lives on with count 0: it is the program's
+        object->unRefNoCheck(); // lives on with count 0: it is the program's
     else
         object->unRef();
 }

@@ -109,6 +109,16 @@ struct tbiFileState : tbAllocated<tbiFileState>
         heldBudget = HELD_BUDGET + HELD_FACTOR * length;
         openBudget = OPEN_BUDGET + length;
     }
+    /// For what an entry's object takes beyond its data: time and memory. Lists that share bytes make many edges of
+    /// few. False, and nothing spent, where a file of this length can make no more.
+    bool spend(std::int64_t work, std::int64_t bytes)
+    {
+        if (work > dataBudget - dataSpent || bytes > heldBudget - dataHeld)
+            return false;
+        dataSpent += work;
+        dataHeld += bytes;
+        return true;
+    }
     bool setErrorText(const char* rule)
     {
         errorText = label.empty() ? rule : label + ": " + rule;
