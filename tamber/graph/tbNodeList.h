@@ -41,6 +41,8 @@ private:
     friend class tbiNodeLinks;
 
     static constexpr unsigned COUNT_MASK = 0x3FFFFF;
+    static constexpr unsigned ROOM_ONE = 0x400000; // one entry more can be appended
+    static constexpr unsigned ROOM_MASK = 0x1FC00000;
     static constexpr unsigned IN_BLOCK = 0x80000000;
     static constexpr unsigned HAS_HOLES = 0x40000000;
 
@@ -60,21 +62,23 @@ private:
         tbGroup* single;
         tbiNodeBlock* block;
     };
-    mutable std::atomic<unsigned> word; // count, kind, IN_BLOCK, HAS_HOLES
-    unsigned opposite = 0;              // of the single entry
+    mutable std::atomic<unsigned>
+        word; // count, room at the end as far as it is known, kind, IN_BLOCK, HAS_HOLES
+    mutable unsigned tail =
+        0; // in a block the slot behind the last entry, else the single entry's opposite place
 };
 
-// Where a list's entries are when there is more than one: slots [first, first + count + holes) are in use, the
-// outer two never holes. The slots' opposite places follow the slots themselves.
-struct tbiNodeBlock
+// Where a list's entries are when there is more than one: the slots from `first` up to the list's end are in use, the
+// outer two never holes. The slots' opposite places lie before the block, the first one nearest, so that an append
+// does not have to know how long the block is.
+struct alignas(tbGroup*) tbiNodeBlock
 {
     unsigned capacity;
     unsigned first;
-    unsigned holes;
     unsigned hint; // slot at which the last search for travel flags ended
 
     tbGroup** slots() { return reinterpret_cast<tbGroup**>(this + 1); }
-    unsigned* opposites() { return reinterpret_cast<unsigned*>(slots() + capacity); }
+    unsigned& opposite(unsigned slot) { return *(reinterpret_cast<unsigned*>(this) - 1 - slot); }
 };
 
 inline tbGroup* const* tbNodeList::blockEntries() const

@@ -3,9 +3,9 @@
 #include <tamber/thread/tbiSpinMutex.h>
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <mutex>
+#include <new>
 
 namespace
 {
@@ -15,9 +15,11 @@ constexpr unsigned NO_SLOT = 0xFFFFFFFF;
 // Readers close holes under this one lock: closing moves entries, and each move is told to another node's list.
 constinit tbiSpinMutex holesMutex;
 
-std::size_t blockSize(unsigned capacity)
+// Of the opposite places before a block.
+std::size_t placesSize(unsigned capacity)
 {
-    return sizeof(tbiNodeBlock) + std::size_t(capacity) * (sizeof(tbGroup*) + sizeof(unsigned));
+    const std::size_t size = std::size_t(capacity) * sizeof(unsigned);
+    return (size + alignof(tbiNodeBlock) - 1) / alignof(tbiNodeBlock) * alignof(tbiNodeBlock);
 }
 
 } // namespace
@@ -52,10 +54,9 @@ unsigned tbiNodeLinks::firstOf(const tbNodeList& list)
     return inBlock(list) ? list.block->first : 0;
 }
 
-unsigned tbiNodeLinks::endOf(const tbNodeList& list)
+inline unsigned tbiNodeLinks::endOf(const tbNodeList& list)
 {
-    const unsigned count = countOf(list);
-    return inBlock(list) ? list.block->first + count + list.block->holes : count;
+    return inBlock(list) ? list.tail : countOf(list);
 }
 
 unsigned tbiNodeLinks::findSlot(const tbNodeList& list, const tbGroup* node)
@@ -76,24 +77,30 @@ inline tbNodeList& tbiNodeLinks::oppositeList(const tbNodeList& list, tbGroup* e
 
 inline unsigned& tbiNodeLinks::oppositeOf(const tbNodeList& list, unsigned slot)
 {
-    return inBlock(list) ? list.block->opposites()[slot] : const_cast<unsigned&>(list.opposite);
+    return inBlock(list) ? list.block->opposite(slot) : list.tail;
 }
 
 // Tells the node at the other end, too.
 inline void tbiNodeLinks::moveEntry(const tbNodeList& list, unsigned from, unsigned to)
 {
-    tbGroup** slots = list.block->slots();
-    unsigned* opposites = list.block->opposites();
-    slots[to] = slots[from];
-    opposites[to] = opposites[from];
-    if (slots[to])
-        oppositeOf(oppositeList(list, slots[to]), opposites[to]) = to;
+    tbiNodeBlock* block = list.block;
+    tbGroup* node = block->slots()[to] = block->slots()[from];
+    const unsigned opposite = block->opposite(to) = block->opposite(from);
+    if (node)
+        oppositeOf(oppositeList(list, node), opposite) = to;
 }
 
-inline void tbiNodeLinks::setCount(tbNodeList& list, unsigned count)
+// Of a list in a block. What lies between its ends and is no entry is a hole.
+inline void tbiNodeLinks::setExtent(const tbNodeList& list, unsigned count, unsigned end)
 {
-    const unsigned word = list.word.load(std::memory_order_relaxed);
-    list.word.store((word & ~tbNodeList::COUNT_MASK) | count, std::memory_order_relaxed);
+    const tbiNodeBlock* block = list.block;
+    const unsigned room =
+        count < tbNodeList::MAX_ENTRIES - MOST_ROOM ? std::min(block->capacity - end, MOST_ROOM) : 0;
+    const unsigned holes = end - block->first > count ? tbNodeList::HAS_HOLES : 0;
+    const unsigned kind = list.word.load(std::memory_order_relaxed) & tbNodeList::PARENTS;
+    list.tail = end;
+    list.word.store(kind | tbNodeList::IN_BLOCK | holes | room * tbNodeList::ROOM_ONE | count,
+                    std::memory_order_release);
 }
 
 // Closes all holes and lets the entries begin at `newFirst`, which is not behind the present first slot.
@@ -101,9 +108,8 @@ void tbiNodeLinks::compact(const tbNodeList& list, unsigned newFirst)
 {
     tbiNodeBlock* block = list.block;
     tbGroup** slots = block->slots();
-    const unsigned end = endOf(list);
     unsigned to = newFirst;
-    for (unsigned from = block->first; from < end; ++from)
+    for (unsigned from = block->first; from < list.tail; ++from)
     {
         if (!slots[from])
             continue;
@@ -112,9 +118,8 @@ void tbiNodeLinks::compact(const tbNodeList& list, unsigned newFirst)
         ++to;
     }
     block->first = newFirst;
-    block->holes = 0;
     block->hint = newFirst;
-    list.word.fetch_and(~tbNodeList::HAS_HOLES, std::memory_order_release);
+    setExtent(list, to - newFirst, to);
 }
 
 void tbiNodeLinks::closeHoles(const tbNodeList& list)
@@ -124,36 +129,51 @@ void tbiNodeLinks::closeHoles(const tbNodeList& list)
         compact(list, list.block->first);
 }
 
+tbiNodeBlock* tbiNodeLinks::makeBlock(unsigned capacity)
+{
+    const std::size_t before = placesSize(capacity);
+    auto* start = static_cast<char*>(
+        tbMemory::malloc(before + sizeof(tbiNodeBlock) + std::size_t(capacity) * sizeof(tbGroup*)));
+    return start ? new (start + before) tbiNodeBlock{capacity, 0, 0} : nullptr;
+}
+
+void tbiNodeLinks::freeBlock(tbiNodeBlock* block)
+{
+    if (block)
+        tbMemory::free(reinterpret_cast<char*>(block) - placesSize(block->capacity));
+}
+
 void tbiNodeLinks::destroy(tbNodeList& list)
 {
     if (inBlock(list))
-        tbMemory::free(list.block);
+        freeBlock(list.block);
 }
 
 // Moves the entries to a new block with so many free slots at its ends. Slots keep their numbers unless there is to
 // be room at the front.
 bool tbiNodeLinks::makeRoom(tbNodeList& list, unsigned atFront, unsigned atEnd)
 {
+    const unsigned count = countOf(list);
     const unsigned end = endOf(list);
-    const unsigned capacity = std::max(FIRST_CAPACITY, end + atFront + atEnd);
-    auto* block = static_cast<tbiNodeBlock*>(tbMemory::malloc(blockSize(capacity)));
+    tbiNodeBlock* block = makeBlock(std::max(FIRST_CAPACITY, end + atFront + atEnd));
     if (!block)
         return false;
-    const bool hadBlock = inBlock(list);
-    tbiNodeBlock* old = hadBlock ? list.block : nullptr;
-    *block = {capacity, firstOf(list), old ? old->holes : 0, firstOf(list)};
-    std::memcpy(static_cast<void*>(block->slots()), slotsOf(list), std::size_t(end) * sizeof(tbGroup*));
+    block->first = block->hint = firstOf(list);
     if (end > 0)
-        std::memcpy(block->opposites(), &oppositeOf(list, 0), std::size_t(end) * sizeof(unsigned));
+    {
+        std::memcpy(static_cast<void*>(block->slots()), slotsOf(list), std::size_t(end) * sizeof(tbGroup*));
+        std::memcpy(&block->opposite(end - 1), &oppositeOf(list, end - 1),
+                    std::size_t(end) * sizeof(unsigned));
+    }
+    freeBlock(inBlock(list) ? list.block : nullptr);
     list.block = block;
-    list.word.fetch_or(tbNodeList::IN_BLOCK, std::memory_order_relaxed);
-    tbMemory::free(old);
     if (atFront > 0)
     {
         for (unsigned slot = end; slot > block->first; --slot)
             moveEntry(list, slot - 1, slot - 1 + atFront);
         block->first += atFront;
     }
+    setExtent(list, count, end + atFront);
     return true;
 }
 
@@ -203,20 +223,16 @@ inline void tbiNodeLinks::put(tbNodeList& list, unsigned slot, tbGroup* node, un
     oppositeOf(list, slot) = opposite;
 }
 
-// False when there is no room.
-bool tbiNodeLinks::findTail(tbNodeList& list, Tail& tail)
+// Where there is room.
+inline void tbiNodeLinks::appendTo(tbNodeList& list, tbGroup* node, unsigned opposite)
 {
-    const unsigned word = list.word.load(std::memory_order_relaxed);
-    if ((word & tbNodeList::IN_BLOCK) != 0)
-        return findTailInBlock(list, word, tail);
-    tail = {&list.single, &list.opposite, 0, word};
-    return (word & tbNodeList::COUNT_MASK) == 0;
-}
-
-// Makes room when there is none. False when the list is full or memory is out.
-bool tbiNodeLinks::makeTail(tbNodeList& list, Tail& tail)
-{
-    return findTail(list, tail) || (reserve(list) && findTail(list, tail));
+    const unsigned count = countOf(list);
+    const unsigned end = endOf(list);
+    put(list, end, node, opposite);
+    if (inBlock(list))
+        setExtent(list, count + 1, end + 1);
+    else
+        list.word.fetch_add(1, std::memory_order_relaxed);
 }
 
 // Frees the slot of position `i` for a new entry and counts it.
@@ -236,74 +252,60 @@ bool tbiNodeLinks::openGap(tbNodeList& list, unsigned i, unsigned& slot)
         slot = block->first + i;
         for (unsigned to = block->first; to < slot; ++to)
             moveEntry(list, to + 1, to);
+        setExtent(list, count + 1, list.tail);
     }
     else
     {
-        slot = firstOf(list) + i;
-        for (unsigned to = endOf(list); to > slot; --to)
+        slot = list.block->first + i;
+        for (unsigned to = list.tail; to > slot; --to)
             moveEntry(list, to - 1, to);
+        setExtent(list, count + 1, list.tail + 1);
     }
-    setCount(list, count + 1);
     return true;
 }
 
 // The outer slots of a list are never holes.
-void tbiNodeLinks::trimHoles(tbNodeList& list)
+void tbiNodeLinks::trimHoles(tbNodeList& list, unsigned count, unsigned end)
 {
     tbiNodeBlock* block = list.block;
     tbGroup** slots = block->slots();
-    const unsigned count = countOf(list);
-    while (block->holes > 0 && !slots[block->first])
-    {
+    while (end - block->first > count && !slots[block->first])
         ++block->first;
-        --block->holes;
-    }
-    while (block->holes > 0 && !slots[block->first + count + block->holes - 1])
-        --block->holes;
-    if (block->holes == 0)
-        list.word.fetch_and(~tbNodeList::HAS_HOLES, std::memory_order_relaxed);
+    while (end - block->first > count && !slots[end - 1])
+        --end;
+    setExtent(list, count, end);
 }
 
 void tbiNodeLinks::removeSlot(tbNodeList& list, unsigned slot)
 {
     const unsigned count = countOf(list) - 1;
-    if (!inBlock(list))
-    {
-        list.single = nullptr;
-        setCount(list, 0);
-        return;
-    }
-    tbiNodeBlock* block = list.block;
     if (count == 0)
     {
-        tbMemory::free(block);
+        destroy(list);
         list.single = nullptr;
         list.word.fetch_and(tbNodeList::PARENTS, std::memory_order_relaxed);
         return;
     }
-    const unsigned last = endOf(list) - 1;
+    tbiNodeBlock* block = list.block;
+    const unsigned end = list.tail;
     if (slot - block->first < NEAR_END)
     {
         for (unsigned to = slot; to > block->first; --to)
             moveEntry(list, to - 1, to);
         ++block->first;
-        setCount(list, count);
-        trimHoles(list);
+        trimHoles(list, count, end);
     }
-    else if (last - slot < NEAR_END)
+    else if (end - slot <= NEAR_END)
     {
-        for (unsigned to = slot; to < last; ++to)
+        for (unsigned to = slot; to < end - 1; ++to)
             moveEntry(list, to + 1, to);
-        setCount(list, count);
-        trimHoles(list);
+        trimHoles(list, count, end - 1);
     }
     else
     {
         block->slots()[slot] = nullptr;
-        ++block->holes;
-        setCount(list, count);
-        list.word.fetch_or(tbNodeList::HAS_HOLES, std::memory_order_relaxed);
-        if (block->holes > count)
+        setExtent(list, count, end);
+        if (end - block->first > 2 * count)
             compact(list, block->first);
     }
 }
@@ -357,29 +359,22 @@ int tbiNodeLinks::indexOf(const tbGroup* parent, const tbGroup* child)
     return int(oppositeOf(child->parents, slot) - firstOf(parent->children));
 }
 
-// Without a look at the block, which may not be at hand itself: lists that grew by appending are powers of two long.
 void tbiNodeLinks::prefetchAppend(const tbGroup* child)
 {
     const tbNodeList& list = child->parents;
-    const unsigned count = countOf(list);
     if (!inBlock(list))
         return;
-    const char* block = reinterpret_cast<const char*>(list.block);
-    const char* slots = block + sizeof(tbiNodeBlock);
-    const char* opposites = slots + std::bit_ceil(count + 1) * sizeof(tbGroup*);
-    __builtin_prefetch(block);
-    __builtin_prefetch(slots + count * sizeof(tbGroup*));
-    __builtin_prefetch(opposites + count * sizeof(unsigned));
+    __builtin_prefetch(list.block->slots() + list.tail);
+    __builtin_prefetch(&list.block->opposite(list.tail));
 }
 
-bool tbiNodeLinks::appendWithRoom(tbGroup* parent, tbGroup* child)
+bool tbiNodeLinks::appendAnywhere(tbGroup* parent, tbGroup* child)
 {
-    Tail below;
-    Tail above;
-    if (!makeTail(parent->children, below) || !makeTail(child->parents, above))
+    if (!reserve(parent->children) || !reserve(child->parents))
         return false;
-    appendAt(parent->children, below, child, above.place);
-    appendAt(child->parents, above, parent, below.place);
+    const unsigned slotBelow = endOf(parent->children);
+    appendTo(parent->children, child, endOf(child->parents));
+    appendTo(child->parents, parent, slotBelow);
     return true;
 }
 
@@ -387,12 +382,11 @@ bool tbiNodeLinks::insert(tbGroup* parent, int i, tbGroup* child)
 {
     if (i == parent->getNumChildren())
         return append(parent, child);
-    Tail above;
     unsigned slot = 0;
-    if (!makeTail(child->parents, above) || !openGap(parent->children, unsigned(i), slot))
+    if (!reserve(child->parents) || !openGap(parent->children, unsigned(i), slot))
         return false;
-    put(parent->children, slot, child, above.place);
-    appendAt(child->parents, above, parent, slot);
+    put(parent->children, slot, child, endOf(child->parents));
+    appendTo(child->parents, parent, slot);
     return true;
 }
 
@@ -411,14 +405,13 @@ bool tbiNodeLinks::replace(tbGroup* parent, tbGroup* child, tbGroup* node, bool 
     if (!find(parent, child, edge))
         return false;
     Edge present;
-    Tail above;
-    if (node == parent || find(parent, node, present) || !makeTail(node->parents, above))
+    if (node == parent || find(parent, node, present) || !reserve(node->parents))
     {
         remove(parent, child, edge, keepOrder);
         return false;
     }
-    put(parent->children, edge.inChildren, node, above.place);
-    appendAt(node->parents, above, parent, edge.inChildren);
+    put(parent->children, edge.inChildren, node, endOf(node->parents));
+    appendTo(node->parents, parent, edge.inChildren);
     if (keepOrder)
         removeSlot(child->parents, edge.inParents);
     else

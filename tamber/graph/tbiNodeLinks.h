@@ -32,7 +32,7 @@ public:
     /// False when a list is full or memory is out; nothing has changed then.
     static bool append(tbGroup* parent, tbGroup* child)
     {
-        return appendInBlocks(parent, child) || appendWithRoom(parent, child);
+        return appendInBlocks(parent, child) || appendAnywhere(parent, child);
     }
     /// `i` is within 0..getNumChildren().
     static bool insert(tbGroup* parent, int i, tbGroup* child);
@@ -51,15 +51,7 @@ private:
     static constexpr unsigned NEAR_END =
         16; // removals this close to an end shift entries, others leave a hole
     static constexpr unsigned FIRST_CAPACITY = 4;
-
-    // Where the next entry of a list goes.
-    struct Tail
-    {
-        tbGroup** slot;
-        unsigned* opposite;
-        unsigned place;
-        unsigned word; // of the list as it is
-    };
+    static constexpr unsigned MOST_ROOM = tbNodeList::ROOM_MASK / tbNodeList::ROOM_ONE;
 
     static bool inBlock(const tbNodeList& list);
     static unsigned countOf(const tbNodeList& list);
@@ -72,53 +64,44 @@ private:
     static unsigned& oppositeOf(const tbNodeList& list, unsigned slot);
     static void moveEntry(const tbNodeList& list, unsigned from, unsigned to);
 
+    static tbiNodeBlock* makeBlock(unsigned capacity);
+    static void freeBlock(tbiNodeBlock* block);
     static bool makeRoom(tbNodeList& list, unsigned atFront, unsigned atEnd);
     static void compact(const tbNodeList& list, unsigned newFirst);
     static bool reserve(tbNodeList& list);
     static bool reserve(tbNodeList& list, unsigned more);
     static bool openGap(tbNodeList& list, unsigned i, unsigned& slot);
     static void put(tbNodeList& list, unsigned slot, tbGroup* node, unsigned opposite);
-    static bool findTailInBlock(tbNodeList& list, unsigned word, Tail& tail);
-    static bool findTail(tbNodeList& list, Tail& tail);
-    static bool makeTail(tbNodeList& list, Tail& tail);
-    static void appendAt(tbNodeList& list, const Tail& tail, tbGroup* node, unsigned opposite);
+    static void setExtent(const tbNodeList& list, unsigned count, unsigned end);
     static bool appendInBlocks(tbGroup* parent, tbGroup* child);
-    static bool appendWithRoom(tbGroup* parent, tbGroup* child);
-    static void setCount(tbNodeList& list, unsigned count);
+    static bool appendAnywhere(tbGroup* parent, tbGroup* child);
+    static void putLast(tbNodeList& list, unsigned word, tbGroup* node, unsigned opposite);
+    static void appendTo(tbNodeList& list, tbGroup* node, unsigned opposite);
     static void removeSlot(tbNodeList& list, unsigned slot);
     static void removeSlotUnordered(tbNodeList& list, unsigned slot);
-    static void trimHoles(tbNodeList& list);
+    static void trimHoles(tbNodeList& list, unsigned count, unsigned end);
 };
 
-// False when there is no room.
-inline bool tbiNodeLinks::findTailInBlock(tbNodeList& list, unsigned word, Tail& tail)
+inline void tbiNodeLinks::putLast(tbNodeList& list, unsigned word, tbGroup* node, unsigned opposite)
 {
-    const unsigned count = word & tbNodeList::COUNT_MASK;
-    tbiNodeBlock* block = list.block;
-    const unsigned end = block->first + count + block->holes;
-    tail = {block->slots() + end, block->opposites() + end, end, word};
-    return end < block->capacity && count < tbNodeList::MAX_ENTRIES;
+    const unsigned slot = list.tail;
+    list.block->slots()[slot] = node;
+    list.block->opposite(slot) = opposite;
+    list.tail = slot + 1;
+    list.word.store(word + 1 - tbNodeList::ROOM_ONE, std::memory_order_relaxed);
 }
 
-inline void tbiNodeLinks::appendAt(tbNodeList& list, const Tail& tail, tbGroup* node, unsigned opposite)
-{
-    *tail.slot = node;
-    *tail.opposite = opposite;
-    list.word.store(tail.word + 1, std::memory_order_relaxed);
-}
-
-// Where both lists are long and have room, as nearly always while many edges are made.
+// Where both lists are known to have room, as nearly always while many edges are made.
 inline bool tbiNodeLinks::appendInBlocks(tbGroup* parent, tbGroup* child)
 {
-    const unsigned wordBelow = parent->children.word.load(std::memory_order_relaxed);
-    const unsigned wordAbove = child->parents.word.load(std::memory_order_relaxed);
-    Tail below;
-    Tail above;
-    if ((wordBelow & wordAbove & tbNodeList::IN_BLOCK) == 0 ||
-        !findTailInBlock(parent->children, wordBelow, below) ||
-        !findTailInBlock(child->parents, wordAbove, above))
+    tbNodeList& below = parent->children;
+    tbNodeList& above = child->parents;
+    const unsigned wordBelow = below.word.load(std::memory_order_relaxed);
+    const unsigned wordAbove = above.word.load(std::memory_order_relaxed);
+    if ((wordBelow & tbNodeList::ROOM_MASK) == 0 || (wordAbove & tbNodeList::ROOM_MASK) == 0)
         return false;
-    appendAt(parent->children, below, child, above.place);
-    appendAt(child->parents, above, parent, below.place);
+    const unsigned slotBelow = below.tail;
+    putLast(below, wordBelow, child, above.tail);
+    putLast(above, wordAbove, parent, slotBelow);
     return true;
 }
