@@ -92,6 +92,7 @@ EXIT_CODE importFile(const char* name)
 
 int main(int argc, char** argv)
 {
+    beginChild();
     if (argc < FIRST_PATH)
         return REFUSED;           // without a report: nobody has ordered anything
     while (std::getchar() != EOF) // the limits hold when the input ends

@@ -218,3 +218,8 @@ tbBase* tbImportIsolated(const char* name, const tbImportLimits& limits)
             return root;
         });
 }
+
+void tbiImportOrder::beginChild() noexcept
+{
+    tbiEndQuietly();
+}

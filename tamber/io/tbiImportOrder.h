@@ -1,5 +1,7 @@
 #pragma once
 
+#include <tamber/platform/tbPlatform.h>
+
 // What tbImportIsolated() and its child process agree on.
 //
 // The child's arguments are, in this order: the directory for what it hands over, the loader's module, the search
@@ -35,5 +37,8 @@ enum EXIT_CODE : int
     REFUSED = 20,      // the report says why
     MEMORY_IS_OUT = 21 // the limit, or what the system has
 };
+
+/// What the child calls first: no fault of it shows a window that asks somebody what to do.
+TB_API void beginChild() noexcept;
 
 } // namespace tbiImportOrder

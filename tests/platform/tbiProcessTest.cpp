@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+
 namespace
 {
 
@@ -60,6 +63,25 @@ TEST(Process, EndsAreToldApart)
     EXPECT_EQ(crash.text, "signal 6");
 #endif
     EXPECT_EQ(crash.how, tbiProcessEnd::STOPPED);
+}
+
+TEST(Process, SeveralAtOnceDoNotDisturbEachOther)
+{
+    std::vector<std::thread> threads;
+    std::atomic<int> right = 0;
+    for (int i = 0; i < 6; ++i)
+        threads.emplace_back(
+            [i, &right]
+            {
+                const bool crashes = i % 2 != 0;
+                const tbiProcessEnd end =
+                    tbiRunProcess(crashes ? order({"exception", "0"}) : order({"exit", std::to_string(i)}));
+                right += end.how == (crashes ? tbiProcessEnd::STOPPED : tbiProcessEnd::EXITED) &&
+                         (crashes || end.code == unsigned(i));
+            });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(right, 6);
 }
 
 TEST(Process, PrivateDirectoriesAreOnesOwn)

@@ -236,6 +236,8 @@ tbiProcessEnd tbiRunProcess(const tbiProcessOrder& order)
     return end;
 }
 
+void tbiEndQuietly() noexcept {} // nobody is ever asked
+
 bool tbiLimitsMemory()
 {
     return LIMITS_MEMORY;

@@ -224,15 +224,14 @@ tbiProcessEnd tbiRunProcess(const tbiProcessOrder& order)
     }
     std::wstring line = commandLine(order);
     PROCESS_INFORMATION started = {};
-    const UINT mode = SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX); // the child has it too
     const BOOL created = CreateProcessW(wide(order.program).c_str(), line.data(), nullptr, nullptr, TRUE,
                                         CREATE_SUSPENDED | CREATE_NO_WINDOW | EXTENDED_STARTUPINFO_PRESENT,
                                         nullptr, nullptr, settings.get(), &started);
     if (!created)
+    {
         end.text = errorText("the program cannot be started");
-    SetErrorMode(mode);
-    if (!created)
         return end;
+    }
     const Handle process(started.hProcess);
     const Handle thread(started.hThread);
     if (!AssignProcessToJobObject(job, process))
@@ -246,6 +245,12 @@ tbiProcessEnd tbiRunProcess(const tbiProcessOrder& order)
     end.seconds = secondsSince(start);
     describeEnd(end, process, order);
     return end;
+}
+
+// The mode is the process's own: the parent's, which its children begin with, is not touched.
+void tbiEndQuietly() noexcept
+{
+    SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
 }
 
 bool tbiLimitsMemory()
