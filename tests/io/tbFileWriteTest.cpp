@@ -222,6 +222,28 @@ TEST_F(FileWrite, DamagedEntryKeepsTheOldFile)
     EXPECT_EQ(directory.count(), 1);
 }
 
+// Entries may lie on the same bytes while nothing but the directory is read; a file of their own they cannot share.
+TEST_F(FileWrite, LongerThanTwoGigabytesIsRefusedBeforeAnythingIsTouched)
+{
+    constexpr int LONG = 1 << 30;
+    FileBuilder builder;
+    for (const int size : {LONG, LONG})
+    {
+        builder.add("tbOne", "");
+        builder.entries.back().offset = 1024;
+        builder.entries.back().size = std::uint32_t(size);
+    }
+    tbtest::writeAll(path, builder.build());
+    std::filesystem::resize_file(path, std::uintmax_t(LONG) + 1024);
+    ASSERT_TRUE(file.open(path.c_str(), "rw")) << file.getErrorText();
+    EXPECT_FALSE(file.write());
+    EXPECT_EQ(file.getLastError(), tbFile::FILE_WRITE_ERROR);
+    EXPECT_NE(std::string(file.getErrorText()).find("2 GiB"), std::string::npos) << file.getErrorText();
+    EXPECT_EQ(directory.count(), 1);
+    EXPECT_EQ(std::filesystem::file_size(path), std::uintmax_t(LONG) + 1024);
+    file.close();
+}
+
 TEST_F(FileWrite, PartlyRewrittenEntryBeginsAnew)
 {
     FileBuilder builder;
