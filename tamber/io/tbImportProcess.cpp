@@ -221,5 +221,5 @@ tbBase* tbImportIsolated(const char* name, const tbImportLimits& limits)
 
 void tbiImportOrder::beginChild() noexcept
 {
-    tbiEndQuietly();
+    tbiBeginChild();
 }

@@ -38,7 +38,7 @@ enum EXIT_CODE : int
     MEMORY_IS_OUT = 21 // the limit, or what the system has
 };
 
-/// What the child calls first: no fault of it shows a window that asks somebody what to do.
+/// What the child calls first: it ends with its parent, and no fault of it shows a window.
 TB_API void beginChild() noexcept;
 
 } // namespace tbiImportOrder

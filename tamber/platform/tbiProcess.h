@@ -38,8 +38,9 @@ struct tbiProcessEnd
 /// Runs the program to its end. It is gone when this returns, whatever came of it. Safe in programs with threads.
 tbiProcessEnd tbiRunProcess(const tbiProcessOrder& order);
 
-/// For a child: whatever it does wrong from now on ends it at once, and no window asks anybody what to do.
-void tbiEndQuietly() noexcept;
+/// For a child, first of all: it ends with its parent, and whatever it does wrong ends it at once, without a window that
+/// asks somebody what to do.
+void tbiBeginChild() noexcept;
 
 /// False where the memory of a process cannot be limited: under a sanitizer, which reserves more than there is.
 bool tbiLimitsMemory();

@@ -16,6 +16,7 @@
 #include <filesystem>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -236,7 +237,11 @@ tbiProcessEnd tbiRunProcess(const tbiProcessOrder& order)
     return end;
 }
 
-void tbiEndQuietly() noexcept {} // nobody is ever asked
+// The parent's thread that started the child waits for it, so it goes with the parent only.
+void tbiBeginChild() noexcept
+{
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+}
 
 bool tbiLimitsMemory()
 {

@@ -247,8 +247,9 @@ tbiProcessEnd tbiRunProcess(const tbiProcessOrder& order)
     return end;
 }
 
-// The mode is the process's own: the parent's, which its children begin with, is not touched.
-void tbiEndQuietly() noexcept
+// The mode is the process's own: the parent's, which its children begin with, is not touched. The parent's job ends the
+// child with it.
+void tbiBeginChild() noexcept
 {
     SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
 }
