@@ -52,7 +52,8 @@ function(tamber_test_folder folder name)
   set(${folder} "${path}" PARENT_SCOPE)
 endfunction()
 
-# tamber_add_test(<target> [NAME name] [ARGS ...]): runs a program, which ends with 0.
+# tamber_add_test(<target> [NAME name] [ARGS ...]): runs a program, which ends with 0. Such programs begin before the
+# cases: some take much longer than any case, and would otherwise be waited for at the end.
 function(tamber_add_test target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "NAME" "ARGS")
   if(NOT arg_NAME)
@@ -61,13 +62,17 @@ function(tamber_add_test target)
   if(TAMBER_RUN_TESTS)
     tamber_test_folder(folder ${arg_NAME})
     add_test(NAME ${arg_NAME} COMMAND ${target} ${arg_ARGS} WORKING_DIRECTORY "${folder}")
-    set_tests_properties(${arg_NAME} PROPERTIES ${TAMBER_TEST_PROPERTIES})
+    set_tests_properties(${arg_NAME} PROPERTIES ${TAMBER_TEST_PROPERTIES} COST 100)
   endif()
 endfunction()
 
 # tamber_add_cases(<target>): runs every case of a GoogleTest program in a process of its own, so that none sees the
 # classes, plug-ins and threads of another.
 function(tamber_add_cases target)
+  tamber_precompile(${target} tamber_test_headers LIBRARIES gtest
+                    HEADERS <gtest/gtest.h> <algorithm> <array> <atomic> <chrono> <cmath> <cstdint> <cstdio> <cstdlib>
+                            <cstring> <filesystem> <fstream> <functional> <limits> <map> <memory> <random> <set>
+                            <sstream> <string> <string_view> <thread> <vector>)
   if(TAMBER_RUN_TESTS)
     tamber_test_folder(folder ${target})
     gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120 NO_PRETTY_VALUES
