@@ -3,9 +3,10 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <string>
 #include <system_error>
+#include <utility>
 
 namespace tbtest
 {
@@ -48,7 +49,9 @@ private:
 inline std::string readAll(const std::string& path)
 {
     std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    return std::move(bytes).str();
 }
 
 inline void writeAll(const std::string& path, const std::string& bytes)
