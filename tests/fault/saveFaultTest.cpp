@@ -12,6 +12,7 @@
 
 #include <cstdlib>
 #include <functional>
+#include <iterator>
 #include <sys/stat.h>
 
 using tbtest::FileFaults;
