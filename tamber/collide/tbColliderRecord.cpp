@@ -4,6 +4,8 @@
 #include <tamber/io/tbEntry.h>
 #include <tamber/trav/tbTravTrait.h>
 
+#include <algorithm>
+
 tbEntry* tbCollider::write(tbFile* file, tbEntry* entry) const
 {
     entry = tbBase::write(file, entry);
@@ -28,6 +30,7 @@ tbEntry* tbCollider::write(tbFile* file, tbEntry* entry) const
 tbEntry* tbCollider::read(tbFile* file, tbEntry* entry)
 {
     constexpr int RAY_SIZE = 7 * int(sizeof(float));
+    constexpr int RAY_MEMORY = 416; // three rays, a hit and their places in lists
     entry = tbBase::read(file, entry);
     if (!entry)
         return nullptr;
@@ -41,6 +44,8 @@ tbEntry* tbCollider::read(tbFile* file, tbEntry* entry)
     volumeHitMode = VOLUME_HIT_MODE(entry->readInt());
     const int numRays = entry->readCount(RAY_SIZE);
     removeAllRays();
+    if (!entry->checkMemory(std::int64_t{RAY_MEMORY} * std::min(numRays, MAX_RAYS)))
+        return nullptr;
     for (int i = 0; i < numRays; ++i)
     {
         tbRay ray;

@@ -59,6 +59,9 @@ public:
     int readCount(int itemSize);
     /// True when `count` items of `itemSize` bytes remain at multiples of `alignment`; otherwise fails the entry.
     bool checkItems(int count, int itemSize, int alignment = 1);
+    /// True when a file of this length may make something of the entry that takes `bytes` beyond those that it is
+    /// made of; otherwise fails the entry. For whatever takes several times as much.
+    bool checkMemory(std::int64_t bytes);
     /// Marks the entry as failed: the file records FILE_READ_ERROR and reports file, entry, tag, byte offset and
     /// `rule`, the rule that the data breaks. Only the first call for an entry counts.
     void fail(const char* rule);

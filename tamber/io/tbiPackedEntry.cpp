@@ -4,6 +4,8 @@
 #include <tamber/io/tbiFileLayout.h>
 #include <tamber/io/tbiUnpacker.h>
 
+#include <limits>
+
 unsigned char* tbEntry::unpackAll() const
 {
     auto* bytes = static_cast<unsigned char*>(tbMemory::malloc(std::size_t(dataSize)));
@@ -34,9 +36,12 @@ Word tbEntry::takeBeyond(Word marker, std::int64_t place)
 {
     if (!unpacker || place + std::int64_t(sizeof(Word)) > dataSize)
         return marker;
+    cursor = int(place) + int(sizeof(Word));
+    unsigned char byte;
+    if (unpacker->passSame(int(place), int(sizeof(Word)), byte))
+        return Word(byte * Word(std::numeric_limits<Word>::max() / 0xFF));
     unsigned char bytes[sizeof(Word)];
     unpacker->read(int(place), bytes, int(sizeof(Word)));
-    cursor = int(place) + int(sizeof(Word));
     return tbiFileLayout::load<Word>(bytes, byteSwapped);
 }
 

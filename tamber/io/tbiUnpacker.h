@@ -16,6 +16,18 @@ public:
     /// Copies `number` bytes that stand at `place`. What lies behind the last pair is zero.
     void read(int place, void* bytes, int number);
 
+    /// Passes over the `number` bytes at `place` when they are next and all of one run, which goes on behind them, and
+    /// gives their value. False, and nothing done, for all others.
+    bool passSame(int place, int number, unsigned char& byte)
+    {
+        if (place != position || number >= left)
+            return false;
+        position += number;
+        left -= number;
+        byte = value;
+        return true;
+    }
+
 private:
     void takeRun();
     void skipTo(int place);

@@ -177,6 +177,13 @@ public:
             entry.add(Kind::ITERATOR_ITEM, *current, std::to_string(value) + " of " + std::to_string(number));
     }
 
+    void checkCollider()
+    {
+        constexpr std::uint32_t MOST_RAYS = 32;
+        if (const Field* rays = record.find("rays"))
+            entry.facts.numRays = std::uint8_t(std::min(rays->count, MOST_RAYS));
+    }
+
     void checkSphereFence()
     {
         if (const Field* radius = record.find("radius"))
@@ -382,6 +389,7 @@ constexpr ClassRule RULES[] = {
     {"tbPathAction", &ClassCheck::checkPathAction},
     {"tbKeyFrameAction", &ClassCheck::checkKeyFrameAction},
     {"tbVertexArray", &ClassCheck::checkVertexArray},
+    {"tbCollider", &ClassCheck::checkCollider},
     {"tbPlugIns", &ClassCheck::checkPlugIns},
 };
 

@@ -13,7 +13,9 @@ constexpr std::size_t MOST_DEPTH = 1024;
 constexpr std::uint64_t MOST_PATHS = std::uint64_t{1} << 24;
 constexpr std::uint64_t REFERENCE_WORK = 320; // bytes that could be read instead
 constexpr std::uint64_t REFERENCE_COST = 64;  // bytes that count for an edge, as it is held at both ends
-constexpr std::uint64_t SCENE_COST = 6144;
+constexpr std::uint64_t OBJECT_COST = 1344;   // bytes that count for any object
+constexpr std::uint64_t SCENE_COST = 6144;    // and for what a scene takes beyond that
+constexpr std::uint64_t RAY_COST = 416;       // and for each ray of a collider
 constexpr std::uint16_t HAS_GEOMETRY = 0x0200;
 constexpr std::uint16_t HAS_EMITTER = 0x0400;
 
@@ -124,12 +126,22 @@ private:
             reportSceneInside(entry);
         if (isOf(info, scene))
             spend(entry, SCENE_COST, SCENE_COST, "with what scenes take");
+        if (info && state.facts[place].readable)
+            spend(entry, 0, OBJECT_COST + RAY_COST * state.facts[place].numRays, "with what objects take");
+        if (state.facts[place].readable && !state.image.beginReading(entry))
+            reportBudget(entry, "with what is read inside of each other");
         steps.push_back({entry});
     }
 
     void spend(int entry, std::uint64_t work, std::uint64_t bytes, const char* what)
     {
-        if (!state.image.spendOnMade(work, bytes) && !std::exchange(budgetReported, true))
+        if (!state.image.spendOnMade(work, bytes))
+            reportBudget(entry, what);
+    }
+
+    void reportBudget(int entry, const char* what)
+    {
+        if (!std::exchange(budgetReported, true))
             add(Kind::BUDGET, entry, what);
     }
 
@@ -143,6 +155,8 @@ private:
         places[place] = DONE;
         openScenes -= isOf(state.facts[place].info, scene) ? 1 : 0;
         steps.pop_back();
+        if (state.facts[place].readable)
+            state.image.endReading(entry);
         checkContents(entry);
         if (steps.empty())
             return;

@@ -42,6 +42,7 @@ struct EntryFacts
     std::uint32_t numEdges = 0;
     std::uint32_t numVertices = 0; // of a vertex array
     std::uint16_t travFlags = 0;   // of a node
+    std::uint8_t numRays = 0;      // of a collider, as many as it can have
     bool readable = false;
 };
 

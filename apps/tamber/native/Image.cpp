@@ -14,6 +14,8 @@ namespace
 
 // No file whose entries share no bytes unpacks to more.
 constexpr std::uint64_t SPARE_BUDGET = std::uint64_t{24} << 20;
+// No file whose entries share no bytes reads more inside each other.
+constexpr std::uint64_t SPARE_OPEN = std::uint64_t{1} << 20;
 // What is read for that comes on top of it.
 constexpr std::uint64_t SMALLEST_WORK = std::uint64_t{256} << 20;
 constexpr std::uint64_t WORK_FACTOR = 160;
@@ -257,6 +259,23 @@ bool Image::spendOnMade(std::uint64_t moreWork, std::uint64_t bytes)
     budget -= bytes;
     work -= moreWork;
     return true;
+}
+
+bool Image::beginReading(int entry)
+{
+    open += readBytes(entry);
+    return open <= SPARE_OPEN + length;
+}
+
+void Image::endReading(int entry)
+{
+    open -= readBytes(entry);
+}
+
+std::uint64_t Image::readBytes(int entry)
+{
+    const bool packed = entries[std::size_t(entry)].compression == RLE;
+    return getStored(entry).size - (packed ? PACKED_LENGTH_SIZE : 0);
 }
 
 // Every word that is wrong, not only the first.

@@ -93,6 +93,10 @@ public:
     /// Takes from what all entries together may hold, and may be read for it, what objects need beyond their data.
     /// False when there is not so much left.
     bool spendOnMade(std::uint64_t moreWork, std::uint64_t bytes);
+    /// Objects read themselves inside each other, and their stored bytes are there until they end. False when those
+    /// are more than there may be at once.
+    bool beginReading(int entry);
+    void endReading(int entry);
     /// What lies behind the gap and belongs to no entry, in the order of the file.
     std::vector<Region> findLeftovers();
 
@@ -110,6 +114,7 @@ private:
     bool readPlain(int entry, std::vector<unsigned char>& data, Findings& findings);
     bool readPacked(int entry, std::vector<unsigned char>& data, Findings& findings);
     bool readPackedLength(int entry, std::uint32_t& packedLength);
+    std::uint64_t readBytes(int entry);
 
     std::unique_ptr<ImageSource> source;
     std::uint64_t length = 0;
@@ -123,6 +128,7 @@ private:
     std::vector<Region> stored; // by entry, once it was asked for
     std::uint64_t budget = 0;   // what all entries together may still unpack to
     std::uint64_t work = 0;     // the same with the bytes that are read for it
+    std::uint64_t open = 0;     // bytes of the entries that are being read
     std::vector<bool> spent;    // by entry: stands in the budget
 };
 
