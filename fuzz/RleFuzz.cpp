@@ -48,6 +48,10 @@ void unpackAny(const Bytes& packed)
     check(size == (whole ? (long long)expected.size() : -1), "the unpacked size is what the pairs say");
     if (size < 0)
         return;
+    const auto data = std::make_unique<unsigned char[]>(expected.size());
+    tbiRle::unpack(packed.data(), data.get());
+    check(std::equal(expected.begin(), expected.end(), data.get()), "what is unpacked is what the pairs say");
+
     auto* copy = static_cast<unsigned char*>(tbMemory::malloc(packed.size()));
     std::copy(packed.begin(), packed.end(), copy);
     tbiUnpacker unpacker(copy);
@@ -60,12 +64,9 @@ void unpackAny(const Bytes& packed)
         const auto part = std::make_unique<unsigned char[]>(number);
         unpacker.read(int(place), part.get(), int(number));
         check(std::equal(part.get(), part.get() + number, expected.begin() + std::ptrdiff_t(place)),
-              "what is unpacked is what the pairs say");
+              "so is each part of it");
         place = packed[i] % 16 == 15 ? packed[i] / 16 : place + number + packed[i] % 3;
     }
-    const auto data = std::make_unique<unsigned char[]>(expected.size());
-    unpacker.read(0, data.get(), int(expected.size()));
-    check(std::equal(expected.begin(), expected.end(), data.get()), "so is the whole of it");
 }
 
 void packAny(const Bytes& data)

@@ -77,18 +77,30 @@ tbMesh::~tbMesh()
 
 bool tbMesh::set(PRIMITIVE kind, tbVertexArray* vertices, const unsigned int* indexData, int numIndices)
 {
-    if (kind < POINTS || kind > TRIANGLES || numIndices < 0 || numIndices % verticesOf(kind) != 0)
-        return false;
-    if (numIndices > 0 && (!indexData || !areIndicesBelow(indexData, numIndices, countVertices(vertices))))
+    if (!isWhole(kind, vertices, indexData, numIndices))
         return false;
     tbiSharedBlock* block = nullptr;
     if (numIndices > 0 && !(block = tbiSharedBlock::create(indexData, std::size_t(numIndices) * INDEX_SIZE)))
         return false;
+    take(kind, vertices, block);
+    return true;
+}
+
+bool tbMesh::isWhole(PRIMITIVE kind, const tbVertexArray* vertices, const unsigned int* indexData,
+                     int numIndices)
+{
+    if (kind < POINTS || kind > TRIANGLES || numIndices < 0 || numIndices % verticesOf(kind) != 0)
+        return false;
+    return numIndices == 0 || (indexData && areIndicesBelow(indexData, numIndices, countVertices(vertices)));
+}
+
+/// Takes over the caller's reference on `block`, which may be null.
+void tbMesh::take(PRIMITIVE kind, tbVertexArray* vertices, tbiSharedBlock* block)
+{
     primitive = kind;
     replaceVertices(vertices);
     replaceIndices(block);
     changed();
-    return true;
 }
 
 bool tbMesh::setIndices(PRIMITIVE kind, const unsigned int* indexData, int numIndices)
@@ -190,18 +202,23 @@ tbEntry* tbMesh::read(tbFile* file, tbEntry* entry)
     const int count = entry->readCount(int(INDEX_SIZE));
     if (entry->hasFailed())
         return nullptr;
-    auto* indexData = static_cast<unsigned int*>(tbMemory::malloc(std::size_t(count) * INDEX_SIZE + 1));
-    if (indexData)
+    tbiSharedBlock* block = nullptr;
+    if (count > 0 && !(block = tbiSharedBlock::createEmpty(std::size_t(count) * INDEX_SIZE)))
+        return nullptr;
+    auto* indexData = block ? static_cast<unsigned int*>(block->getOwnData()) : nullptr;
+    entry->readInts(reinterpret_cast<int*>(indexData), count);
+    if (!isWhole(kind, vertices, indexData, count))
     {
-        entry->readInts(reinterpret_cast<int*>(indexData), count);
-        // The flags that were read stand: a mesh from a file is not changed.
-        const unsigned readFlags = getTravFlags();
-        if (!set(kind, vertices, indexData, count))
-            entry->fail("indices name vertices of the mesh, in whole primitives");
-        setTravFlags(readFlags);
-        tbMemory::free(indexData);
+        if (block)
+            block->unRef();
+        entry->fail("indices name vertices of the mesh, in whole primitives");
+        return nullptr;
     }
-    return indexData && !entry->hasFailed() ? entry : nullptr;
+    // The flags that were read stand: a mesh from a file is not changed.
+    const unsigned readFlags = getTravFlags();
+    take(kind, vertices, block);
+    setTravFlags(readFlags);
+    return entry;
 }
 
 void tbMesh::updateFences(tbTravContext* context)

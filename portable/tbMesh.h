@@ -81,6 +81,9 @@ protected:
 
 private:
     void share(const tbMesh& other);
+    static bool isWhole(PRIMITIVE kind, const tbVertexArray* vertices, const unsigned int* indexData,
+                        int numIndices);
+    void take(PRIMITIVE kind, tbVertexArray* vertices, tbiSharedBlock* block);
     void replaceVertices(tbVertexArray* vertices);
     void replaceIndices(tbiSharedBlock* block);
     void updateBounds();

@@ -112,11 +112,16 @@ bool tbTexture::setPixels(int imageWidth, int imageHeight, const void* rgba)
         return false;
     const std::size_t size = std::size_t(imageWidth) * std::size_t(imageHeight) * BYTES_PER_PIXEL;
     tbiSharedBlock* block = tbiSharedBlock::create(rgba, size);
-    if (!block)
-        return false;
+    if (block)
+        takePixels(block, imageWidth, imageHeight);
+    return block != nullptr;
+}
+
+/// Takes over the caller's reference on `block`, as replaceImage() does.
+void tbTexture::takePixels(tbiSharedBlock* block, int imageWidth, int imageHeight)
+{
     replaceImage(block, imageWidth, imageHeight, {});
-    translucent = holdsTranslucentPixel(rgba, size);
-    return true;
+    translucent = holdsTranslucentPixel(block->getData(), block->getSize());
 }
 
 bool tbTexture::setImageFile(const void* bytes, int size, std::string_view imageFormat)
@@ -232,13 +237,15 @@ bool tbTexture::readImage(tbEntry* entry)
         entry->fail("an image holds four bytes for each of its pixels");
         return false;
     }
-    void* bytes = tbMemory::malloc(std::size_t(size));
-    if (bytes)
-        entry->readChunk(bytes, size);
-    const bool taken = bytes && (isFile ? setImageFile(bytes, size, imageFormat)
-                                        : setPixels(imageWidth, imageHeight, bytes));
-    tbMemory::free(bytes);
-    return taken;
+    tbiSharedBlock* block = tbiSharedBlock::createEmpty(std::size_t(size));
+    if (!block)
+        return false;
+    entry->readChunk(block->getOwnData(), size);
+    if (isFile)
+        replaceImage(block, 0, 0, imageFormat);
+    else
+        takePixels(block, imageWidth, imageHeight);
+    return true;
 }
 
 tbEntry* tbTexture::write(tbFile* file, tbEntry* entry) const

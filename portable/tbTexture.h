@@ -83,6 +83,7 @@ protected:
 
 private:
     void assign(const tbTexture& other);
+    void takePixels(tbiSharedBlock* block, int imageWidth, int imageHeight);
     void replaceImage(tbiSharedBlock* block, int imageWidth, int imageHeight, std::string_view imageFormat);
     bool readImage(tbEntry* entry);
 

@@ -4,17 +4,20 @@
 #include <limits>
 #include <new>
 
-tbiSharedBlock* tbiSharedBlock::create(const void* bytes, std::size_t size, tbArena* arena)
+tbiSharedBlock* tbiSharedBlock::createEmpty(std::size_t size, tbArena* arena)
 {
     if (size > std::numeric_limits<std::size_t>::max() - sizeof(tbiSharedBlock))
         return nullptr;
     const std::size_t whole = sizeof(tbiSharedBlock) + size;
     void* memory = arena ? tbMemory::mallocFrom(arena, whole) : tbMemory::malloc(whole);
-    if (!memory)
-        return nullptr;
-    auto* block = ::new (memory) tbiSharedBlock(size);
-    if (size > 0)
-        std::memcpy(static_cast<void*>(block + 1), bytes, size);
+    return memory ? ::new (memory) tbiSharedBlock(size) : nullptr;
+}
+
+tbiSharedBlock* tbiSharedBlock::create(const void* bytes, std::size_t size, tbArena* arena)
+{
+    tbiSharedBlock* block = createEmpty(size, arena);
+    if (block && size > 0)
+        std::memcpy(block->getOwnData(), bytes, size);
     return block;
 }
 

@@ -12,6 +12,9 @@ public:
     /// A block with count 1 that holds a copy of `size` bytes, from `arena` or, when it is null, from the heap.
     /// Null when memory is out.
     static tbiSharedBlock* create(const void* bytes, std::size_t size, tbArena* arena = nullptr);
+    /// The same for bytes that its maker puts there before anybody shares it.
+    static tbiSharedBlock* createEmpty(std::size_t size, tbArena* arena = nullptr);
+    void* getOwnData() { return this + 1; }
 
     void ref() { count.fetch_add(1, std::memory_order_relaxed); }
     void unRef();

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace
 {
@@ -199,11 +200,9 @@ void tbArray::read(tbEntry* entry)
     switch (type)
     {
     case SHORT:
-        for (int i = 0; i < stored; ++i)
-        {
-            const short value = entry->readShort();
-            std::memcpy(data + std::size_t(i) * sizeof value, &value, sizeof value);
-        }
+        entry->readChunk(data, int(getStoredBytes()));
+        for (int i = 0; entry->isByteSwapped() && i < stored; ++i)
+            std::swap(data[2 * std::size_t(i)], data[2 * std::size_t(i) + 1]);
         return;
     case DOUBLE:
         for (int i = 0; i < stored; ++i)

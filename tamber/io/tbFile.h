@@ -182,6 +182,7 @@ private:
     bool loadData(tbEntry* entry);
     bool loadPlain(tbEntry* entry);
     bool loadPacked(tbEntry* entry);
+    bool takePacked(tbEntry* entry, unsigned char* packed, int length);
     bool checkPlace(const tbEntry* entry, std::int64_t length);
     bool spendBudget(tbEntry* entry, std::int64_t packedBytes);
     bool spendOnMade(tbEntry* entry, std::int64_t work, std::int64_t bytes);

@@ -19,6 +19,7 @@ constexpr const char* listTag = "tbPlugIns";
 
 constexpr int MOST_PLUGINS = 256;
 constexpr int SMALLEST_RECORD = 7 * 4; // four lengths and three numbers
+constexpr int LONGEST_TEXT = 4096;     // of which anything is done; what a text has beyond is passed over
 
 constinit std::atomic<bool> plugInLoadingEnabled{true};
 
@@ -31,10 +32,14 @@ void writeText(tbEntry* entry, const char* text)
 
 std::string readText(tbEntry* entry)
 {
-    std::string text(std::size_t(entry->readCount(1)), '\0');
-    if (!text.empty())
-        entry->readString(text.data(), int(text.size()));
-    return text.c_str();
+    const int length = entry->readCount(1);
+    char text[LONGEST_TEXT] = {};
+    if (length > 0)
+        entry->readString(text, std::min(length, LONGEST_TEXT));
+    char rest[256];
+    for (int left = length - LONGEST_TEXT; left > 0; left -= int(sizeof(rest)))
+        entry->readChunk(rest, std::min(left, int(sizeof(rest))));
+    return text;
 }
 
 } // namespace

@@ -15,6 +15,7 @@ namespace
 using namespace tbiFileLayout;
 
 constexpr std::int64_t BEST_PACKING = 128; // bytes that one packed byte can stand for
+constexpr int LONGEST_UNPACKED = 4096;     // longer data stays packed while it is read
 
 } // namespace
 
@@ -142,21 +143,37 @@ bool tbFile::loadPacked(tbEntry* entry)
     if (!checkPlace(entry, std::int64_t(sizeof word) + length) || !spendBudget(entry, length))
         return false;
     auto* packed = static_cast<unsigned char*>(tbMemory::malloc(length));
-    tbiUnpacker* unpacker = nullptr;
-    if (packed && state->window.read(packed, length, std::int64_t(entry->fileOffset) + 4))
-    {
-        const long long size = tbiRle::unpackedSize(packed, int(length));
-        if (size >= 0 && size <= entry->dataSize)
-            unpacker = new tbiUnpacker(packed);
-    }
-    if (!unpacker)
+    const bool read = packed && state->window.read(packed, length, std::int64_t(entry->fileOffset) + 4);
+    const long long size = read ? tbiRle::unpackedSize(packed, int(length)) : -1;
+    if (size < 0 || size > entry->dataSize || !takePacked(entry, packed, int(length)))
     {
         tbMemory::free(packed);
         reportAt(entry, entry->fileOffset, "packed data that is damaged or gives more than its size");
         return false;
     }
+    return true;
+}
+
+// Takes over `packed`. What is short is read faster unpacked, and nothing stays packed that takes more than what it
+// stands for. False when memory is out.
+bool tbFile::takePacked(tbEntry* entry, unsigned char* packed, int length)
+{
+    if (entry->dataSize > std::max(LONGEST_UNPACKED, length))
+    {
+        auto* unpacker = new tbiUnpacker(packed);
+        if (!unpacker)
+            return false;
+        entry->freeData();
+        entry->takePacked(unpacker);
+        return true;
+    }
+    auto* data = static_cast<unsigned char*>(tbMemory::calloc(std::size_t(entry->dataSize), 1));
+    if (!data)
+        return false;
+    tbiRle::unpack(packed, data);
+    tbMemory::free(packed);
     entry->freeData();
-    entry->takePacked(unpacker);
+    entry->takeData(data);
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include <tamber/io/tbiRle.h>
 
+#include <cstring>
+
 namespace
 {
 
@@ -18,6 +20,15 @@ long long tbiRle::unpackedSize(const unsigned char* packed, int length)
             size += packed[i];
     }
     return -1;
+}
+
+void tbiRle::unpack(const unsigned char* packed, unsigned char* data)
+{
+    for (; packed[0] != 0; packed += 2)
+    {
+        std::memset(data, packed[1], packed[0]);
+        data += packed[0];
+    }
 }
 
 int tbiRle::pack(const unsigned char* data, int size, unsigned char* packed)

@@ -6,6 +6,8 @@ namespace tbiRle
 
 /// Bytes that `packed` unpacks to; -1 when its `length` bytes are no complete sequence of pairs.
 long long unpackedSize(const unsigned char* packed, int length);
+/// Unpacks what unpackedSize() has measured into `data`.
+void unpack(const unsigned char* packed, unsigned char* data);
 
 /// Fewer bytes than these are not worth packing.
 inline constexpr int SHORTEST = 10;

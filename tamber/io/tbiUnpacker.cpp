@@ -7,15 +7,14 @@
 namespace
 {
 
-constexpr int SHORT_RUN = 16; // for which a call costs more than its bytes
-
-void fill(unsigned char* bytes, unsigned char value, int number)
+// Fills `number` bytes, of `room` that may be written: where there are enough of them, a short run needs no loop.
+void fill(unsigned char* bytes, unsigned char value, int number, int room)
 {
-    if (number > SHORT_RUN)
+    constexpr int SHORT_RUN = 16;
+    if (number > SHORT_RUN || room < SHORT_RUN)
         std::memset(bytes, value, std::size_t(number));
     else
-        for (int i = 0; i < number; ++i)
-            bytes[i] = value;
+        std::memset(bytes, value, SHORT_RUN);
 }
 
 } // namespace
@@ -56,12 +55,14 @@ void tbiUnpacker::read(int place, void* bytes, int number)
     skipTo(place);
     position += number;
     auto* to = static_cast<unsigned char*>(bytes);
-    for (int part = std::min(number, left); number > 0; part = std::min(number, left))
+    while (number > 0)
     {
-        fill(to, value, part);
+        const int part = std::min(number, left);
+        fill(to, value, part, number);
         to += part;
         number -= part;
-        if ((left -= part) == 0)
+        left -= part;
+        if (left == 0)
             takeRun();
     }
 }

@@ -129,8 +129,9 @@ public:
             if (!std::isnan(key.time))
                 keys.push_back(key);
         }
-        std::stable_sort(keys.begin(), keys.end(),
-                         [](const Key& a, const Key& b) { return a.time < b.time; });
+        const auto isBefore = [](const Key& a, const Key& b) { return a.time < b.time; };
+        if (!std::is_sorted(keys.begin(), keys.end(), isBefore)) // sorting takes memory
+            std::stable_sort(keys.begin(), keys.end(), isBefore);
         return !entry->hasFailed();
     }
 

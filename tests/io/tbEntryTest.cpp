@@ -3,11 +3,13 @@
 #include <tamber/io/tbFile.h>
 #include <tests/support/FileBuilder.h>
 #include <tests/support/Messages.h>
+#include <tests/support/RandomValues.h>
 #include <tests/support/TempFile.h>
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace
@@ -31,6 +33,53 @@ protected:
     tbFile file;
     tbEntry* entry;
 };
+
+// Runs of one byte of all lengths, and now and then bytes that are no run.
+std::string runs(tbtest::Random& random, int numRuns)
+{
+    std::string bytes;
+    for (int i = 0; i < numRuns; ++i)
+        bytes.append(std::size_t(random.index(4) ? random.index(40) : random.index(1500)),
+                     char(random.index(256)));
+    return bytes;
+}
+
+// Reads anything, and tells what it got and where the cursor is then.
+std::string readAnything(tbEntry* entry, int what, int number)
+{
+    std::string got(std::size_t(8 + 4 * std::max(number, 0)), '?');
+    const auto keep = [&](auto value) { std::memcpy(got.data(), &value, sizeof value); };
+    switch (what)
+    {
+    case 0:
+        keep(entry->readByte());
+        break;
+    case 1:
+        keep(entry->readShort());
+        break;
+    case 2:
+        keep(entry->readInt());
+        break;
+    case 3:
+        keep(entry->readDouble());
+        break;
+    case 4:
+        entry->readInts(reinterpret_cast<int*>(got.data()), number);
+        break;
+    case 5:
+        entry->readFloats(reinterpret_cast<float*>(got.data()), number);
+        break;
+    case 6:
+        keep(entry->readString(got.data() + 4, number));
+        break;
+    case 7:
+        keep(entry->readChunk(got.data() + 4, number));
+        break;
+    default:
+        entry->reset();
+    }
+    return got + std::to_string(entry->getRemaining());
+}
 
 } // namespace
 
@@ -167,4 +216,53 @@ TEST_F(Entry, SetDataReplacesEverything)
     entry->setData("ab", 2);
     entry->writeByte('c');
     EXPECT_EQ(data().find("ecre"), std::string::npos) << "what lay behind the new end is gone";
+}
+
+// The property that the cursor's way over packed data is that over the same data unpacked, whatever is asked.
+TEST_F(Entry, PackedDataReadsAsIfItWereNot)
+{
+    tbtest::Random random(7);
+    const std::string path = directory.path("packed.tb");
+    for (int round = 0; round < 30; ++round)
+    {
+        SCOPED_TRACE(round);
+        const std::string bytes = runs(random, 10 + random.index(200));
+        tbtest::FileBuilder builder(round % 2 == 1);
+        builder.add("tbAnything", bytes);
+        tbtest::FileBuilder::Entry& packedEntry = builder.addPacked("tbAnything", bytes);
+        // The pairs may give less than all; zeros are the rest.
+        const auto rest = std::size_t(round % 3 == 0 ? random.index(20) : 0);
+        packedEntry.size += std::uint32_t(rest);
+        builder.entries[0].data.append(rest, '\0');
+        builder.entries[0].size += std::uint32_t(rest);
+        tbtest::writeAll(path, builder.build());
+        ASSERT_TRUE(file.open(path.c_str(), "rw"));
+        tbEntry* plain = file.getEntry(0);
+        tbEntry* packed = file.getEntry(1);
+        ASSERT_TRUE(file.readEntry(plain) && file.readEntry(packed));
+        const auto readOn = [&](int times)
+        {
+            for (int i = 0; i < times; ++i)
+            {
+                const int what = random.index(random.index(50) ? 8 : 9);
+                const int number = random.index(10) ? random.index(30) - 1 : random.index(3000);
+                ASSERT_EQ(readAnything(plain, what, number), readAnything(packed, what, number)) << what;
+            }
+        };
+        readOn(300);
+        ASSERT_TRUE(file.write());
+        readOn(100);
+        ASSERT_TRUE(file.readEntry(plain) && file.readEntry(packed)) << "as it was written";
+        readOn(100);
+        const auto same = [&]
+        { return std::memcmp(plain->getData(), packed->getData(), std::size_t(plain->getDataSize())) == 0; };
+        ASSERT_TRUE(round % 4 > 0 || same());
+        if (round % 4 < 3)
+            for (tbEntry* each : {plain, packed})
+                each->writeInt(round);
+        readOn(100);
+        ASSERT_TRUE(plain->getDataSize() == packed->getDataSize() && same());
+        packed->setData("ab", 2);
+        ASSERT_EQ(packed->getDataSize(), 2);
+    }
 }

@@ -53,6 +53,21 @@ FileBuilder::Entry& FileBuilder::add(const std::string& className, const std::st
     return entries.emplace_back(entry);
 }
 
+FileBuilder::Entry& FileBuilder::addPacked(const std::string& className, const std::string& data)
+{
+    std::string pairs;
+    for (std::size_t i = 0, end; i < data.size(); i = end)
+    {
+        end = std::min({data.find_first_not_of(data[i], i), data.size(), i + 255});
+        pairs += {char(end - i), data[i]};
+    }
+    pairs += '\0';
+    Entry& entry = add(className, inOrder(pairs.size(), 4, swapped) + pairs);
+    entry.compression = 1;
+    entry.size = std::uint32_t(data.size());
+    return entry;
+}
+
 std::string FileBuilder::build() const
 {
     std::string out;

@@ -57,6 +57,8 @@ public:
 
     /// Appends an entry, and its tag when it is new; the entry may be changed before build().
     Entry& add(const std::string& className, const std::string& data);
+    /// The same with the data packed.
+    Entry& addPacked(const std::string& className, const std::string& data);
     Record record() const { return Record(swapped); }
     std::string build() const;
 
