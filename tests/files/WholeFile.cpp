@@ -42,16 +42,6 @@ void updateScene(tbScene* scene)
     scene->releaseFromMods();
 }
 
-// A word of /proc/self/status in bytes; 0 where there is no such file.
-std::size_t statusBytes(const std::string& name)
-{
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.compare(0, name.size(), name) == 0)
-            return std::size_t(std::strtoull(line.c_str() + name.size() + 1, nullptr, 10)) * 1024;
-    return 0;
-}
-
 // Nodes that a walk meets, one for each path, or one more than a test has time for.
 unsigned countPaths(const tbGroup* node, std::unordered_map<const tbGroup*, unsigned>& known)
 {
@@ -141,30 +131,4 @@ void useGraphs(const std::vector<tbRef<tbBase>>& objects)
 }
 
 Alive::Alive() : bytes(tbMemory::getSize()), objects(tbBase::getNum(true)) {}
-
-Cost::Cost() : begun(std::clock())
-{
-    std::ofstream("/proc/self/clear_refs") << 5; // the most counts from now on
-    held = statusBytes("VmRSS:");
-}
-
-double Cost::seconds() const
-{
-    return double(std::clock() - begun) / CLOCKS_PER_SEC;
-}
-
-std::size_t Cost::bytes() const
-{
-    return statusBytes("VmHWM:") - held;
-}
-
-std::size_t mostBytes(std::size_t size)
-{
-    return (std::size_t{64} << 20) + 160 * size;
-}
-
-double mostSeconds(std::size_t size)
-{
-    return 1.0 + double(size) / 1e7;
-}
 } // namespace tbtest

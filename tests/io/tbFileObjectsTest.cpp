@@ -1,5 +1,6 @@
 #include <tamber/io/tbFile.h>
 
+#include <tests/support/Cost.h>
 #include <tests/support/FileBuilder.h>
 #include <tests/support/FileNode.h>
 #include <tests/support/Messages.h>
@@ -47,10 +48,10 @@ protected:
     tbFile file;
 };
 
-// A node with value 1, no array, and references to these children.
-std::string nodeRecord(const FileBuilder& builder, const std::vector<int>& children)
+// A node with value 1, its array in that entry, and references to these children.
+std::string nodeRecord(const FileBuilder& builder, const std::vector<int>& children, int array = -1)
 {
-    Record record = builder.record().object().integer(1).wide(0.5).integer(-1);
+    Record record = builder.record().object().integer(1).wide(0.5).integer(array);
     record.integer(int(children.size()));
     for (const int child : children)
         record.integer(child);
@@ -63,6 +64,29 @@ std::string graph(const std::vector<std::vector<int>>& children)
     FileBuilder builder;
     for (const std::vector<int>& each : children)
         builder.add("FileNode", nodeRecord(builder, each));
+    return builder.build();
+}
+
+// The bytes of a file whose entries lie on those of the last entry before them that has any.
+std::string shareBytes(FileBuilder& builder)
+{
+    std::size_t dataBytes = 0;
+    for (const FileBuilder::Entry& entry : builder.entries)
+        dataBytes += entry.data.size();
+    const FileBuilder::Entry* owner = nullptr;
+    std::size_t place = builder.build().size() - dataBytes;
+    for (FileBuilder::Entry& entry : builder.entries)
+    {
+        if (!entry.data.empty())
+        {
+            entry.offset = std::uint32_t(place);
+            place += entry.data.size();
+            owner = &entry;
+        }
+        entry.offset = owner->offset;
+        entry.size = owner->size;
+        entry.compression = owner->compression;
+    }
     return builder.build();
 }
 
@@ -84,23 +108,62 @@ std::string crowd(const char* name, int numChildren, int numLeaves)
         builder.add(name, i == 0 ? list(1 + numChildren, numLeaves) : Record());
     for (int i = 0; i < numLeaves; ++i)
         builder.add("tbGroup", i == 0 ? list(0, 0) : Record());
+    return shareBytes(builder);
+}
 
-    std::size_t dataBytes = 0;
-    for (const FileBuilder::Entry& entry : builder.entries)
-        dataBytes += entry.data.size();
-    std::size_t place = builder.build().size() - dataBytes;
-    std::size_t begin = 0;
-    std::size_t size = 0;
-    for (FileBuilder::Entry& entry : builder.entries)
+// A node with an array that is so many bytes long when it is packed, and with so many colliders on the same bytes.
+std::string arrayAndColliders(int packedBytes, int numColliders)
+{
+    constexpr int numRays = 32;
+    const int numInts = packedBytes / 2 * 255 / 4;
+    std::vector<int> colliders;
+    for (int i = 0; i < numColliders; ++i)
+        colliders.push_back(2 + i);
+    FileBuilder builder;
+    builder.gap = 0;
+    builder.add("FileNode", nodeRecord(builder, colliders, 1));
+    builder.addPacked("tbArray", builder.record()
+                                     .word(tbArray::INT)
+                                     .integer(numInts)
+                                     .bytes(std::string(std::size_t(numInts) * 4, 'x')));
+    Record collider = builder.record().object();
+    for (int i = 0; i < 11; ++i)
+        collider.integer(0);
+    collider.integer(numRays).bytes(std::string(28 * numRays + 4, '\0'));
+    for (int i = 0; i < numColliders; ++i)
+        builder.add("tbCollider", i == 0 ? collider : Record());
+    return shareBytes(builder);
+}
+
+// Groups one below the other whose names are nearly the same bytes of the file.
+std::string namesInOnePlace(int levels, int nameBytes)
+{
+    FileBuilder builder;
+    builder.gap = 0;
+    // The lengths of the names, which begin the entries, then the bytes, then where the names end.
+    Record lengths;
+    Record data;
+    std::vector<std::uint32_t> ends;
+    std::string tails;
+    const int begin = 4 * levels + nameBytes;
+    for (int i = 0; i < levels; ++i)
     {
-        if (!entry.data.empty())
-        {
-            begin = place;
-            size = entry.data.size();
-            place += size;
-        }
-        entry.offset = std::uint32_t(begin);
-        entry.size = std::uint32_t(size);
+        const int flags = begin + int(tails.size()); // in the whole
+        lengths.integer(flags - 4 * i - 4);
+        Record tail = Record().word(0);
+        tail.bytes(std::string(std::size_t((2 - (flags - 4 * i) % 4 + 4) % 4), '\0'));
+        tails += tail.get();
+        tails += Record().integer(0).word(1).word(1).integer(i + 1 < levels ? 1 : 0).integer(i + 1).get();
+        ends.push_back(std::uint32_t(begin + int(tails.size())));
+    }
+    builder.add("tbGroup", lengths.get() + std::string(std::size_t(nameBytes), 'x') + tails);
+    for (int i = 1; i < levels; ++i)
+        builder.add("tbGroup", "");
+    const std::uint32_t place = std::uint32_t(builder.build().size() - builder.entries[0].data.size());
+    for (int i = 0; i < levels; ++i)
+    {
+        builder.entries[std::size_t(i)].offset = place + 4 * std::uint32_t(i);
+        builder.entries[std::size_t(i)].size = ends[std::size_t(i)] - 4 * std::uint32_t(i);
     }
     return builder.build();
 }
@@ -200,23 +263,29 @@ TEST_F(FileObjects, ObjectsTakeNoMoreMemoryThanAFileOfTheirLengthMayTake)
     const struct
     {
         const char* name;
-        int numChildren, numLeaves;
+        std::string bytes;
         bool good;
-    } cases[] = {{"tbGroup", 500, 500, true},
-                 {"tbGroup", 1500, 1500, false},
-                 {"tbScene", 2000, 0, true},
-                 {"tbScene", 30000, 0, false}};
+    } cases[] = {{"few lists", crowd("tbGroup", 500, 500), true},
+                 {"lists", crowd("tbGroup", 1500, 1500), false},
+                 {"few scenes", crowd("tbScene", 2000, 0), true},
+                 {"scenes", crowd("tbScene", 30000, 0), false},
+                 {"a packed array", arrayAndColliders(1'000'000, 0), true},
+                 {"colliders", arrayAndColliders(100, 20'000), false},
+                 {"a packed array and colliders", arrayAndColliders(1'000'000, 20'000), false},
+                 {"names", namesInOnePlace(600, 2'000'000), false}};
     tbtest::allowMessages("together");
     tbtest::allowMessages("what else is damaged is not listed");
     for (const auto& each : cases)
     {
-        SCOPED_TRACE(std::string(each.name) + " " + std::to_string(each.numChildren));
-        const std::string bytes = crowd(each.name, each.numChildren, each.numLeaves);
-        tbtest::writeAll(path, bytes);
+        SCOPED_TRACE(each.name);
+        tbtest::writeAll(path, each.bytes);
         const std::size_t memory = tbMemory::getSize();
+        const tbtest::Cost cost;
         ASSERT_TRUE(file.open(path.c_str(), "r"));
         const tbRef<tbBase> root = file.readObject(0);
-        EXPECT_LE(tbMemory::getSize() - memory, (std::size_t{64} << 20) + 160 * bytes.size());
+        EXPECT_TRUE(root);
+        EXPECT_LE(cost.bytes(), tbtest::mostBytes(each.bytes.size()));
+        EXPECT_LE(tbMemory::getSize() - memory, tbtest::mostBytes(each.bytes.size()));
         EXPECT_EQ(file.getLastError(), each.good ? tbFile::FILE_OK : tbFile::FILE_READ_ERROR);
         EXPECT_EQ(std::strstr(file.getErrorText(), "together") == nullptr, each.good) << file.getErrorText();
         file.close();

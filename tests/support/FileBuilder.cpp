@@ -58,7 +58,8 @@ FileBuilder::Entry& FileBuilder::addPacked(const std::string& className, const s
     std::string pairs;
     for (std::size_t i = 0, end; i < data.size(); i = end)
     {
-        end = std::min({data.find_first_not_of(data[i], i), data.size(), i + 255});
+        for (end = i + 1; end < std::min(data.size(), i + 255) && data[end] == data[i];)
+            ++end;
         pairs += {char(end - i), data[i]};
     }
     pairs += '\0';
