@@ -181,14 +181,6 @@ bool tbEntry::checkItems(int count, int itemSize, int alignment)
     return false;
 }
 
-bool tbEntry::checkMemory(std::int64_t bytes)
-{
-    if (file->spendOnMade(this, 0, bytes))
-        return true;
-    fail("the objects together take more than a file of this length can");
-    return false;
-}
-
 void tbEntry::passOver(const char* rule)
 {
     file->report(this, rule);

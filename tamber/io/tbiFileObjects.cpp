@@ -89,6 +89,14 @@ inline bool tbFile::spendOnMade(tbEntry* entry, std::int64_t work, std::int64_t 
     return true;
 }
 
+bool tbEntry::checkMemory(std::int64_t bytes)
+{
+    if (file->spendOnMade(this, 0, bytes))
+        return true;
+    fail("the objects together take more than a file of this length can");
+    return false;
+}
+
 // Whether it leads anywhere or not: both take time.
 bool tbFile::spendOnReference(tbEntry* referrer, int index)
 {
