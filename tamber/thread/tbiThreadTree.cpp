@@ -40,13 +40,13 @@ private:
     static constexpr int TO_START = INT_MIN; // the count of an object whose deletion is to start again
 
     /// Hands over what the queue holds, each record once, and puts back, in order, those that are kept.
-    void rotate(tbQueue* queue, bool (Restart::*keep)(Record&))
+    void rotate(tbQueue* records, bool (Restart::*keep)(Record&))
     {
-        tbiLockGuard guard(queue->lock);
+        tbiLockGuard guard(records->lock);
         Record record;
-        for (int waiting = queue->getCount(); waiting > 0; --waiting)
-            if (queue->get(&record) && (this->*keep)(record))
-                queue->put(&record); // into the room that it left
+        for (int waiting = records->getCount(); waiting > 0; --waiting)
+            if (records->get(&record) && (this->*keep)(record))
+                records->put(&record); // into the room that it left
     }
     bool mark(Record& record)
     {
