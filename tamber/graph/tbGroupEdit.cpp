@@ -43,7 +43,7 @@ bool tbGroup::addChild(tbGroup* child)
     child->ref(); // first: it waits for all stores before it, and those of an edge go far
     if (!tbiNodeLinks::append(this, child))
     {
-        child->unRefNoCheck();
+        child->unRefNoDelete();
         return false;
     }
     tbiPropagation::added(child, this);

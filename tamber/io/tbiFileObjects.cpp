@@ -208,7 +208,7 @@ tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
         object->unRef();
         return nullptr;
     }
-    object->unRefNoCheck();
+    object->unRefNoDelete();
     return object;
 }
 
@@ -390,7 +390,7 @@ void tbFile::dropHold(tbEntry* entry)
         return;
     tbBase* object = objectOf(entry->handle);
     if (entry->givenOut)
-        object->unRefNoCheck(); // lives on with count 0: it is the program's
+        object->unRefNoDelete(); // lives on with count 0: it is the program's
     else
         object->unRef();
 }

@@ -95,9 +95,6 @@ protected:
     void deleteInstance();
     unsigned getBaseFlags() const { return flags; }
 
-    /// Takes a reference back and deletes nothing, so that an object may be left with none.
-    void unRefNoCheck() { refCount.fetch_sub(1, std::memory_order_acq_rel); }
-
 private:
     friend class tbType;
     friend class tbThread;
