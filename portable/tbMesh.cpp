@@ -29,22 +29,58 @@ int countVertices(const tbVertexArray* vertices)
     return vertices ? vertices->getNum() : 0;
 }
 
-/// Visits the positions in use: those that are named by an index, or all when there are no indices. Positions that
-/// are not finite have no place in any bounds and are passed over.
-template <class Visit>
-void forEachPosition(const tbVertexArray& vertices, const unsigned int* indices, int numIndices, Visit visit)
+/// The positions in use: those that are named by an index, or all when there are no indices.
+class PositionsInUse
 {
-    const auto* data = static_cast<const unsigned char*>(vertices.getData());
-    const auto stride = std::size_t(vertices.getVertexSize());
-    const int count = indices ? numIndices : vertices.getNum();
-    for (int i = 0; i < count; ++i)
+public:
+    PositionsInUse(const tbVertexArray& array, const unsigned int* indexData, int numIndices)
+        : vertices(array),
+          indices(indexData),
+          count(indexData ? numIndices : array.getNum())
     {
-        float xyz[3];
-        std::memcpy(xyz, data + (indices ? indices[i] : unsigned(i)) * stride, sizeof(xyz));
-        if (std::isfinite(xyz[0]) && std::isfinite(xyz[1]) && std::isfinite(xyz[2]))
-            visit(tbVec3(xyz[0], xyz[1], xyz[2]));
+        markNamed();
     }
-}
+    PositionsInUse(const PositionsInUse&) = delete;
+    PositionsInUse& operator=(const PositionsInUse&) = delete;
+    ~PositionsInUse() { tbMemory::free(named); }
+
+    /// Positions that are not finite have no place in any bounds and are passed over.
+    template <class Visit>
+    void forEach(Visit visit) const
+    {
+        const auto* data = static_cast<const unsigned char*>(vertices.getData());
+        const auto stride = std::size_t(vertices.getVertexSize());
+        for (int i = 0; i < count; ++i)
+        {
+            if (named && !named[i])
+                continue;
+            float xyz[3];
+            std::memcpy(xyz, data + (indices ? indices[i] : unsigned(i)) * stride, sizeof(xyz));
+            if (std::isfinite(xyz[0]) && std::isfinite(xyz[1]) && std::isfinite(xyz[2]))
+                visit(tbVec3(xyz[0], xyz[1], xyz[2]));
+        }
+    }
+
+private:
+    /// Triangles that meet name a vertex over and over. Once is enough, where there is memory to know it.
+    void markNamed()
+    {
+        if (!indices || count <= vertices.getNum())
+            return;
+        named = static_cast<unsigned char*>(tbMemory::calloc(std::size_t(vertices.getNum()), 1));
+        if (!named)
+            return;
+        for (int i = 0; i < count; ++i)
+            named[indices[i]] = 1;
+        indices = nullptr;
+        count = vertices.getNum();
+    }
+
+    const tbVertexArray& vertices;
+    const unsigned int* indices; // null when what they name is marked
+    int count;
+    unsigned char* named = nullptr;
+};
 } // namespace
 
 tbMesh::tbMesh()
@@ -277,14 +313,13 @@ void tbMesh::updateBounds()
     sphere.makeEmpty();
     if (!vertexArray)
         return;
-    forEachPosition(*vertexArray, getIndices(), getNumIndices(),
-                    [this](const tbVec3& p) { box.extendAround(p); });
+    const PositionsInUse positions(*vertexArray, getIndices(), getNumIndices());
+    positions.forEach([this](const tbVec3& p) { box.extendAround(p); });
     if (box.isEmpty())
         return;
     tbVec3 center;
     box.getCenter(center);
     float sqrRadius = 0.0f;
-    forEachPosition(*vertexArray, getIndices(), getNumIndices(),
-                    [&](const tbVec3& p) { sqrRadius = std::max(sqrRadius, center.sqrDistance(p)); });
+    positions.forEach([&](const tbVec3& p) { sqrRadius = std::max(sqrRadius, center.sqrDistance(p)); });
     sphere = tbSphere(center, std::sqrt(sqrRadius));
 }

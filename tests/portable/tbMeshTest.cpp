@@ -8,6 +8,7 @@
 #include <tests/support/Messages.h>
 #include <tests/support/Near.h>
 
+#include <cmath>
 #include <cstring>
 #include <vector>
 
@@ -65,6 +66,11 @@ TEST(Mesh, BoundsCoverTheVerticesInUseThatAreNumbers)
     tbSphere sphere;
     transform->getBoundingVolume(sphere);
     EXPECT_TRUE(tbtest::near(*sphere.getCenter(), tbVec3(11, 1, 0)));
+
+    const unsigned int overAndOver[] = {0, 1, 2, 2, 1, 0, 0, 2, 1};
+    mesh->setIndices(tbMesh::TRIANGLES, overAndOver, 9);
+    EXPECT_EQ(mesh->getBoundingSphere(), tbSphere(tbVec3(1, 1, 0), std::sqrt(5.0f)));
+    EXPECT_TRUE(tbtest::near(*mesh->getBoundingBox().getMax(), tbVec3(3, 2, 0)));
 
     mesh->set(tbMesh::LINES, makeVertices({{0, 0, 0}, {0, 0, 4}, {0, 0, 9}}), nullptr, 0); // all, in order
     EXPECT_EQ(mesh->getNumPrimitives(), 1);
