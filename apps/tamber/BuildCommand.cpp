@@ -5,22 +5,20 @@
 
 #include <apps/tamber/native/Text.h>
 
-#include <CLI/CLI.hpp>
-
 namespace
 {
 // tamber build: the native file of a text.
 class BuildCommand : public Command
 {
 public:
-    void define(CLI::App& app) override
+    void define(CommandTable& table) override
     {
-        CLI::App& command = addTo(app, "build", "Make the native file of a text that 'tamber dump' printed");
-        command.add_option("TEXT", file, "The text")->required();
-        command.add_option("OUT", out, "The native file (.tb)")->required();
-        command.footer(
+        CommandRow& command = table.add("build", "Make the native file of a text that 'tamber dump' printed");
+        command.add("TEXT", &file, "The text").require();
+        command.add("OUT", &out, "The native file (.tb)").require();
+        command.notes =
             "OUT is replaced once the file is complete. No plug-in is loaded. docs/text-format.md describes\n"
-            "the text.");
+            "the text.";
     }
 
     int run() override

@@ -6,13 +6,13 @@
 #include <apps/tamber/native/Check.h>
 #include <apps/tamber/native/FindingText.h>
 
-#include <CLI/CLI.hpp>
-
 #include <iostream>
 
 namespace
 {
 using namespace native;
+
+constexpr double MOST_LISTED = 1e9;
 
 enum Result : int
 {
@@ -76,34 +76,30 @@ void printJson(const std::string& file, const Findings& findings)
 class CheckCommand : public Command
 {
 public:
-    void define(CLI::App& app) override
+    void define(CommandTable& table) override
     {
-        CLI::App& command = addTo(app, "check", "Say everything that is wrong with a native file");
-        limit = Findings::DEFAULT_LIMIT;
-        CLI::Option* fileOption = command.add_option("FILE", file, "A native file (.tb)");
-        command.add_flag("--kinds", kinds, "Print the document that explains every finding")
-            ->group("")
-            ->excludes(fileOption);
-        command.add_option("--limit", limit, "How many findings to list; all are counted")
-            ->check(CLI::Range(0, 1000000000).description(""))
-            ->capture_default_str();
-        command.add_flag("--json", json, "Print JSON instead of text");
-        command.footer(
+        CommandRow& command = table.add("check", "Say everything that is wrong with a native file");
+        command.add("FILE", &file, "A native file (.tb)");
+        command.addHidden("--kinds", &kinds, "Print the document that explains every finding");
+        command.add("--limit", &limit, "How many findings to list; all are counted")
+            .limitQuietly(0, MOST_LISTED);
+        command.add("--json", &json, "Print JSON instead of text");
+        command.notes =
             "Reads strictly, loads no plug-in and starts no kernel. Exit code 0 for a sound file, 1 "
             "for one with\n"
-            "warnings only, 2 for one with errors.");
+            "warnings only, 2 for one with errors.";
     }
 
     /// 0 for a sound file, 1 when there are warnings and nothing worse, 2 for errors.
     int run() override
     {
+        if (kinds != file.empty())
+            throw CommandError("FILE", kinds ? "cannot stand beside --kinds" : "is required");
         if (kinds)
         {
             std::cout << describeKinds();
             return SOUND;
         }
-        if (file.empty())
-            throw CommandError("FILE", "is required");
         return withNativeFile(file, [this] { return check(); });
     }
 
@@ -130,7 +126,7 @@ private:
     }
 
     std::string file;
-    std::size_t limit = 0;
+    std::size_t limit = Findings::DEFAULT_LIMIT;
     bool json = false;
     bool kinds = false;
 };

@@ -1,75 +1,142 @@
 #include "CommandTable.h"
 
-#include "CommandLine.h"
-
-#include <algorithm>
+#include <iterator>
+#include <limits>
 #include <sstream>
 
 namespace
 {
-/// "TEXT:{a,b}" names the choices a and b.
-std::vector<std::string> choicesIn(const std::string& type)
+/// "-v,--verbose" are two.
+std::vector<std::string> splitNames(const std::string& names)
 {
-    const std::size_t begin = type.find('{');
-    const std::size_t end = type.find('}');
-    std::vector<std::string> choices;
-    if (begin == std::string::npos || end == std::string::npos)
-        return choices;
-    std::istringstream list(type.substr(begin + 1, end - begin - 1));
-    for (std::string choice; std::getline(list, choice, ',');)
-        choices.push_back(choice);
-    return choices;
+    std::vector<std::string> parts;
+    std::istringstream list(names);
+    for (std::string name; std::getline(list, name, ',');)
+        parts.push_back(name);
+    return parts;
 }
 
-/// Without the conditions that stand behind it.
-std::string firstWord(const std::string& type)
+// What stands for a value, by its type: in the order of OptionTarget.
+constexpr const char* TYPE_NAMES[] = {"", "", "", "INT", "UINT", "FLOAT", "TEXT", "FLOAT"};
+static_assert(std::size(TYPE_NAMES) == std::variant_size_v<OptionTarget>);
+
+template <class Number>
+std::string textOf(const Number* number)
 {
-    return type.substr(0, type.find_first_of(" :"));
+    std::ostringstream text;
+    text << *number;
+    return text.str();
 }
 
-OptionRow rowOf(const CLI::Option& option)
+/// What a number is before the command line is read.
+std::string presetOf(const OptionTarget& target)
 {
-    OptionRow row;
-    const std::string type = option.get_type_name();
-    const bool isFlag = option.get_items_expected_max() == 0;
-    if (option.get_positional())
-        row.names = {option.get_name(true)};
-    for (const std::string& name : option.get_snames())
-        row.names.push_back("-" + name);
-    for (const std::string& name : option.get_lnames())
-        row.names.push_back("--" + name);
-    if (!isFlag && !option.get_positional())
-        row.value = firstWord(type);
-    row.help = option.get_description();
-    row.preset = isFlag ? std::string() : option.get_default_str();
-    row.choices = choicesIn(type);
-    row.isRequired = option.get_required();
-    row.takesFile =
-        !isFlag && row.choices.empty() && (firstWord(type) == "TEXT" || firstWord(type) == "FILE");
-    return row;
-}
-
-CommandRow rowOf(const CLI::App& app)
-{
-    CommandRow row;
-    row.name = app.get_name();
-    row.help = app.get_description();
-    row.notes = app.get_footer();
-    for (const CLI::Option* option :
-         app.get_options([](const CLI::Option* each) { return !each->get_group().empty(); }))
-        (option->get_positional() ? row.positionals : row.options).push_back(rowOf(*option));
-    return row;
+    if (const auto* whole = std::get_if<int*>(&target))
+        return textOf(*whole);
+    if (const auto* size = std::get_if<std::size_t*>(&target))
+        return textOf(*size);
+    if (const auto* real = std::get_if<double*>(&target))
+        return textOf(*real);
+    return {};
 }
 } // namespace
 
-CommandTable tableOf(CommandLine& line)
+OptionRow::OptionRow(const std::string& nameList, OptionTarget valueTarget, const std::string& helpText)
+    : names(splitNames(nameList)),
+      target(valueTarget),
+      help(helpText),
+      preset(presetOf(target))
 {
-    CommandTable table;
-    table.program = rowOf(line.getApp());
-    for (const auto& command : line.getCommands())
-    {
-        table.commands.push_back(rowOf(command->getEntry()));
-        table.commands.back().exitCodes = command->getExitCodes();
-    }
-    return table;
+    if (!isPositional())
+        value = TYPE_NAMES[target.index()];
+}
+
+OptionRow& OptionRow::require()
+{
+    isRequired = true;
+    return *this;
+}
+
+OptionRow& OptionRow::nameValue(const std::string& valueName)
+{
+    value = valueName;
+    return *this;
+}
+
+OptionRow& OptionRow::chooseFrom(const std::vector<std::string>& values)
+{
+    choices = values;
+    return *this;
+}
+
+OptionRow& OptionRow::limit(int least, int most)
+{
+    const std::string text = "INT in [" + std::to_string(least) + " - " + std::to_string(most) + "]";
+    range = {double(least), double(most), text};
+    return *this;
+}
+
+OptionRow& OptionRow::limitQuietly(double least, double most)
+{
+    range = {least, most, ""};
+    return *this;
+}
+
+OptionRow& OptionRow::limitToNotNegative()
+{
+    range = {0.0, std::numeric_limits<double>::max(), "NONNEGATIVE"};
+    return *this;
+}
+
+OptionRow& OptionRow::expect(int numbers)
+{
+    count = numbers;
+    return *this;
+}
+
+OptionRow& OptionRow::exclude(const std::string& name)
+{
+    excluded = name;
+    return *this;
+}
+
+bool OptionRow::isPositional() const
+{
+    return !names.front().starts_with('-');
+}
+
+bool OptionRow::takesFile() const
+{
+    return std::holds_alternative<std::string*>(target) && choices.empty();
+}
+
+CommandRow::CommandRow(const std::string& commandName, const std::string& helpText)
+    : name(commandName),
+      help(helpText)
+{
+    add("-h,--help", ShowHelp(), "Print this help message and exit");
+}
+
+OptionRow& CommandRow::add(const std::string& names, OptionTarget target, const std::string& helpText)
+{
+    OptionRow row(names, target, helpText);
+    return (row.isPositional() ? positionals : options).emplace_back(row);
+}
+
+void CommandRow::addHidden(const std::string& names, OptionTarget target, const std::string& helpText)
+{
+    hidden.emplace_back(names, target, helpText);
+}
+
+CommandRow& CommandTable::add(const std::string& name, const std::string& help)
+{
+    return commands.emplace_back(name, help);
+}
+
+std::vector<std::string> CommandTable::commandNames() const
+{
+    std::vector<std::string> names;
+    for (const CommandRow& command : commands)
+        names.push_back(command.name);
+    return names;
 }

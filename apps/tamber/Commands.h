@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Command.h"
+#include "CommandTable.h"
 
 #include <memory>
 #include <vector>

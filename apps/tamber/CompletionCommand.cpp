@@ -1,6 +1,5 @@
 #include "Commands.h"
 
-#include "CommandLine.h"
 #include "CompletionScript.h"
 
 #include <iostream>
@@ -11,28 +10,27 @@ namespace
 class CompletionCommand : public Command
 {
 public:
-    void define(CLI::App& app) override
+    void define(CommandTable& commandTable) override
     {
-        CLI::App& command =
-            addTo(app, "completion", "Print a script that has a shell complete what is typed");
-        command.add_option("SHELL", shell, "bash, zsh or fish")
-            ->required()
-            ->check(CLI::IsMember(completedShells()));
-        command.footer("bash: eval \"$(tamber completion bash)\" in ~/.bashrc\n"
-                       "zsh:  eval \"$(tamber completion zsh)\" in ~/.zshrc, behind compinit\n"
-                       "fish: tamber completion fish > ~/.config/fish/completions/tamber.fish");
+        table = &commandTable;
+        CommandRow& command =
+            table->add("completion", "Print a script that has a shell complete what is typed");
+        command.add("SHELL", &shell, "bash, zsh or fish").require().chooseFrom(completedShells());
+        command.notes = "bash: eval \"$(tamber completion bash)\" in ~/.bashrc\n"
+                        "zsh:  eval \"$(tamber completion zsh)\" in ~/.zshrc, behind compinit\n"
+                        "fish: tamber completion fish > ~/.config/fish/completions/tamber.fish";
     }
 
     int run() override
     {
-        CommandLine line;
-        std::cout << completionScript(tableOf(line), shell);
+        std::cout << completionScript(*table, shell);
         return 0;
     }
 
     bool needsKernel() const override { return false; }
 
 private:
+    CommandTable* table = nullptr;
     std::string shell;
 };
 } // namespace

@@ -26,14 +26,6 @@ std::string quoted(const std::string& text)
     return "'" + replaced(text, "'", "'\\''") + "'";
 }
 
-std::vector<std::string> commandNames(const CommandTable& table)
-{
-    std::vector<std::string> names;
-    for (const CommandRow& command : table.commands)
-        names.push_back(command.name);
-    return names;
-}
-
 /// A command's own options, then the program's that it does not have itself.
 std::vector<OptionRow> allOptions(const CommandTable& table, const CommandRow& command)
 {
@@ -47,7 +39,7 @@ std::vector<OptionRow> allOptions(const CommandTable& table, const CommandRow& c
 bool takesFiles(const CommandRow& command)
 {
     return std::any_of(command.positionals.begin(), command.positionals.end(),
-                       [](const OptionRow& positional) { return positional.takesFile; });
+                       [](const OptionRow& positional) { return positional.takesFile(); });
 }
 
 // bash
@@ -62,7 +54,7 @@ void addBashValues(std::ostream& out, const std::vector<OptionRow>& options)
         out << "            " << joined(option.names, "|") << ") ";
         if (!option.choices.empty())
             out << "COMPREPLY=($(compgen -W " << quoted(joined(option.choices, " ")) << " -- \"$word\")); ";
-        else if (option.takesFile)
+        else if (option.takesFile())
             out << "_tamber_files; ";
         out << "return ;;\n";
     }
@@ -131,7 +123,7 @@ _tamber()
 )";
     addBashValues(out, table.program.options);
     out << "        esac\n        options=" << quoted(wordsOf(table.program.options))
-        << "\n        words=" << quoted(joined(commandNames(table), " ")) << "\n        ;;\n";
+        << "\n        words=" << quoted(joined(table.commandNames(), " ")) << "\n        ;;\n";
     for (const CommandRow& command : table.commands)
         addBashCommand(out, table, command);
     out << R"(    esac
@@ -160,7 +152,7 @@ std::string zshAction(const OptionRow& option)
 {
     if (!option.choices.empty())
         return "(" + joined(option.choices, " ") + ")";
-    return option.takesFile ? "_files" : "";
+    return option.takesFile() ? "_files" : "";
 }
 
 std::string zshOption(const OptionRow& option)
@@ -227,7 +219,7 @@ void addFishOption(std::ostream& out, const OptionRow& option, const std::string
     if (!option.choices.empty())
         out << " -x -a " << quoted(joined(option.choices, " "));
     else if (!option.value.empty())
-        out << (option.takesFile ? " -r -F" : " -x");
+        out << (option.takesFile() ? " -r -F" : " -x");
     out << " -d " << quoted(option.help) << '\n';
 }
 

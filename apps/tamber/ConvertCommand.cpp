@@ -5,8 +5,6 @@
 
 #include <tamber/graph/tbGroup.h>
 
-#include <CLI/CLI.hpp>
-
 #include <filesystem>
 #include <iostream>
 
@@ -16,22 +14,21 @@ namespace
 class ConvertCommand : public Command
 {
 public:
-    void define(CLI::App& app) override
+    void define(CommandTable& table) override
     {
-        CLI::App& command =
-            addTo(app, "convert", "Write a model in another format, or natively in another way");
-        command.add_option("IN", source, "A model of any format that a loader reads, or a native file (.tb)")
-            ->required();
+        CommandRow& command =
+            table.add("convert", "Write a model in another format, or natively in another way");
+        command.add("IN", &source, "A model of any format that a loader reads, or a native file (.tb)")
+            .require();
         command
-            .add_option("OUT", target,
-                        "The file to write, in the format of its extension; .tb is the native one")
-            ->required();
-        command.add_flag("--compress", options.compress, "Pack runs of equal bytes (native files only)");
-        command.add_flag("--swap", options.swap,
-                         "Write in the byte order that this machine does not have (native files only)");
-        command.footer(
+            .add("OUT", &target, "The file to write, in the format of its extension; .tb is the native one")
+            .require();
+        command.add("--compress", &options.compress, "Pack runs of equal bytes (native files only)");
+        command.add("--swap", &options.swap,
+                    "Write in the byte order that this machine does not have (native files only)");
+        command.notes =
             "OUT is written beside its place and put there when it is complete: after a failure, what stood\n"
-            "there stands there still. IN and OUT may be the same native file.");
+            "there stands there still. IN and OUT may be the same native file.";
     }
 
     int run() override

@@ -4,18 +4,15 @@
 #include "ModelFile.h"
 #include "NativeFile.h"
 
-#include <apps/tamber/native/FindingText.h>
-
-#include <tamber/graph/tbGroup.h>
-
-#include <CLI/CLI.hpp>
 #include <apps/tamber/native/Diff.h>
-#include <string>
+#include <apps/tamber/native/FindingText.h>
+#include <tamber/graph/tbGroup.h>
 
 #include <filesystem>
 #include <iostream>
 #include <optional>
 #include <random>
+#include <string>
 #include <system_error>
 
 namespace
@@ -23,6 +20,7 @@ namespace
 using namespace native;
 
 constexpr const char* NATIVE_EXTENSION = ".tb";
+constexpr double MOST_LISTED = 1e9;
 
 enum Result : int
 {
@@ -141,26 +139,24 @@ void printJson(const std::string& a, const std::string& b, const DiffOptions& op
 class DiffCommand : public Command
 {
 public:
-    void define(CLI::App& app) override
+    void define(CommandTable& table) override
     {
-        CLI::App& command =
-            addTo(app, "diff", "Say what differs between two files or models, object by object");
+        CommandRow& command =
+            table.add("diff", "Say what differs between two files or models, object by object");
         const char* help = "A native file (.tb), or a model of any format that a loader reads";
-        command.add_option("A", fileA, help)->required();
-        command.add_option("B", fileB, help)->required();
+        command.add("A", &fileA, help).require();
+        command.add("B", &fileB, help).require();
         command
-            .add_option("--tolerance", options.tolerance,
-                        "Numbers that differ by no more, or by no more times the larger, are the same")
-            ->capture_default_str()
-            ->check(CLI::NonNegativeNumber);
-        command.add_option("--limit", options.limit, "How many differences to list; all are counted")
-            ->check(CLI::Range(0, 1000000000).description(""))
-            ->capture_default_str();
-        command.add_flag("--json", json, "Print JSON instead of text");
-        command.footer(
+            .add("--tolerance", &options.tolerance,
+                 "Numbers that differ by no more, or by no more times the larger, are the same")
+            .limitToNotNegative();
+        command.add("--limit", &options.limit, "How many differences to list; all are counted")
+            .limitQuietly(0, MOST_LISTED);
+        command.add("--json", &json, "Print JSON instead of text");
+        command.notes =
             "Byte order, packing, versions and the order of entries are no differences. Exit code 0 for "
             "equal ones,\n"
-            "1 for different ones, 2 when either cannot be read. docs/text-format.md says more.");
+            "1 for different ones, 2 when either cannot be read. docs/text-format.md says more.";
     }
 
     /// 0 when they are equal, 1 when they differ.

@@ -6,8 +6,6 @@
 #include <apps/tamber/native/FindingText.h>
 #include <apps/tamber/native/Text.h>
 
-#include <CLI/CLI.hpp>
-
 #include <iostream>
 
 namespace
@@ -16,14 +14,15 @@ namespace
 class DumpCommand : public Command
 {
 public:
-    void define(CLI::App& app) override
+    void define(CommandTable& table) override
     {
-        CLI::App& command = addTo(app, "dump", "Print a native file as text, for people and version control");
-        command.add_option("FILE", file, "A native file (.tb)")->required();
-        command.add_option("--out", out, "Write the text there")->type_name("TEXT");
-        command.footer(
+        CommandRow& command =
+            table.add("dump", "Print a native file as text, for people and version control");
+        command.add("FILE", &file, "A native file (.tb)").require();
+        command.add("--out", &out, "Write the text there");
+        command.notes =
             "'tamber build' makes the same file of the text again, byte for byte, also of a damaged one.\n"
-            "No plug-in is loaded. docs/text-format.md describes the text.");
+            "No plug-in is loaded. docs/text-format.md describes the text.";
     }
 
     int run() override

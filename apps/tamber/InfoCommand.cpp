@@ -10,8 +10,6 @@
 #include <apps/tamber/native/Info.h>
 #include <tamber/graph/tbGroup.h>
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <iostream>
 
@@ -89,22 +87,18 @@ void printJson(const std::string& file, const FileInfo& info)
 class InfoCommand : public Command
 {
 public:
-    void define(CLI::App& app) override
+    void define(CommandTable& table) override
     {
-        CLI::App& command = addTo(app, "info", "Show what a native file or a model holds");
-        command.add_option("FILE", file, "A native file (.tb), or a model of any format that a loader reads")
-            ->required();
-        command.add_flag("--tree", tree, "Read the model and show its nodes");
-        command.add_flag("--json", json, "Print JSON instead of text");
-        command.add_option("--depth", limits.depth, "How many levels of the tree to show")
-            ->capture_default_str()
-            ->check(CLI::Range(0, 1024));
-        command.add_option("--lines", limits.nodes, "How many nodes of the tree to show")
-            ->capture_default_str()
-            ->check(CLI::Range(0, 100000000));
-        command.footer("Of a native file only the tables are read, unless --tree is given. Other models are "
-                       "read, and summed\n"
-                       "up unless --tree is given.");
+        CommandRow& command = table.add("info", "Show what a native file or a model holds");
+        command.add("FILE", &file, "A native file (.tb), or a model of any format that a loader reads")
+            .require();
+        command.add("--tree", &tree, "Read the model and show its nodes");
+        command.add("--json", &json, "Print JSON instead of text");
+        command.add("--depth", &limits.depth, "How many levels of the tree to show").limit(0, 1024);
+        command.add("--lines", &limits.nodes, "How many nodes of the tree to show").limit(0, 100000000);
+        command.notes = "Of a native file only the tables are read, unless --tree is given. Other models are "
+                        "read, and summed\n"
+                        "up unless --tree is given.";
     }
 
     int run() override { return needsKernel() ? showModel() : showFile(); }

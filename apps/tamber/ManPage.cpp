@@ -1,7 +1,5 @@
 #include "ManPage.h"
 
-#include "CommandLine.h"
-
 #include <sstream>
 
 namespace
@@ -60,9 +58,8 @@ std::string italic(const std::string& text)
     return "\\fI" + escaped(text) + "\\fR";
 }
 
-void begin(std::ostream& out, const std::string& name, const std::string& help)
+void begin(std::ostream& out, std::string version, const std::string& name, const std::string& help)
 {
-    std::string version = versionText();
     version[0] = 'T';
     out << ".TH " << escaped(upperCase(name)) << " 1 \"\" \"" << escaped(version) << "\" \"User Commands\"\n"
         << ".SH NAME\n"
@@ -108,7 +105,7 @@ std::string manPageName(const CommandRow& command)
 std::string manPage(const CommandTable& table)
 {
     std::ostringstream out;
-    begin(out, "tamber", table.program.help);
+    begin(out, table.version, "tamber", table.program.help);
     out << bold("tamber") << " [" << italic("options") << "] " << italic("COMMAND") << " ...\n.SH COMMANDS\n";
     for (const CommandRow& command : table.commands)
         out << ".TP\n" << bold(command.name) << '\n' << escaped(command.help) << '\n';
@@ -130,7 +127,7 @@ std::string manPage(const CommandTable& table)
 std::string manPage(const CommandTable& table, const CommandRow& command)
 {
     std::ostringstream out;
-    begin(out, manPageName(command), command.help);
+    begin(out, table.version, manPageName(command), command.help);
     out << bold("tamber " + command.name) << " [" << italic("options") << "]";
     for (const OptionRow& positional : command.positionals)
         out << ' ' << (positional.isRequired ? "" : "[") << italic(positional.names[0])

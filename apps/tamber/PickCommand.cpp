@@ -8,8 +8,6 @@
 #include <tamber/graph/tbScene.h>
 #include <tamber/trav/tbTravPath.h>
 
-#include <CLI/CLI.hpp>
-
 #include <cmath>
 #include <iostream>
 
@@ -41,27 +39,17 @@ std::string pathOf(const tbHit& hit)
 class PickCommand : public Command
 {
 public:
-    void define(CLI::App& app) override
+    void define(CommandTable& table) override
     {
-        CLI::App& command =
-            addTo(app, "pick", "Print what of a model a ray from one point to another strikes first");
-        command
-            .add_option("MODEL", model, "A model of any format that a loader reads, or a native file (.tb)")
-            ->required();
-        const auto addPoint = [&command](const char* name, std::vector<float>& numbers, const char* help)
-        {
-            command.add_option(name, numbers, help)
-                ->required()
-                ->delimiter(',')
-                ->expected(3)
-                ->allow_extra_args(false)
-                ->type_name("X,Y,Z");
-        };
-        addPoint("--from", from, "Where the ray starts");
-        addPoint("--to", to, "Where it ends");
-        command.footer(
+        CommandRow& command =
+            table.add("pick", "Print what of a model a ray from one point to another strikes first");
+        command.add("MODEL", &model, "A model of any format that a loader reads, or a native file (.tb)")
+            .require();
+        command.add("--from", &from, "Where the ray starts").require().expect(3).nameValue("X,Y,Z");
+        command.add("--to", &to, "Where it ends").require().expect(3).nameValue("X,Y,Z");
+        command.notes =
             "Coordinates are the model's, Z up. Prints the path of nodes, the point, the distance from the\n"
-            "start and the number of the primitive; 'nothing' when the ray strikes nothing.");
+            "start and the number of the primitive; 'nothing' when the ray strikes nothing.";
     }
 
     int run() override

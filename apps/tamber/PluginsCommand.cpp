@@ -5,8 +5,6 @@
 #include <tamber/io/tbPlugInReport.h>
 #include <tamber/kernel/tbVersion.h>
 
-#include <CLI/CLI.hpp>
-
 #include <filesystem>
 #include <iostream>
 
@@ -151,11 +149,11 @@ int codeOf(const tbPlugInReport& report)
 class PluginsCommand : public Command
 {
 public:
-    void define(CLI::App& app) override
+    void define(CommandTable& table) override
     {
-        CLI::App& command =
-            addTo(app, "plugins", "Show where plug-ins are looked for, and load what is found");
-        command.add_flag("--json", asJson, "As JSON");
+        CommandRow& command =
+            table.add("plugins", "Show where plug-ins are looked for, and load what is found");
+        command.add("--json", &asJson, "As JSON");
     }
 
     /// 1 when a plug-in that was found is refused or cannot be loaded.

@@ -7,8 +7,6 @@
 
 #include <tamber/graph/tbGroup.h>
 
-#include <CLI/CLI.hpp>
-
 #include <iostream>
 
 namespace
@@ -40,25 +38,20 @@ void printFrames(const FrameResults& results)
 class RunCommand : public Command
 {
 public:
-    void define(CLI::App& app) override
+    void define(CommandTable& table) override
     {
-        CLI::App& command = addTo(app, "run", "Run a model through a number of frames and print their cost");
-        command
-            .add_option("MODEL", model, "A model of any format that a loader reads, or a native file (.tb)")
-            ->required();
-        command.add_option("--frames", options.frames, "Number of frames")
-            ->capture_default_str()
-            ->check(CLI::Range(1, 1000000))
-            ->type_name("N");
-        command.add_flag("--orbit", options.orbit, "Move the camera once round the model");
-        command.add_flag("--spin", options.spin, "Turn the model once on itself");
-        command.add_option("--save", saveFile, "Save the model natively before the frames run")
-            ->type_name("FILE");
-        command.footer("Each frame edits the scene, updates it, renews bounds and walks it with a camera "
-                       "that culls and\n"
-                       "counts but draws nothing. 'nodes culled' counts the transforms found out of sight, "
-                       "each with all\n"
-                       "that it holds.");
+        CommandRow& command = table.add("run", "Run a model through a number of frames and print their cost");
+        command.add("MODEL", &model, "A model of any format that a loader reads, or a native file (.tb)")
+            .require();
+        command.add("--frames", &options.frames, "Number of frames").nameValue("N").limit(1, 1000000);
+        command.add("--orbit", &options.orbit, "Move the camera once round the model");
+        command.add("--spin", &options.spin, "Turn the model once on itself");
+        command.add("--save", &saveFile, "Save the model natively before the frames run").nameValue("FILE");
+        command.notes = "Each frame edits the scene, updates it, renews bounds and walks it with a camera "
+                        "that culls and\n"
+                        "counts but draws nothing. 'nodes culled' counts the transforms found out of sight, "
+                        "each with all\n"
+                        "that it holds.";
     }
 
     int run() override

@@ -40,16 +40,12 @@ int main(int argc, char** argv)
     limitModuleSearch();
     printPlainLines();
     CommandLine line;
-    try
-    {
-        line.getApp().parse(argc, argv);
-    }
-    catch (const CLI::ParseError& error)
-    {
-        if (line.getApp().exit(error) != 0)
-            return line.getChosen() ? line.getChosen()->getFailureCode() : FAILURE;
-        std::cout.flush();
-        return std::cout ? 0 : FAILURE;
-    }
-    return runCommand(*line.getChosen(), line.getKernelOptions());
+    const ParsedArguments::Outcome outcome = line.parse(argc, argv);
+    Command* command = line.getChosen();
+    if (outcome == ParsedArguments::COMPLETE)
+        return runCommand(*command, line.getKernelOptions());
+    if (outcome == ParsedArguments::WRONG)
+        return command ? command->getFailureCode() : FAILURE;
+    std::cout.flush();
+    return std::cout ? 0 : FAILURE;
 }
