@@ -154,6 +154,7 @@ public:
         CommandRow& command =
             table.add("plugins", "Show where plug-ins are looked for, and load what is found");
         command.add("--json", &asJson, "As JSON");
+        command.notes = "Exit code 1 when a plug-in that was found is refused or cannot be loaded.";
     }
 
     /// 1 when a plug-in that was found is refused or cannot be loaded.
