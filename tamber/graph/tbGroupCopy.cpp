@@ -79,8 +79,9 @@ void tbGroup::addCopiesOf(const tbGroup& other, CopyKind kind)
     for (int i = 0; i < other.getNumChildren(); ++i)
     {
         const tbRef<tbGroup> node(other.getChild(i)->copyOfKind(kind));
-        edge.set(node.get(), false, node && node->getNumParents() == 0);
+        edge.expect(node.get(), {.isFresh = node && node->getNumParents() == 0});
         addChild(node.get());
+        edge.forget();
     }
 }
 

@@ -29,33 +29,35 @@ bool reserveChildren(std::span<tbGroup* const> parents, int more)
 
 } // namespace
 
-bool tbGroup::canAttach(const tbGroup* child) const
+bool tbGroup::canAttach(const tbGroup* child, bool isNew) const
 {
     tbiNodeLinks::Edge edge;
-    return child && child != this && !isDying() &&
-           (tbiAttach::isNewEdge(this, child) || !tbiNodeLinks::find(this, child, edge));
+    return child && child != this && !isDying() && (isNew || !tbiNodeLinks::find(this, child, edge));
 }
 
 bool tbGroup::addChild(tbGroup* child)
 {
-    if (!canAttach(child))
+    const tbiAttach::Known known = tbiAttach::take(this, child);
+    const bool can = canAttach(child, known.isNew);
+    if (can && !known.isHeld)
+        child->ref(); // first: it waits for all stores before it, and those of an edge go far
+    if (!can && !known.isHeld)
         return false;
-    child->ref(); // first: it waits for all stores before it, and those of an edge go far
-    if (!tbiNodeLinks::append(this, child))
+    if (!can || !tbiNodeLinks::append(this, child))
     {
         child->unRefNoDelete();
         return false;
     }
-    tbiPropagation::added(child, this);
+    tbiPropagation::added(child, this, known.isFresh);
     return true;
 }
 
 bool tbGroup::insertChild(int i, tbGroup* child)
 {
-    if (i < 0 || i > getNumChildren() || !canAttach(child) || !tbiNodeLinks::insert(this, i, child))
+    if (i < 0 || i > getNumChildren() || !canAttach(child, false) || !tbiNodeLinks::insert(this, i, child))
         return false;
     child->ref();
-    tbiPropagation::added(child, this);
+    tbiPropagation::added(child, this, false);
     return true;
 }
 
@@ -109,7 +111,7 @@ void tbGroup::yieldTo(tbGroup* node, tbGroup* parent, bool keepOrder)
         node->ref();
     removedFrom(parent);
     if (placed)
-        tbiPropagation::added(node, parent);
+        tbiPropagation::added(node, parent, false);
     unRef();
 }
 

@@ -2,6 +2,7 @@
 #include "tbGroup.h"
 
 #include <tamber/io/tbEntry.h>
+#include <tamber/io/tbFile.h>
 
 #include "tbiAttach.h"
 #include "tbiNodeLinks.h"
@@ -12,46 +13,72 @@
 namespace
 {
 
-// Tells which nodes a list that is being read holds already: many children with many parents each would be searched for
-// ever. Where one of the two lists is short, searching is left to the attach.
-class ChildrenMet
+// The children that a node reads, on their way from the file into its list.
+//
+// Which of them the list holds already is known without a search, which could take for ever: while nothing but this
+// list makes edges, a node that it holds has its parent for the last one. Nodes that read lists of their own in between
+// end that for the children before them, which are remembered then.
+class ChildrenRead
 {
 public:
-    /// A list of `length` references.
-    ChildrenMet(const tbGroup* reader, int length) : parent(reader), atFirst(std::min(length, MOST_AT_FIRST))
-    {
-    }
+    explicit ChildrenRead(tbGroup* reader) : parent(reader), edge(reader) {}
 
-    /// False for a child that is there already.
-    bool admit(const tbGroup* child)
+    /// Makes room for more children, of which `left` come at most: as many as the file has paid for.
+    void makeRoom(int left)
     {
-        known = remembers || child->getNumParents() == 0;
-        if (!known && isLong(parent->getNumChildren()) && isLong(child->getNumParents()))
-            known = remember();
-        return !remembers || met.addUnique(child);
+        const int number = parent->getNumChildren();
+        if (number < room)
+            return;
+        const int more = std::min(left, std::max(FIRST_ROOM, 2 * number));
+        room = tbiNodeLinks::reserveChildren(parent, more) ? number + more : number;
     }
-    /// Whether the child that was admitted last is certain to be new.
-    bool isKnown() const { return known; }
+    /// Attaches a child. One that is held comes with the reference for it.
+    void attach(tbGroup* child, bool isHeld)
+    {
+        look();
+        const bool isFirst = child->getNumParents() == 0;
+        const bool isSure = isFirst || (tbiNodeLinks::getNumCut() == numCut && remember());
+        const bool isThere =
+            !isFirst && (tbiNodeLinks::isLastParent(parent, child) || (isSure && met.contains(child)));
+        // What comes out of a file has told all below itself.
+        const bool isFresh = child->getNumChildren() == 0 || child->anyTravFlags(tbGroup::TF_UPDATE);
+        edge.expect(child, {.isNew = isSure, .isFresh = isFresh, .isHeld = isHeld});
+        if (!isThere)
+            parent->addChild(child);
+        if (edge.forget() && isHeld)
+            child->unRef();
+    }
 
 private:
-    static constexpr int MOST_AT_FIRST = 1000; // lists nest: none may take much on trust
-
-    static bool isLong(int number) { return number > 16; }
-
+    /// Whether somebody else has made edges since the last child.
+    void look()
+    {
+        const unsigned made = tbiNodeLinks::getNumMade();
+        const int number = parent->getNumChildren();
+        if (made - numMade != unsigned(number - numChildren))
+            numUnsure = number;
+        numMade = made;
+        numChildren = number;
+    }
+    /// Remembers the children that may have come under other parents since. False when memory is out.
     bool remember()
     {
-        met.reserve(std::max(atFirst, parent->getNumChildren()));
-        for (const tbGroup* child : parent->getChildren())
-            met.addUnique(child);
-        remembers = met.getNum() == parent->getNumChildren();
-        return remembers;
+        while (met.getNum() < numUnsure && met.addUnique(parent->getChild(met.getNum())))
+        {
+        }
+        return met.getNum() == numUnsure;
     }
 
-    const tbGroup* parent;
-    int atFirst;
+    static constexpr int FIRST_ROOM = 16;
+
+    tbGroup* parent;
+    tbiAttach edge;
+    int room = 0; // children that fit
+    unsigned numMade = tbiNodeLinks::getNumMade();
+    const unsigned numCut = tbiNodeLinks::getNumCut();
+    int numChildren = 0;
+    int numUnsure = 0; // children from the first on
     tbiPointerSet met;
-    bool remembers = false;
-    bool known = false;
 };
 
 } // namespace
@@ -79,25 +106,38 @@ tbEntry* tbGroup::read(tbFile* file, tbEntry* entry)
     travFlags = std::uint16_t(entry->readShort());
     nodeFlags = std::uint16_t(entry->readShort());
     const int n = entry->readCount(sizeof(std::int32_t));
-    ChildrenMet met(this, n);
-    tbiAttach edge(this);
-    for (int i = 0; i < n; ++i)
-    {
-        tbBase* object = readRef(file, entry);
-        if (!object)
-            continue;
-        if (!object->isOfType(getClassType()))
-        {
-            entry->passOver("a child that is no node");
-            continue;
-        }
-        tbGroup* child = static_cast<tbGroup*>(object);
-        tbiNodeLinks::prefetchAppend(child);
-        if (!met.admit(child))
-            continue;
-        // What comes out of a file has told all below itself.
-        edge.set(child, met.isKnown(), child->getNumChildren() == 0 || child->anyTravFlags(TF_UPDATE));
-        addChild(child);
-    }
+    if (n > 0)
+        readChildren(file, entry, n);
     return entry->hasFailed() ? nullptr : entry;
+}
+
+// Each child is attached before the next is read. Those for which nothing has to be read come a number at a time, so
+// that what the attaching touches is in the cache.
+void tbGroup::readChildren(tbFile* file, tbEntry* entry, int number)
+{
+    constexpr int MOST_AT_ONCE = 16;
+    const tbType* type = getClassType();
+    tbBase* objects[MOST_AT_ONCE];
+    ChildrenRead list(this);
+    for (int i = 0; i < number;)
+    {
+        const int known = file->readKnownRefs(entry, type, objects, std::min(MOST_AT_ONCE, number - i));
+        list.makeRoom(number - i);
+        for (int k = 0; k < known; ++k)
+        {
+            tbiNodeLinks::prefetchAppend(static_cast<tbGroup*>(objects[k]));
+            objects[k]->ref(); // all at once: each waits for the stores of the edge before it
+        }
+        for (int k = 0; k < known; ++k)
+            list.attach(static_cast<tbGroup*>(objects[k]), true);
+        i += known;
+        if (known > 0)
+            continue;
+        ++i;
+        tbBase* object = readRef(file, entry);
+        if (object && object->isOfType(type))
+            list.attach(static_cast<tbGroup*>(object), false);
+        else if (object)
+            entry->passOver("a child that is no node");
+    }
 }

@@ -2,47 +2,50 @@
 
 #include <tamber/graph/tbGroup.h>
 
-// What is known beforehand of the edges that one parent gets: that an edge is new, so that neither list has to be
-// searched for it, and that all below the child has been told already. Lives while the edges are made; for one thread.
+#include <utility>
+
+// What is known beforehand of the edges that one parent gets. Lives while they are made; for one thread. What is known
+// of an edge goes to the first who makes it: a hook that runs for the edge, or the reading of the next child, may edit
+// the same two nodes.
 class tbiAttach
 {
 public:
+    struct Known
+    {
+        bool isNew = false;   // neither list has to be searched for the edge
+        bool isFresh = false; // all below the child has been told, and nothing has changed since: only the edge is new
+        bool isHeld = false;  // the parent's reference on the child has been taken
+    };
+
     explicit tbiAttach(const tbGroup* to) : parent(to), outer(current) { current = this; }
     ~tbiAttach() { current = outer; }
     tbiAttach(const tbiAttach&) = delete;
     tbiAttach& operator=(const tbiAttach&) = delete;
 
-    /// What holds for the next child, and for no other.
-    void set(const tbGroup* next, bool edgeIsNew, bool nodeIsFresh)
+    /// What holds for the next edge.
+    void expect(const tbGroup* next, Known knowledge)
     {
         child = next;
-        isNew = edgeIsNew;
-        isFresh = nodeIsFresh;
+        known = knowledge;
     }
+    /// Nothing is expected any more. True when nobody has taken what was known.
+    bool forget() { return std::exchange(child, nullptr); }
 
-    /// Whether `node` is certain to be no child of `above`.
-    static bool isNewEdge(const tbGroup* above, const tbGroup* node)
+    /// What is known of an edge that is about to be made.
+    static Known take(const tbGroup* above, const tbGroup* node)
     {
-        return applies(above, node) && current->isNew;
-    }
-    /// Whether an attach of `node` has to tell this one edge only: everything below has just been told, and nothing
-    /// has changed since.
-    static bool isFreshNode(const tbGroup* above, const tbGroup* node)
-    {
-        return applies(above, node) && current->isFresh;
+        tbiAttach* attach = current;
+        if (!attach || attach->child != node || attach->parent != above)
+            return {};
+        attach->child = nullptr;
+        return attach->known;
     }
 
 private:
-    static bool applies(const tbGroup* above, const tbGroup* node)
-    {
-        return current && current->child == node && current->parent == above;
-    }
-
-    static inline thread_local constinit const tbiAttach* current = nullptr;
+    static inline thread_local constinit tbiAttach* current = nullptr;
 
     const tbGroup* parent;
     const tbGroup* child = nullptr;
-    bool isNew = false;
-    bool isFresh = false;
-    const tbiAttach* outer;
+    Known known;
+    tbiAttach* outer;
 };

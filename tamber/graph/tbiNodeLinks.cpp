@@ -359,15 +359,6 @@ int tbiNodeLinks::indexOf(const tbGroup* parent, const tbGroup* child)
     return int(oppositeOf(child->parents, slot) - firstOf(parent->children));
 }
 
-void tbiNodeLinks::prefetchAppend(const tbGroup* child)
-{
-    const tbNodeList& list = child->parents;
-    if (!inBlock(list))
-        return;
-    __builtin_prefetch(list.block->slots() + list.tail);
-    __builtin_prefetch(&list.block->opposite(list.tail));
-}
-
 bool tbiNodeLinks::appendAnywhere(tbGroup* parent, tbGroup* child)
 {
     if (!reserve(parent->children) || !reserve(child->parents))
@@ -375,6 +366,7 @@ bool tbiNodeLinks::appendAnywhere(tbGroup* parent, tbGroup* child)
     const unsigned slotBelow = endOf(parent->children);
     appendTo(parent->children, child, endOf(child->parents));
     appendTo(child->parents, parent, slotBelow);
+    ++numMade;
     return true;
 }
 
@@ -387,11 +379,13 @@ bool tbiNodeLinks::insert(tbGroup* parent, int i, tbGroup* child)
         return false;
     put(parent->children, slot, child, endOf(child->parents));
     appendTo(child->parents, parent, slot);
+    ++numMade;
     return true;
 }
 
 void tbiNodeLinks::remove(tbGroup* parent, tbGroup* child, const Edge& edge, bool keepOrder)
 {
+    ++numCut;
     removeSlot(parent->children, edge.inChildren);
     if (keepOrder)
         removeSlot(child->parents, edge.inParents);
@@ -410,6 +404,8 @@ bool tbiNodeLinks::replace(tbGroup* parent, tbGroup* child, tbGroup* node, bool 
         remove(parent, child, edge, keepOrder);
         return false;
     }
+    ++numMade;
+    ++numCut;
     put(parent->children, edge.inChildren, node, endOf(node->parents));
     appendTo(node->parents, parent, edge.inChildren);
     if (keepOrder)

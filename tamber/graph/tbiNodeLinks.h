@@ -15,9 +15,16 @@ public:
         unsigned inParents;
     };
 
+    /// How many edges this thread has made, and how many it has cut, since it began: who saw all of them knows what
+    /// there is.
+    static unsigned getNumMade() { return numMade; }
+    static unsigned getNumCut() { return numCut; }
+
     // Queries. What is searched is the shorter of the two lists.
     static bool contains(const tbGroup* parent, const tbGroup* child);
     static int indexOf(const tbGroup* parent, const tbGroup* child);
+    /// Whether the last edge to `child` came from `parent`. The child has a parent.
+    static bool isLastParent(const tbGroup* parent, const tbGroup* child);
 
     // Edits.
     static bool find(const tbGroup* parent, const tbGroup* child, Edge& edge);
@@ -51,6 +58,9 @@ private:
     static constexpr unsigned NEAR_END =
         16; // removals this close to an end shift entries, others leave a hole
     static constexpr unsigned FIRST_CAPACITY = 4;
+
+    static inline thread_local constinit unsigned numMade = 0;
+    static inline thread_local constinit unsigned numCut = 0;
     static constexpr unsigned MOST_ROOM = tbNodeList::ROOM_MASK / tbNodeList::ROOM_ONE;
 
     static bool inBlock(const tbNodeList& list);
@@ -82,6 +92,22 @@ private:
     static void trimHoles(tbNodeList& list, unsigned count, unsigned end);
 };
 
+inline void tbiNodeLinks::prefetchAppend(const tbGroup* child)
+{
+    const tbNodeList& list = child->parents;
+    if ((list.word.load(std::memory_order_relaxed) & tbNodeList::IN_BLOCK) == 0)
+        return;
+    __builtin_prefetch(list.block->slots() + list.tail);
+    __builtin_prefetch(&list.block->opposite(list.tail));
+}
+
+inline bool tbiNodeLinks::isLastParent(const tbGroup* parent, const tbGroup* child)
+{
+    const tbNodeList& list = child->parents;
+    const bool inBlock = (list.word.load(std::memory_order_relaxed) & tbNodeList::IN_BLOCK) != 0;
+    return (inBlock ? list.block->slots()[list.tail - 1] : list.single) == parent;
+}
+
 inline void tbiNodeLinks::putLast(tbNodeList& list, unsigned word, tbGroup* node, unsigned opposite)
 {
     const unsigned slot = list.tail;
@@ -103,5 +129,6 @@ inline bool tbiNodeLinks::appendInBlocks(tbGroup* parent, tbGroup* child)
     const unsigned slotBelow = below.tail;
     putLast(below, wordBelow, child, above.tail);
     putLast(above, wordAbove, parent, slotBelow);
+    ++numMade;
     return true;
 }

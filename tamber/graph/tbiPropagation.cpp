@@ -1,6 +1,5 @@
 #include "tbiPropagation.h"
 
-#include "tbiAttach.h"
 #include "tbiDirectCalls.h"
 #include "tbiLocalStack.h"
 #include "tbiNodeLinks.h"
@@ -93,9 +92,9 @@ inline void tbiPropagation::tellAdded(tbGroup* node, tbGroup* parent)
         tellNewEdge(node, parent);
 }
 
-void tbiPropagation::added(tbGroup* node, tbGroup* parent)
+void tbiPropagation::added(tbGroup* node, tbGroup* parent, bool isFresh)
 {
-    if (tbiAttach::isFreshNode(parent, node))
+    if (isFresh)
         tellNewEdge(node, parent);
     else if (node->getNumChildren() == 0)
         tellAdded(node, parent);

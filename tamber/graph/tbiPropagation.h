@@ -12,8 +12,9 @@ public:
     static void dirtyUp(tbGroup* parent, unsigned bits) { climb(&tbGroup::dirtyUp, parent, bits); }
     static void cleanUp(tbGroup* parent, unsigned bits) { climb(&tbGroup::cleanUp, parent, bits); }
 
-    /// Tells every edge of the subtree of `node`, the deepest first, and last that `node` came under `parent`.
-    static void added(tbGroup* node, tbGroup* parent);
+    /// Tells every edge of the subtree of `node`, the deepest first, and last that `node` came under `parent`. A fresh
+    /// node's subtree has been told, and nothing has changed there since.
+    static void added(tbGroup* node, tbGroup* parent, bool isFresh);
     /// Raises flags on every node from `node` down, each once, and above it. For passes that could not be finished.
     static void raiseAll(tbGroup* node, unsigned bits);
     /// What tbGroup::removedFrom() does: the node's own part, then removedFrom(parent) for every node below it.

@@ -1,6 +1,7 @@
 #include <tamber/io/tbEntry.h>
 
 #include <tamber/io/tbFile.h>
+#include <tamber/io/tbiEntryTake.h>
 #include <tamber/io/tbiFileLayout.h>
 #include <tamber/io/tbiUnpacker.h>
 
@@ -9,16 +10,6 @@
 #include <cstring>
 #include <limits>
 #include <utility>
-
-namespace
-{
-
-std::int64_t aligned(int cursor, int alignment)
-{
-    return (std::int64_t(cursor) + alignment - 1) & ~std::int64_t(alignment - 1);
-}
-
-} // namespace
 
 tbEntry::tbEntry(tbFile* owner, int tagIndex) : tag(tagIndex), file(owner) {}
 
@@ -47,16 +38,6 @@ void tbEntry::setHandle(const void* object)
     bind(object, KIND_OTHER);
 }
 
-template <class Word>
-Word tbEntry::take(Word marker, int alignment)
-{
-    const std::int64_t place = aligned(cursor, alignment);
-    if (place + std::int64_t(sizeof(Word)) > available) [[unlikely]]
-        return takeBeyond(marker, place);
-    cursor = int(place) + int(sizeof(Word));
-    return tbiFileLayout::load<Word>(data + place, byteSwapped);
-}
-
 void tbEntry::copyBytes(int place, void* bytes, int number)
 {
     if (unpacker)
@@ -68,7 +49,7 @@ void tbEntry::copyBytes(int place, void* bytes, int number)
 // Moves bytes, never floats: the words of signalling numbers arrive as they were.
 int tbEntry::takeWords(void* words, int n)
 {
-    const std::int64_t place = aligned(cursor, 4);
+    const std::int64_t place = tbiAligned(cursor, 4);
     if (!isLoaded() || place + 4 > dataSize || n < 1)
         return 0;
     const int number = std::min(n, (dataSize - int(place)) / 4);
@@ -174,7 +155,7 @@ int tbEntry::readCount(int itemSize)
 
 bool tbEntry::checkItems(int count, int itemSize, int alignment)
 {
-    const std::int64_t end = aligned(cursor, alignment) + std::int64_t(count) * itemSize;
+    const std::int64_t end = tbiAligned(cursor, alignment) + std::int64_t(count) * itemSize;
     if (count <= 0 || (isLoaded() && end <= dataSize))
         return true;
     fail("more items than the entry can hold");
@@ -219,7 +200,7 @@ bool tbEntry::growTo(std::int64_t end)
 
 unsigned char* tbEntry::extend(int len, int alignment)
 {
-    const std::int64_t place = aligned(cursor, alignment);
+    const std::int64_t place = tbiAligned(cursor, alignment);
     if (!growTo(place + len))
         return nullptr;
     // Data that was set anew may end before the cursor; what lay there does not come back.

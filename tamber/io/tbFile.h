@@ -106,6 +106,9 @@ public:
     tbBase* readObject(int index);
     /// The same for the index that is read from `entry`; a negative one is no reference.
     tbBase* readObjectRef(tbEntry* entry);
+    /// As readObjectRef() for the next references, `most` at most and as long as they lead to objects of `type` that
+    /// other references led to before. Returns how many went into `objects`; the next one is for readObjectRef().
+    int readKnownRefs(tbEntry* entry, const tbType* type, tbBase** objects, int most);
     /// The entry of `object`, written first when there is none yet. Null when it cannot be written.
     tbEntry* writeObject(const tbBase* object);
 
@@ -196,7 +199,8 @@ private:
     bool readInto(tbBase* object, tbEntry* entry);
     bool beginObject(tbEntry* entry);
     bool isSceneInScene(const tbType* type) const;
-    tbBase* followAgain(int index);
+    bool isKnown(int index) const;
+    tbBase* followKnown(int index);
     bool hasRoomForPaths(const tbEntry* target) const;
     bool countPaths(const tbEntry* target, const tbEntry* referrer);
     tbEntry* findTarget(int index, const tbEntry* referrer);

@@ -2,6 +2,7 @@
 #include <tamber/io/tbFile.h>
 
 #include <tamber/graph/tbScene.h>
+#include <tamber/io/tbiEntryTake.h>
 #include <tamber/io/tbiFileState.h>
 #include <tamber/kernel/tbBase.h>
 
@@ -56,20 +57,44 @@ tbBase* tbFile::readObjectRef(tbEntry* entry)
     const bool nested = state->readDepth > 0 || entry->objectRecord;
     if (index < 0 || (nested && !spendOnReference(entry, index)))
         return nullptr;
-    tbBase* object = nested ? followAgain(index) : nullptr;
-    return object ? object : follow(index, entry, nested);
+    return nested && isKnown(index) ? followKnown(index) : follow(index, entry, nested);
 }
 
-// As follow() for an entry that was referred to before, where nothing is to be said or done but to count. Null for all
-// others: most references of most files lead to what many refer to.
-inline tbBase* tbFile::followAgain(int index)
+// Most references of files with many of them lead to what many refer to.
+int tbFile::readKnownRefs(tbEntry* entry, const tbType* type, tbBase** objects, int most)
+{
+    const std::int64_t start = tbiAligned(entry->cursor, 4);
+    const std::int64_t inData = (entry->available - start) / 4; // packed data goes the other way
+    const std::int64_t end = std::min({std::int64_t(most), inData, state->getReferencesLeft()});
+    int number = 0;
+    for (; number < end; ++number)
+    {
+        const auto index =
+            int(tbiFileLayout::load<std::uint32_t>(entry->data + start + 4 * number, entry->byteSwapped));
+        if (!isKnown(index) || !objectOf(entries[index]->handle)->isOfType(type))
+            break;
+        objects[number] = followKnown(index);
+    }
+    if (number == 0)
+        return 0;
+    spendOnMade(entry, number * tbiFileState::REFERENCE_WORK, number * tbiFileState::REFERENCE_COST);
+    entry->cursor = int(start) + 4 * number;
+    return number;
+}
+
+// Whether there is nothing to be done and nothing to be said when a reference is followed from an object, but to count.
+inline bool tbFile::isKnown(int index) const
 {
     if (!entries.indexInRange(index))
-        return nullptr;
+        return false;
     const tbEntry* target = entries[index];
-    if (!target->held || target->kind != tbEntry::KIND_OBJECT || target->state != tbEntry::STATE_IDLE ||
-        target->failed || target->holdsScene || !hasRoomForPaths(target))
-        return nullptr;
+    return target->held && target->kind == tbEntry::KIND_OBJECT && target->state == tbEntry::STATE_IDLE &&
+           !target->failed && !target->holdsScene && hasRoomForPaths(target);
+}
+
+inline tbBase* tbFile::followKnown(int index)
+{
+    const tbEntry* target = entries[index];
     state->paths += target->expanded;
     return objectOf(target->handle);
 }

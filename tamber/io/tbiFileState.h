@@ -119,6 +119,11 @@ struct tbiFileState : tbAllocated<tbiFileState>
         dataHeld += bytes;
         return true;
     }
+    /// How many references can be followed.
+    std::int64_t getReferencesLeft() const
+    {
+        return std::min((dataBudget - dataSpent) / REFERENCE_WORK, (heldBudget - dataHeld) / REFERENCE_COST);
+    }
     bool setErrorText(const char* rule)
     {
         errorText = label.empty() ? rule : label + ": " + rule;
