@@ -53,8 +53,8 @@ endif()
 if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   find_program(TAMBER_CCACHE ccache)
   if(TAMBER_CCACHE)
-    # Precompiled headers are cached with these only, and headers that were just checked out with the last two.
-    set(sloppiness pch_defines,time_macros,include_file_mtime,include_file_ctime)
+    # Headers that were just checked out are cached as well.
+    set(sloppiness time_macros,include_file_mtime,include_file_ctime)
     set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}"
                                     CCACHE_NOHASHDIR=1 CCACHE_DEPEND=1
                                     "CCACHE_SLOPPINESS=${sloppiness}" "${TAMBER_CCACHE}")
@@ -66,6 +66,10 @@ target_compile_options(tamber_warnings INTERFACE -Wall -Wextra -Wshadow -Wconver
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   # Version 12 raises it for every "text" + std::string.
   target_compile_options(tamber_warnings INTERFACE -Wno-restrict)
+endif()
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # Sources that are included together have unnamed namespaces all the same.
+  target_compile_options(tamber_warnings INTERFACE -Wno-subobject-linkage)
 endif()
 if(TAMBER_WARNINGS_AS_ERRORS)
   target_compile_options(tamber_warnings INTERFACE -Werror)

@@ -69,10 +69,6 @@ endfunction()
 # tamber_add_cases(<target>): runs every case of a GoogleTest program in a process of its own, so that none sees the
 # classes, plug-ins and threads of another.
 function(tamber_add_cases target)
-  tamber_precompile(${target} tamber_test_headers LIBRARIES gtest
-                    HEADERS <gtest/gtest.h> <algorithm> <array> <atomic> <chrono> <cmath> <cstdint> <cstdio> <cstdlib>
-                            <cstring> <filesystem> <fstream> <functional> <limits> <map> <memory> <random> <set>
-                            <sstream> <string> <string_view> <thread> <vector>)
   if(TAMBER_RUN_TESTS)
     tamber_test_folder(folder ${target})
     gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120 NO_PRETTY_VALUES

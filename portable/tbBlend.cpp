@@ -9,7 +9,7 @@ TB_DEFINE_VISUAL_TRAIT_CLASS(tbBlend, tbVisualTrait)
 
 namespace
 {
-std::atomic<tbTraitApplyFunc> applyFunc{nullptr};
+std::atomic<tbTraitApplyFunc> blendFunc{nullptr};
 
 bool isFactor(tbBlend::FACTOR factor)
 {
@@ -63,7 +63,7 @@ bool tbBlend::setFactors(FACTOR source, FACTOR destination)
 
 void tbBlend::setApplyFunc(tbTraitApplyFunc func)
 {
-    applyFunc.store(func, std::memory_order_release);
+    blendFunc.store(func, std::memory_order_release);
 }
 
 tbBase* tbBlend::createCopy() const
@@ -116,5 +116,5 @@ void tbBlend::apply(tbTravContext* context) const
 
 void tbBlend::apply(tbCamera* camera) const
 {
-    tbiApplyTrait(this, camera, applyFunc);
+    tbiApplyTrait(this, camera, blendFunc);
 }

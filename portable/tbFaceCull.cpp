@@ -9,7 +9,7 @@ TB_DEFINE_VISUAL_TRAIT_CLASS(tbFaceCull, tbVisualTrait)
 
 namespace
 {
-std::atomic<tbTraitApplyFunc> applyFunc{nullptr};
+std::atomic<tbTraitApplyFunc> faceCullFunc{nullptr};
 }
 
 tbFaceCull::tbFaceCull()
@@ -50,7 +50,7 @@ bool tbFaceCull::setFace(FACE value)
 
 void tbFaceCull::setApplyFunc(tbTraitApplyFunc func)
 {
-    applyFunc.store(func, std::memory_order_release);
+    faceCullFunc.store(func, std::memory_order_release);
 }
 
 tbBase* tbFaceCull::createCopy() const
@@ -86,5 +86,5 @@ bool tbFaceCull::isEqual(tbTrait* other) const
 
 void tbFaceCull::apply(tbCamera* camera) const
 {
-    tbiApplyTrait(this, camera, applyFunc);
+    tbiApplyTrait(this, camera, faceCullFunc);
 }

@@ -12,7 +12,7 @@ TB_DEFINE_VISUAL_TRAIT_CLASS(tbMaterial, tbVisualTrait)
 
 namespace
 {
-std::atomic<tbTraitApplyFunc> applyFunc{nullptr};
+std::atomic<tbTraitApplyFunc> materialFunc{nullptr};
 
 bool isColorPart(float value)
 {
@@ -111,7 +111,7 @@ bool tbMaterial::setOpacity(float value)
 
 void tbMaterial::setApplyFunc(tbTraitApplyFunc func)
 {
-    applyFunc.store(func, std::memory_order_release);
+    materialFunc.store(func, std::memory_order_release);
 }
 
 tbBase* tbMaterial::createCopy() const
@@ -168,5 +168,5 @@ void tbMaterial::apply(tbTravContext* context) const
 
 void tbMaterial::apply(tbCamera* camera) const
 {
-    tbiApplyTrait(this, camera, applyFunc);
+    tbiApplyTrait(this, camera, materialFunc);
 }

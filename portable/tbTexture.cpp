@@ -16,7 +16,7 @@ namespace
 {
 constexpr int BYTES_PER_PIXEL = 4;
 
-std::atomic<tbTraitApplyFunc> applyFunc{nullptr};
+std::atomic<tbTraitApplyFunc> textureFunc{nullptr};
 
 /// A copy from `arena` or, when that is null, from the heap; null for null and when memory is out.
 char* copyText(const char* text, tbArena* arena)
@@ -183,7 +183,7 @@ std::size_t tbTexture::getImageSize() const
 
 void tbTexture::setApplyFunc(tbTraitApplyFunc func)
 {
-    applyFunc.store(func, std::memory_order_release);
+    textureFunc.store(func, std::memory_order_release);
 }
 
 tbBase* tbTexture::createCopy() const
@@ -288,5 +288,5 @@ void tbTexture::apply(tbTravContext* context) const
 
 void tbTexture::apply(tbCamera* camera) const
 {
-    tbiApplyTrait(this, camera, applyFunc);
+    tbiApplyTrait(this, camera, textureFunc);
 }

@@ -5,11 +5,11 @@ TB_DEFINE_SERVICE_CLASS(tbKeyboard, tbQueue)
 namespace
 {
 
-constexpr int NUM_EVENTS = 50;
+constexpr int NUM_KEYBOARD_EVENTS = 50;
 
 } // namespace
 
-tbKeyboard::tbKeyboard() : tbQueue(int(sizeof(tbKeyboardData)), NUM_EVENTS)
+tbKeyboard::tbKeyboard() : tbQueue(int(sizeof(tbKeyboardData)), NUM_KEYBOARD_EVENTS)
 {
     initInstance();
 }

@@ -8,7 +8,7 @@ TB_DEFINE_SERVICE_CLASS(tbMouse, tbQueue)
 namespace
 {
 
-constexpr int NUM_EVENTS = 25;
+constexpr int NUM_MOUSE_EVENTS = 25;
 
 // Coordinate 0 is the edge whatever the size is, so that a window without a size never divides by it.
 float normalised(int coordinate, int size)
@@ -20,7 +20,7 @@ float normalised(int coordinate, int size)
 
 } // namespace
 
-tbMouse::tbMouse() : tbQueue(int(sizeof(tbMouseData)), NUM_EVENTS)
+tbMouse::tbMouse() : tbQueue(int(sizeof(tbMouseData)), NUM_MOUSE_EVENTS)
 {
     initInstance();
 }

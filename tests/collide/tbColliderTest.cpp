@@ -16,7 +16,7 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
+using tbtest::NOT_A_NUMBER;
 
 namespace
 {
@@ -262,7 +262,6 @@ TEST_F(Collider, RaysThatAreNoNumbersHitNothing)
 {
     addWall(scene, 3);
     scene.update();
-    constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
     for (const float length : {0.0f, NOT_A_NUMBER})
         EXPECT_EQ(withRay(length)->intersect(scene), 0) << length;
     const tbRef<tbCollider> collider(new tbCollider);

@@ -21,7 +21,7 @@ using tbtest::WholeFile;
 namespace
 {
 
-const std::filesystem::path FOLDER = TEST_DATA "/good";
+const std::filesystem::path WHOLE_FOLDER = TEST_DATA "/good";
 constexpr const char* GOOD_FILES[] = {"kernel.tb",
                                       "kernel-swapped.tb",
                                       "kernel-packed.tb",
@@ -100,7 +100,7 @@ protected:
         EXPECT_EQ(WholeFile(path).error, tbFile::FILE_OK);
     }
 
-    std::string bytes = tbtest::readAll((FOLDER / GetParam()).string());
+    std::string bytes = tbtest::readAll((WHOLE_FOLDER / GetParam()).string());
     std::vector<bool> isRead = bytesThatAreRead(bytes, std::strstr(GetParam(), "swapped") != nullptr);
     tbtest::TempDirectory directory;
     std::string path = directory.path("damaged.tb");
@@ -143,7 +143,7 @@ TEST(DamagedFiles, NothingDoesHarmWhateverChanges)
     tbtest::allowMessages();
     std::vector<std::string> files;
     for (const char* name : GOOD_FILES)
-        files.push_back(tbtest::readAll((FOLDER / name).string()));
+        files.push_back(tbtest::readAll((WHOLE_FOLDER / name).string()));
     const tbtest::TempDirectory directory;
     const std::string path = directory.path("damaged.tb");
     const char* wanted = std::getenv("TAMBER_DAMAGED_FILES");

@@ -14,7 +14,7 @@
 namespace
 {
 
-const std::filesystem::path FOLDER = TEST_DATA "/good";
+const std::filesystem::path GOOD_FOLDER = TEST_DATA "/good";
 
 // Neither the library that wrote the file nor the versions of its classes are of the graph.
 std::string withoutVersions(std::string bytes)
@@ -46,14 +46,14 @@ TEST_P(GoodFile, HoldsWhatItAlwaysHeldAndIsSavedTheSame)
 {
     tbtest::WholeFile::prepare();
     const std::string name = GetParam();
-    const std::string expected = tbtest::readAll((FOLDER / (name + ".txt")).string());
-    const std::string plain = tbtest::readAll((FOLDER / (name + ".tb")).string());
+    const std::string expected = tbtest::readAll((GOOD_FOLDER / (name + ".txt")).string());
+    const std::string plain = tbtest::readAll((GOOD_FOLDER / (name + ".tb")).string());
     ASSERT_FALSE(expected.empty());
     const tbtest::TempDirectory directory;
     for (const char* form : {"", "-packed", "-swapped", "-swapped-packed"})
     {
         SCOPED_TRACE(form);
-        const std::string path = (FOLDER / (name + form + ".tb")).string();
+        const std::string path = (GOOD_FOLDER / (name + form + ".tb")).string();
         const tbtest::WholeFile file(path);
         EXPECT_EQ(file.error, tbFile::FILE_OK) << file.text;
         ASSERT_FALSE(file.objects.empty());
@@ -68,7 +68,7 @@ TEST_P(GoodFile, HoldsWhatItAlwaysHeldAndIsSavedTheSame)
 
 TEST(GoodFileCopies, HoldWhatTheirOriginalsHoldButForAttributes)
 {
-    const tbtest::WholeFile file((FOLDER / "kernel.tb").string());
+    const tbtest::WholeFile file((GOOD_FOLDER / "kernel.tb").string());
     int numCompared = 0;
     for (const tbRef<tbBase>& object : file.objects)
     {

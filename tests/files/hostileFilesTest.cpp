@@ -21,11 +21,12 @@ using tbtest::WholeFile;
 namespace
 {
 
-const std::filesystem::path FOLDER = TEST_DATA "/hostile";
+const std::filesystem::path HOSTILE_FOLDER = TEST_DATA "/hostile";
 
 const std::vector<Expectation>& expectations()
 {
-    static const std::vector<Expectation> all = Expectation::readAll((FOLDER / "expected.txt").string());
+    static const std::vector<Expectation> all =
+        Expectation::readAll((HOSTILE_FOLDER / "expected.txt").string());
     return all;
 }
 
@@ -39,7 +40,7 @@ protected:
     }
 
     const Expectation& expected = expectations()[std::size_t(GetParam())];
-    std::string path = (FOLDER / expected.file).string();
+    std::string path = (HOSTILE_FOLDER / expected.file).string();
     std::size_t size = std::size_t(std::filesystem::file_size(path));
 };
 
@@ -90,7 +91,7 @@ TEST(HostileFiles, AllStandInTheManifest)
     std::set<std::string> named;
     for (const Expectation& each : expectations())
         EXPECT_TRUE(named.insert(each.file).second) << each.file << " stands there twice";
-    for (const auto& entry : std::filesystem::directory_iterator(FOLDER))
+    for (const auto& entry : std::filesystem::directory_iterator(HOSTILE_FOLDER))
         EXPECT_EQ(named.count(entry.path().filename().string()), entry.path().extension() == ".tb" ? 1u : 0u)
             << entry.path();
     EXPECT_GE(named.size(), 150u);

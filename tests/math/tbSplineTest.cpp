@@ -12,6 +12,8 @@
 #include <cmath>
 #include <limits>
 
+using tbtest::NOT_A_NUMBER;
+
 namespace
 {
 
@@ -22,8 +24,6 @@ tbSpline square(tbSpline::TYPE type)
         spline.addPoint(point);
     return spline;
 }
-
-constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 
 } // namespace
 

@@ -10,12 +10,12 @@
 #include <limits>
 
 using tbtest::near;
+using tbtest::NOT_A_NUMBER;
 
 namespace
 {
 
 constexpr float INF = std::numeric_limits<float>::infinity();
-constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 
 tbVec3 directionOf(float h, float p)
 {

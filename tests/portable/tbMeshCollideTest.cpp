@@ -6,22 +6,17 @@
 #include <tests/support/Near.h>
 #include <tests/support/RandomValues.h>
 #include <tests/support/TestScene.h>
+#include <tests/support/Vertices.h>
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <limits>
 #include <vector>
+
+using tbtest::makeVertices;
+using tbtest::NOT_A_NUMBER;
 
 namespace
 {
-tbVertexArray* makeVertices(const std::vector<tbVec3>& points)
-{
-    auto* vertices = new tbVertexArray(int(points.size()), tbVertexArray::VT_POSITION);
-    std::memcpy(vertices->getData(), points.data(), points.size() * sizeof(tbVec3));
-    return vertices;
-}
-
 tbMesh* addMesh(tbGroup* parent, tbMesh::PRIMITIVE kind, const std::vector<tbVec3>& points)
 {
     auto* mesh = new tbMesh;
@@ -153,7 +148,6 @@ TEST(MeshCollide, LinesAndPointsAreHitWithinTheirTolerance)
 
 TEST(MeshCollide, WhatIsNoNumberIsHitByNothing)
 {
-    constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
     tbtest::TestScene scene;
     addMesh(scene, tbMesh::TRIANGLES,
             {tbVec3(NOT_A_NUMBER, 5, -1), tbVec3(1, 5, -1), tbVec3(0, 5, NOT_A_NUMBER), tbVec3(-1, 8, -1),

@@ -7,22 +7,17 @@
 
 #include <tests/support/Messages.h>
 #include <tests/support/Near.h>
+#include <tests/support/Vertices.h>
 
 #include <cmath>
-#include <cstring>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+using tbtest::makeVertices;
+
 namespace
 {
-tbVertexArray* makeVertices(const std::vector<tbVec3>& points)
-{
-    auto* vertices = new tbVertexArray(int(points.size()), tbVertexArray::VT_POSITION);
-    std::memcpy(vertices->getData(), points.data(), points.size() * 12);
-    return vertices;
-}
-
 /// A triangle, and a fourth vertex far off that it does not use.
 tbRef<tbMesh> makeTriangle()
 {

@@ -8,6 +8,7 @@
 #include <tamber/math/tbVec4.h>
 
 #include <cmath>
+#include <limits>
 
 #include <gtest/gtest.h>
 
@@ -15,6 +16,7 @@ namespace tbtest
 {
 /// Tolerances are absolute. Components that are not numbers are near to nothing.
 inline constexpr float TOLERANCE = 1e-4f;
+inline constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 
 template <class Vector>
 testing::AssertionResult nearComponents(const Vector& a, const Vector& b, int count, float tolerance)

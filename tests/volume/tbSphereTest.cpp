@@ -14,11 +14,11 @@ using tbtest::near;
 namespace
 {
 
-const tbVec3 ORIGIN(0, 0, 0);
+const tbVec3 CENTRE(0, 0, 0);
 
 tbSphere unit()
 {
-    return tbSphere(ORIGIN, 1);
+    return tbSphere(CENTRE, 1);
 }
 
 } // namespace
@@ -29,7 +29,7 @@ TEST(Sphere, IsEmptyByItsRadiusAlone)
     EXPECT_TRUE(sphere.isEmpty());
     sphere.setRadius(0);
     EXPECT_FALSE(sphere.isEmpty());
-    EXPECT_EQ(sphere.contains(ORIGIN), tbVolume::INSIDE);
+    EXPECT_EQ(sphere.contains(CENTRE), tbVolume::INSIDE);
     sphere.setCenter(tbVec3(1, 2, 3));
     sphere.makeEmpty();
     EXPECT_EQ(sphere.getRadius(), -1.0f);
@@ -41,14 +41,14 @@ TEST(Sphere, ContainsItsSurfaceButNotItself)
     EXPECT_EQ(unit().contains(tbVec3(0, 1, 0)), tbVolume::INSIDE);
     EXPECT_EQ(unit().contains(tbVec3(0, 1.001f, 0)), tbVolume::OUTSIDE);
     EXPECT_EQ(unit().contains(unit()), tbVolume::PARTIAL);
-    EXPECT_EQ(tbSphere(ORIGIN, 2).contains(unit()), tbVolume::INSIDE);
+    EXPECT_EQ(tbSphere(CENTRE, 2).contains(unit()), tbVolume::INSIDE);
     EXPECT_EQ(unit().contains(tbSphere(tbVec3(0, 2, 0), 1)), tbVolume::PARTIAL); // they touch
     EXPECT_EQ(unit().contains(tbSphere(tbVec3(0, 2.01f, 0), 1)), tbVolume::OUTSIDE);
 }
 
 TEST(Sphere, LooksAtTwoCornersOfABox)
 {
-    const tbSphere sphere(ORIGIN, 2);
+    const tbSphere sphere(CENTRE, 2);
     EXPECT_EQ(sphere.contains(tbBox(tbVec3(-1, -1, -1), tbVec3(1, 1, 1))), tbVolume::INSIDE);
     EXPECT_EQ(sphere.contains(tbBox(tbVec3(-1, -1, -1), tbVec3(5, 1, 1))), tbVolume::PARTIAL);
     const tbBox box(tbVec3(0, 0, -0.1f), tbVec3(2, 2, 0.1f));
@@ -85,10 +85,10 @@ TEST(Sphere, GrowsAroundSpheres)
     tbSphere sphere(unit());
     sphere.extendAround(tbSphere());
     EXPECT_EQ(sphere, unit());
-    sphere.extendAround(tbSphere(ORIGIN, 2));
-    EXPECT_EQ(sphere, tbSphere(ORIGIN, 2));
+    sphere.extendAround(tbSphere(CENTRE, 2));
+    EXPECT_EQ(sphere, tbSphere(CENTRE, 2));
     sphere.extendAround(tbSphere(tbVec3(0, 0.5f, 0), 1)); // inside
-    EXPECT_EQ(sphere, tbSphere(ORIGIN, 2));
+    EXPECT_EQ(sphere, tbSphere(CENTRE, 2));
     sphere.extendAround(tbSphere(tbVec3(0, 0.5f, 0), 4)); // around
     EXPECT_EQ(sphere, tbSphere(tbVec3(0, 0.5f, 0), 4));
     sphere = unit();
@@ -102,7 +102,7 @@ TEST(Sphere, GrowsAroundBoxes)
     const tbBox box(tbVec3(-1, -2, -2), tbVec3(1, 2, 2));
     tbSphere sphere;
     sphere.extendAround(box);
-    EXPECT_EQ(sphere, tbSphere(ORIGIN, 3));
+    EXPECT_EQ(sphere, tbSphere(CENTRE, 3));
     // A sphere that is not empty takes the corners in turn, x changing fastest.
     tbSphere byBox(tbVec3(5, 0, 0), 1);
     tbSphere byCorners(byBox);
@@ -117,9 +117,9 @@ TEST(Sphere, GrowsAroundBoxes)
 TEST(Sphere, BoundsGrowWithoutOverflow)
 {
     tbSphere sphere(unit());
-    sphere.extendAround(tbRay(ORIGIN, tbVec3(1, 0, 0), -1));
+    sphere.extendAround(tbRay(CENTRE, tbVec3(1, 0, 0), -1));
     EXPECT_EQ(sphere.contains(tbVec3(1e30f, 1e20f, 0)), tbVolume::INSIDE);
-    tbSphere endless(ORIGIN, std::numeric_limits<float>::infinity());
+    tbSphere endless(CENTRE, std::numeric_limits<float>::infinity());
     endless.extendAround(tbSphere(tbVec3(1, 2, 3), endless.getRadius()));
     EXPECT_EQ(endless.contains(tbVec3(7, 8, 9)), tbVolume::INSIDE);
 }

@@ -10,6 +10,7 @@
 #include <tamber/volume/tbRay.h>
 #include <tamber/volume/tbSphere.h>
 #include <tests/support/Matrices.h>
+#include <tests/support/Near.h>
 #include <tests/support/RandomValues.h>
 #include <tests/support/RootScope.h>
 #include <tests/support/StoredValue.h>
@@ -19,6 +20,8 @@
 #include <limits>
 #include <memory>
 #include <vector>
+
+using tbtest::NOT_A_NUMBER;
 
 namespace
 {
@@ -125,7 +128,6 @@ std::vector<std::pair<tbVolume::TYPE, tbVolume::TYPE>> pairsOf(Types types)
 
 constexpr float MOST = std::numeric_limits<float>::max();
 constexpr float INF = std::numeric_limits<float>::infinity();
-constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 constexpr float SPECIAL[] = {0, -0.0f, 1, -1, 1e-30f, 1e-45f, MOST, -MOST, INF, -INF, NOT_A_NUMBER};
 
 } // namespace

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 namespace
 {
 
-std::string directoryOf(const std::string& path)
+std::string folderAbove(const std::string& path)
 {
     const std::size_t slash = path.rfind('/');
     if (slash == std::string::npos)
@@ -101,7 +101,7 @@ std::string tbiExecutableDirectory()
 {
     std::error_code error;
     const fs::path executable = fs::read_symlink("/proc/self/exe", error);
-    return error ? std::string() : directoryOf(executable.string());
+    return error ? std::string() : folderAbove(executable.string());
 }
 
 std::string tbiCurrentDirectory()
@@ -118,7 +118,7 @@ std::string tbiLibraryDirectory()
         return {};
     std::error_code error;
     const fs::path library = fs::canonical(info.dli_fname, error);
-    return error ? std::string() : directoryOf(library.string());
+    return error ? std::string() : folderAbove(library.string());
 }
 
 std::vector<tbiModuleDirectory> tbiSharedDirectories(bool)
@@ -169,12 +169,12 @@ bool tbiOthersMayWrite(const std::string& path)
     const fs::path file = fs::canonical(path, error);
     if (error)
         return true;
-    const std::string nearest = directoryOf(file.string());
+    const std::string nearest = folderAbove(file.string());
     if (othersMayChange(file.string(), 0) || othersMayChange(nearest, 0))
         return true;
     for (std::string above = nearest; above != "/";)
     {
-        above = directoryOf(above);
+        above = folderAbove(above);
         if (othersMayChange(above, S_ISVTX))
             return true;
     }

@@ -8,7 +8,7 @@
 namespace
 {
 
-constexpr DWORD LONGEST_PATH = 32768;
+constexpr DWORD LONGEST_ANSWER = 32768;
 
 std::string withoutSeparator(std::string directory)
 {
@@ -26,9 +26,9 @@ std::string directoryOf(const std::string& path)
 template <class Call>
 std::string pathFrom(Call call)
 {
-    std::string path(LONGEST_PATH, '\0');
-    const DWORD n = call(path.data(), LONGEST_PATH);
-    path.resize(n < LONGEST_PATH ? n : 0);
+    std::string path(LONGEST_ANSWER, '\0');
+    const DWORD n = call(path.data(), LONGEST_ANSWER);
+    path.resize(n < LONGEST_ANSWER ? n : 0);
     return path;
 }
 

@@ -17,7 +17,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr DWORD LONGEST_WAIT_MS = 50;       // until the times of the process are looked at again
 constexpr double MOST_PROCESSOR_TIME = 1e9; // seconds; more are no limit to speak of
-constexpr int NAME_ATTEMPTS = 100;
+constexpr int DIRECTORY_ATTEMPTS = 100;
 constexpr std::uint32_t FIRST_EXCEPTION = 0xC0000000;
 constexpr UINT ENDED = 1; // the exit code of a process that is ended from here
 
@@ -273,7 +273,7 @@ std::string tbiMakePrivateDirectory()
     if (n == 0 || n > temporary.size())
         return {};
     temporary.resize(n);
-    for (int attempt = 0; attempt < NAME_ATTEMPTS; ++attempt)
+    for (int attempt = 0; attempt < DIRECTORY_ATTEMPTS; ++attempt)
     {
         char name[64];
         std::snprintf(name, sizeof name, "tamber-%lx-%llx-%x", GetCurrentProcessId(),
