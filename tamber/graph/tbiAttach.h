@@ -12,9 +12,10 @@ class tbiAttach
 public:
     struct Known
     {
-        bool isNew = false;   // neither list has to be searched for the edge
-        bool isFresh = false; // all below the child has been told, and nothing has changed since: only the edge is new
-        bool isHeld = false;  // the parent's reference on the child has been taken
+        bool isNew = false; // neither list has to be searched for the edge
+        bool isFresh =
+            false; // all below the child has been told, and nothing has changed since: only the edge is new
+        bool isHeld = false; // the parent's reference on the child has been taken
     };
 
     explicit tbiAttach(const tbGroup* to) : parent(to), outer(current) { current = this; }
