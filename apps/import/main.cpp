@@ -65,7 +65,7 @@ EXIT_CODE refuse(int error, const std::string& text)
 {
     std::ofstream report(outputFile(REPORT_FILE), std::ios::binary);
     report << error << '\n' << text << std::flush;
-    return REFUSED;
+    return CHILD_REFUSED;
 }
 
 EXIT_CODE importFile(const char* name)
@@ -94,7 +94,7 @@ int main(int argc, char** argv)
 {
     beginChild();
     if (argc < FIRST_PATH)
-        return REFUSED;           // without a report: nobody has ordered anything
+        return CHILD_REFUSED;     // without a report: nobody has ordered anything
     while (std::getchar() != EOF) // the limits hold when the input ends
     {
     }

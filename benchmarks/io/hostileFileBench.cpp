@@ -175,6 +175,25 @@ std::string deep()
     return file.build();
 }
 
+// Nodes with the same children, amid whose lists stands a node that fails after it has read a list of its own.
+std::string failingNodes()
+{
+    constexpr std::uint32_t WIDTH = 1000;
+    File file({"tbGroup", "tbSwitch"});
+    file.add(group(upTo(1, WIDTH)));
+    for (std::uint32_t i = 0; i < WIDTH; ++i)
+    {
+        Words children = upTo(1 + 2 * WIDTH, WIDTH);
+        children[WIDTH / 2] = 1 + WIDTH + i;
+        file.add(group(children));
+    }
+    for (std::uint32_t i = 0; i < WIDTH; ++i)
+        file.add(group({1 + 2 * WIDTH, 2 + 2 * WIDTH}) + bytesOf({77}), 1);
+    for (std::uint32_t i = 0; i < WIDTH; ++i)
+        file.add(group({}));
+    return file.build();
+}
+
 // Every node of a level has every node of the next as a child.
 template <std::uint32_t WIDTH>
 std::string lattice()
@@ -296,6 +315,7 @@ BENCHMARK_CAPTURE(readFile, lattice500, lattice<500>)->Unit(benchmark::kMillisec
 BENCHMARK_CAPTURE(readFile, lattice100, lattice<100>)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, latticeNarrow, lattice<30>)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, lattice16, lattice<15>)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(readFile, failingNodes, failingNodes)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, sharedLists, sharedLists)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, packedSmall, packedSmall)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, packedInOnePlace, packedInOnePlace)->Unit(benchmark::kMillisecond);

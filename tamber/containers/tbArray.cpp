@@ -28,7 +28,7 @@ constexpr ElementForm forms[tbArray::NUM_DATA_TYPES] = {
     {8, 0},  // DOUBLE
 };
 
-constexpr const char* className = "tbArray";
+constexpr const char* CLASS_NAME = "tbArray";
 
 std::size_t bytesFor(int count, int elemSize)
 {
@@ -232,7 +232,7 @@ tbEntry* tbArray::writeRef(tbFile* file, tbEntry* entry) const
     tbEntry* own = file->findEntry(this);
     if (!own)
     {
-        own = file->newDataEntry(className, this);
+        own = file->newDataEntry(CLASS_NAME, this);
         if (own)
         {
             own->writeShort(short(typeWord));
@@ -246,7 +246,7 @@ tbEntry* tbArray::writeRef(tbFile* file, tbEntry* entry) const
 
 tbArray* tbArray::readRef(tbFile* file, tbEntry* entry)
 {
-    return file->readData<tbArray, &tbArray::readEntry>(entry, className);
+    return file->readData<tbArray, &tbArray::readEntry>(entry, CLASS_NAME);
 }
 
 tbArray* tbArray::readEntry(tbEntry* entry)

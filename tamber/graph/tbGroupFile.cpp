@@ -17,7 +17,8 @@ namespace
 //
 // Which of them the list holds already is known without a search, which could take for ever: while nothing but this
 // list makes edges, a node that it holds has its parent for the last one. Nodes that read lists of their own in between
-// end that for the children before them, which are remembered then.
+// end that for the children before them, which are remembered then. Only where somebody takes children out of the list
+// are they searched for.
 class ChildrenRead
 {
 public:
@@ -37,7 +38,7 @@ public:
     {
         look();
         const bool isFirst = child->getNumParents() == 0;
-        const bool isSure = isFirst || (tbiNodeLinks::getNumCut() == numCut && remember());
+        const bool isSure = isFirst || remember();
         const bool isThere =
             !isFirst && (tbiNodeLinks::isLastParent(parent, child) || (isSure && met.contains(child)));
         // What comes out of a file has told all below itself.
@@ -50,7 +51,8 @@ public:
     }
 
 private:
-    /// Whether somebody else has made edges since the last child.
+    /// Sees whether somebody else has made edges since the last child. Where edges are cut alone, the other parents keep
+    /// their order.
     void look()
     {
         const unsigned made = tbiNodeLinks::getNumMade();
@@ -60,13 +62,16 @@ private:
         numMade = made;
         numChildren = number;
     }
-    /// Remembers the children that may have come under other parents since. False when memory is out.
+    /// Remembers the children that may have come under other parents since. False when memory is out, and when those
+    /// that were remembered are not there any more.
     bool remember()
     {
-        while (met.getNum() < numUnsure && met.addUnique(parent->getChild(met.getNum())))
-        {
-        }
-        return met.getNum() == numUnsure;
+        int number = met.getNum();
+        if (number > numUnsure || (number > 0 && parent->getChild(number - 1) != lastMet))
+            return false;
+        for (; number < numUnsure && met.addUnique(parent->getChild(number)); ++number)
+            lastMet = parent->getChild(number);
+        return number == numUnsure;
     }
 
     static constexpr int FIRST_ROOM = 16;
@@ -75,10 +80,10 @@ private:
     tbiAttach edge;
     int room = 0; // children that fit
     unsigned numMade = tbiNodeLinks::getNumMade();
-    const unsigned numCut = tbiNodeLinks::getNumCut();
     int numChildren = 0;
     int numUnsure = 0; // children from the first on
     tbiPointerSet met;
+    const tbGroup* lastMet = nullptr;
 };
 
 } // namespace

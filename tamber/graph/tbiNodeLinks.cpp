@@ -385,7 +385,6 @@ bool tbiNodeLinks::insert(tbGroup* parent, int i, tbGroup* child)
 
 void tbiNodeLinks::remove(tbGroup* parent, tbGroup* child, const Edge& edge, bool keepOrder)
 {
-    ++numCut;
     removeSlot(parent->children, edge.inChildren);
     if (keepOrder)
         removeSlot(child->parents, edge.inParents);
@@ -405,7 +404,6 @@ bool tbiNodeLinks::replace(tbGroup* parent, tbGroup* child, tbGroup* node, bool 
         return false;
     }
     ++numMade;
-    ++numCut;
     put(parent->children, edge.inChildren, node, endOf(node->parents));
     appendTo(node->parents, parent, edge.inChildren);
     if (keepOrder)

@@ -15,10 +15,8 @@ public:
         unsigned inParents;
     };
 
-    /// How many edges this thread has made, and how many it has cut, since it began: who saw all of them knows what
-    /// there is.
+    /// How many edges this thread has made since it began: who saw all of them made knows what there is.
     static unsigned getNumMade() { return numMade; }
-    static unsigned getNumCut() { return numCut; }
 
     // Queries. What is searched is the shorter of the two lists.
     static bool contains(const tbGroup* parent, const tbGroup* child);
@@ -60,7 +58,6 @@ private:
     static constexpr unsigned FIRST_CAPACITY = 4;
 
     static inline thread_local constinit unsigned numMade = 0;
-    static inline thread_local constinit unsigned numCut = 0;
     static constexpr unsigned MOST_ROOM = tbNodeList::ROOM_MASK / tbNodeList::ROOM_ONE;
 
     static bool inBlock(const tbNodeList& list);

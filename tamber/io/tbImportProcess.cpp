@@ -198,7 +198,8 @@ tbBase* importInChild(const tbiImportSource& source, const tbImportLimits& limit
         tbMessage("%s", messages.c_str());
     if (end.how == tbiProcessEnd::EXITED && end.code == DONE)
         return takeScene(source, directory);
-    if (end.how == tbiProcessEnd::EXITED && end.code == REFUSED && takeReport(directory.read(REPORT_FILE)))
+    if (end.how == tbiProcessEnd::EXITED && end.code == CHILD_REFUSED &&
+        takeReport(directory.read(REPORT_FILE)))
         return nullptr;
     fail("loader for ." + source.extension + " " + describe(end, limits));
     return nullptr;

@@ -63,6 +63,8 @@ tbBase* tbFile::readObjectRef(tbEntry* entry)
 // Most references of files with many of them lead to what many refer to.
 int tbFile::readKnownRefs(tbEntry* entry, const tbType* type, tbBase** objects, int most)
 {
+    if (state->readDepth == 0 && !entry->objectRecord)
+        return 0; // what it gets is the program's
     const std::int64_t start = tbiAligned(entry->cursor, 4);
     const std::int64_t inData = (entry->available - start) / 4; // packed data goes the other way
     const std::int64_t end = std::min({std::int64_t(most), inData, state->getReferencesLeft()});

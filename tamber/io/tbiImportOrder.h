@@ -34,8 +34,8 @@ enum ARGUMENT : int
 enum EXIT_CODE : int
 {
     DONE = 0,
-    REFUSED = 20,      // the report says why
-    MEMORY_IS_OUT = 21 // the limit, or what the system has
+    CHILD_REFUSED = 20, // the report says why
+    MEMORY_IS_OUT = 21  // the limit, or what the system has
 };
 
 /// What the child calls first: it ends with its parent, and no fault of it shows a window.
