@@ -208,7 +208,6 @@ private:
     static void resolveGroup(tbGroup* node);
     static void emptyGroupMapping();
     tbGroup* findGroupRec(const char* wanted, const tbGroup* previous, bool& passed) const;
-    void readChildren(tbFile* file, tbEntry* entry, int number);
     bool canAttach(const tbGroup* child, bool isNew) const;
     bool letGo(tbGroup* child);
     void yieldTo(tbGroup* node, tbGroup* parent, bool keepOrder);

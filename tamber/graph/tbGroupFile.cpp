@@ -22,8 +22,65 @@ namespace
 class ChildrenRead
 {
 public:
-    explicit ChildrenRead(tbGroup* reader) : parent(reader), edge(reader) {}
+    ChildrenRead(tbGroup* reader, tbFile* from, tbEntry* record)
+        : parent(reader),
+          file(from),
+          entry(record),
+          edge(reader)
+    {
+    }
 
+    /// Reads so many references. Each child is attached before the next one is read. Those for which nothing has to be read
+    /// come a number at a time, so that what the attaching touches is in the cache; where there are none such they are
+    /// asked for less and less often.
+    void read(int number)
+    {
+        int misses = 0;
+        int alone = 0;
+        for (int left = number; left > 0;)
+        {
+            makeRoom(left);
+            if (alone > 0)
+            {
+                readOne();
+                --alone;
+                --left;
+                continue;
+            }
+            const int known = readKnown(left);
+            left -= known;
+            misses = known > 0 ? 0 : std::min(misses + 1, MOST_MISSES);
+            alone = (1 << misses) - 1;
+        }
+    }
+
+private:
+    static constexpr int MOST_AT_ONCE = 16;
+    static constexpr int MOST_MISSES = 4;
+    static constexpr int FIRST_ROOM = 16;
+
+    /// How many of the next children are there already, which are attached then.
+    int readKnown(int left)
+    {
+        tbBase* objects[MOST_AT_ONCE];
+        const int known = file->readKnownRefs(entry, groupType, objects, std::min(MOST_AT_ONCE, left));
+        for (int i = 0; i < known; ++i)
+        {
+            tbiNodeLinks::prefetchAppend(static_cast<tbGroup*>(objects[i]));
+            objects[i]->ref(); // all at once: each waits for the stores of the edge before it
+        }
+        for (int i = 0; i < known; ++i)
+            attach(static_cast<tbGroup*>(objects[i]), true);
+        return known;
+    }
+    void readOne()
+    {
+        tbBase* object = file->readObjectRef(entry);
+        if (object && object->isOfType(groupType))
+            attach(static_cast<tbGroup*>(object), false);
+        else if (object)
+            entry->passOver("a child that is no node");
+    }
     /// Makes room for more children, of which `left` come at most: as many as the file has paid for.
     void makeRoom(int left)
     {
@@ -49,8 +106,6 @@ public:
         if (edge.forget() && isHeld)
             child->unRef();
     }
-
-private:
     /// Sees whether somebody else has made edges since the last child. Where edges are cut alone, the other parents keep
     /// their order.
     void look()
@@ -69,14 +124,17 @@ private:
         int number = met.getNum();
         if (number > numUnsure || (number > 0 && parent->getChild(number - 1) != lastMet))
             return false;
+        if (number < numUnsure)
+            met.reserve(numUnsure);
         for (; number < numUnsure && met.addUnique(parent->getChild(number)); ++number)
             lastMet = parent->getChild(number);
         return number == numUnsure;
     }
 
-    static constexpr int FIRST_ROOM = 16;
-
     tbGroup* parent;
+    tbFile* file;
+    tbEntry* entry;
+    const tbType* groupType = tbGroup::getClassType();
     tbiAttach edge;
     int room = 0; // children that fit
     unsigned numMade = tbiNodeLinks::getNumMade();
@@ -112,37 +170,6 @@ tbEntry* tbGroup::read(tbFile* file, tbEntry* entry)
     nodeFlags = std::uint16_t(entry->readShort());
     const int n = entry->readCount(sizeof(std::int32_t));
     if (n > 0)
-        readChildren(file, entry, n);
+        ChildrenRead(this, file, entry).read(n);
     return entry->hasFailed() ? nullptr : entry;
-}
-
-// Each child is attached before the next is read. Those for which nothing has to be read come a number at a time, so
-// that what the attaching touches is in the cache.
-void tbGroup::readChildren(tbFile* file, tbEntry* entry, int number)
-{
-    constexpr int MOST_AT_ONCE = 16;
-    const tbType* type = getClassType();
-    tbBase* objects[MOST_AT_ONCE];
-    ChildrenRead list(this);
-    for (int i = 0; i < number;)
-    {
-        const int known = file->readKnownRefs(entry, type, objects, std::min(MOST_AT_ONCE, number - i));
-        list.makeRoom(number - i);
-        for (int k = 0; k < known; ++k)
-        {
-            tbiNodeLinks::prefetchAppend(static_cast<tbGroup*>(objects[k]));
-            objects[k]->ref(); // all at once: each waits for the stores of the edge before it
-        }
-        for (int k = 0; k < known; ++k)
-            list.attach(static_cast<tbGroup*>(objects[k]), true);
-        i += known;
-        if (known > 0)
-            continue;
-        ++i;
-        tbBase* object = readRef(file, entry);
-        if (object && object->isOfType(type))
-            list.attach(static_cast<tbGroup*>(object), false);
-        else if (object)
-            entry->passOver("a child that is no node");
-    }
 }

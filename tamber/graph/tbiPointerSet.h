@@ -7,6 +7,8 @@ class tbiPointerSet
 {
 public:
     int getNum() const { return cells.getNum(); }
+    /// Makes room for that many. False when memory is out.
+    bool reserve(int number) { return cells.reserve(number); }
     bool contains(const void* key) const { return cells.find(key); }
     /// True when `key`, which is not null, was not there before; false as well when memory is out.
     bool addUnique(const void* key)
