@@ -186,8 +186,8 @@ TEST(GroupTeardown, TimePerNodeDoesNotGrowWithTheNumberOfSiblings)
     {
         secondsPerNode(1'000, order);
         const double small = secondsPerNode(1'000, order);
-        const double large = secondsPerNode(100'000, order);
-        EXPECT_LT(large, 40 * small) << "order " << order;
+        const double large = secondsPerNode(30'000, order);
+        EXPECT_LT(large, 12 * small) << "order " << order;
     }
 }
 
