@@ -1,6 +1,10 @@
 # What holds for every target: language, output folders, flags, compiler cache.
 
 set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 8) # names that sources keep to themselves are known to differ within so many
+if(NOT PROJECT_IS_TOP_LEVEL)
+  set(CMAKE_UNITY_BUILD OFF)
+endif()
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)

@@ -7,6 +7,8 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <vector>
 
 namespace
@@ -49,11 +51,27 @@ private:
     std::string names;
 };
 
+std::string refuseNegative(const std::string& text)
+{
+    double value = 0;
+    const bool isNumber = CLI::detail::lexical_cast(text, value);
+    return !isNumber || value >= 0 ? std::string() : text + " is not 0 or more";
+}
+
 CLI::Validator checkOf(const NumberRange& range, const OptionTarget& target)
 {
+    if (range.most >= std::numeric_limits<double>::max())
+        return CLI::Validator(refuseNegative, range.text);
     if (std::holds_alternative<double*>(target))
         return CLI::Range(range.least, range.most).description(range.text);
     return CLI::Range(int(range.least), int(range.most)).description(range.text);
+}
+
+std::string refuseNotANumber(const std::string& text)
+{
+    double value = 0;
+    return CLI::detail::lexical_cast(text, value) && std::isnan(value) ? text + " is not a number"
+                                                                       : std::string();
 }
 
 CLI::Option* addOption(CLI::App& app, const CommandTable& table, const OptionRow& row)
@@ -66,6 +84,8 @@ CLI::Option* addOption(CLI::App& app, const CommandTable& table, const OptionRow
         option->check(CLI::IsMember(row.choices));
     if (row.range)
         option->check(checkOf(*row.range, row.target));
+    if (std::holds_alternative<double*>(row.target))
+        option->check(CLI::Validator(refuseNotANumber, ""));
     return option;
 }
 

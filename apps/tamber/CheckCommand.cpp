@@ -12,16 +12,16 @@ namespace
 {
 using namespace native;
 
-constexpr double MOST_LISTED = 1e9;
+constexpr double MOST_FINDINGS = 1e9;
 
-enum Result : int
+enum CheckOutcome : int
 {
     SOUND = 0,
     WARNINGS = 1,
     ERRORS = 2
 };
 
-Result resultOf(const Findings& findings)
+CheckOutcome resultOf(const Findings& findings)
 {
     return findings.count(Severity::ERROR) > 0     ? ERRORS
            : findings.count(Severity::WARNING) > 0 ? WARNINGS
@@ -82,7 +82,7 @@ public:
         command.add("FILE", &file, "A native file (.tb)");
         command.addHidden("--kinds", &kinds, "Print the document that explains every finding");
         command.add("--limit", &limit, "How many findings to list; all are counted")
-            .limitQuietly(0, MOST_LISTED);
+            .limitQuietly(0, MOST_FINDINGS);
         command.add("--json", &json, "Print JSON instead of text");
         command.notes =
             "Reads strictly, loads no plug-in and starts no kernel. Exit code 0 for a sound file, 1 "
@@ -113,7 +113,7 @@ public:
     bool needsKernel() const override { return false; }
 
 private:
-    Result check() const
+    CheckOutcome check() const
     {
         Findings findings(limit);
         Image image(openFileSource(file), findings);

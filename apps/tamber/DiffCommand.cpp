@@ -20,9 +20,9 @@ namespace
 using namespace native;
 
 constexpr const char* NATIVE_EXTENSION = ".tb";
-constexpr double MOST_LISTED = 1e9;
+constexpr double MOST_DIFFERENCES = 1e9;
 
-enum Result : int
+enum DiffOutcome : int
 {
     EQUAL = 0,
     DIFFERENT = 1
@@ -151,7 +151,7 @@ public:
                  "Numbers that differ by no more, or by no more times the larger, are the same")
             .limitToNotNegative();
         command.add("--limit", &options.limit, "How many differences to list; all are counted")
-            .limitQuietly(0, MOST_LISTED);
+            .limitQuietly(0, MOST_DIFFERENCES);
         command.add("--json", &json, "Print JSON instead of text");
         command.notes =
             "Byte order, packing, versions and the order of entries are no differences. Exit code 0 for "

@@ -265,13 +265,15 @@ std::string packedInOnePlace()
 
 // Memory that one run gives back stays for the next. Shapes that give back much at once would otherwise be charged with
 // getting every page from the system again, the others not.
+#ifdef __GLIBC__
 void keepMemory()
 {
-#ifdef __GLIBC__
     mallopt(M_TRIM_THRESHOLD, 1 << 30);
     mallopt(M_MMAP_THRESHOLD, 32 << 20);
-#endif
 }
+#else
+void keepMemory() {}
+#endif
 
 void readFile(benchmark::State& state, std::string (*make)())
 {

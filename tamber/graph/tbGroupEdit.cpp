@@ -54,11 +54,16 @@ bool tbGroup::addChild(tbGroup* child)
 
 bool tbGroup::insertChild(int i, tbGroup* child)
 {
-    if (i < 0 || i > getNumChildren() || !canAttach(child, false) || !tbiNodeLinks::insert(this, i, child))
-        return false;
-    child->ref();
-    tbiPropagation::added(child, this, false);
-    return true;
+    const tbiAttach::Known known = tbiAttach::take(this, child);
+    const bool placed = i >= 0 && i <= getNumChildren() && canAttach(child, known.isNew) &&
+                        tbiNodeLinks::insert(this, i, child);
+    if (placed && !known.isHeld)
+        child->ref();
+    if (!placed && known.isHeld)
+        child->unRefNoDelete();
+    if (placed)
+        tbiPropagation::added(child, this, known.isFresh);
+    return placed;
 }
 
 // Cuts the edge to a child, tells its subtree and drops the reference.

@@ -17,8 +17,8 @@ namespace
 //
 // Which of them the list holds already is known without a search, which could take for ever: while nothing but this
 // list makes edges, a node that it holds has its parent for the last one. Nodes that read lists of their own in between
-// end that for the children before them, which are remembered then. Only where somebody takes children out of the list
-// are they searched for.
+// end that for the children before them, which are remembered then. Where a class edits the graph meanwhile in other ways
+// than by appending, the children that follow are searched for.
 class ChildrenRead
 {
 public:
@@ -35,7 +35,7 @@ public:
     /// asked for less and less often.
     void read(int number)
     {
-        int misses = 0;
+        int rarity = 0;
         int alone = 0;
         for (int left = number; left > 0;)
         {
@@ -49,14 +49,14 @@ public:
             }
             const int known = readKnown(left);
             left -= known;
-            misses = known > 0 ? 0 : std::min(misses + 1, MOST_MISSES);
-            alone = (1 << misses) - 1;
+            rarity = known > 0 ? 0 : std::min(rarity + 1, MOST_RARITY);
+            alone = (1 << rarity) - 1;
         }
     }
 
 private:
     static constexpr int MOST_AT_ONCE = 16;
-    static constexpr int MOST_MISSES = 4;
+    static constexpr int MOST_RARITY = 4;
     static constexpr int FIRST_ROOM = 16;
 
     /// How many of the next children are there already, which are attached then.
@@ -95,7 +95,7 @@ private:
     {
         look();
         const bool isFirst = child->getNumParents() == 0;
-        const bool isSure = isFirst || remember();
+        const bool isSure = isFirst || (tbiNodeLinks::getNumMoves() == numMoves && remember());
         const bool isThere =
             !isFirst && (tbiNodeLinks::isLastParent(parent, child) || (isSure && met.contains(child)));
         // What comes out of a file has told all below itself.
@@ -106,8 +106,7 @@ private:
         if (edge.forget() && isHeld)
             child->unRef();
     }
-    /// Sees whether somebody else has made edges since the last child. Where edges are cut alone, the other parents keep
-    /// their order.
+    /// Sees whether somebody else has made edges since the last child.
     void look()
     {
         const unsigned made = tbiNodeLinks::getNumMade();
@@ -117,18 +116,15 @@ private:
         numMade = made;
         numChildren = number;
     }
-    /// Remembers the children that may have come under other parents since. False when memory is out, and when those
-    /// that were remembered are not there any more.
+    /// Remembers the children that may have come under other parents since. False when memory is out.
     bool remember()
     {
-        int number = met.getNum();
-        if (number > numUnsure || (number > 0 && parent->getChild(number - 1) != lastMet))
-            return false;
-        if (number < numUnsure)
+        if (met.getNum() < numUnsure)
             met.reserve(numUnsure);
-        for (; number < numUnsure && met.addUnique(parent->getChild(number)); ++number)
-            lastMet = parent->getChild(number);
-        return number == numUnsure;
+        while (met.getNum() < numUnsure && met.addUnique(parent->getChild(met.getNum())))
+        {
+        }
+        return met.getNum() == numUnsure;
     }
 
     tbGroup* parent;
@@ -138,10 +134,10 @@ private:
     tbiAttach edge;
     int room = 0; // children that fit
     unsigned numMade = tbiNodeLinks::getNumMade();
+    const unsigned numMoves = tbiNodeLinks::getNumMoves();
     int numChildren = 0;
     int numUnsure = 0; // children from the first on
     tbiPointerSet met;
-    const tbGroup* lastMet = nullptr;
 };
 
 } // namespace

@@ -36,7 +36,7 @@ public:
     static Known take(const tbGroup* above, const tbGroup* node)
     {
         tbiAttach* attach = current;
-        if (!attach || attach->child != node || attach->parent != above)
+        if (!node || !attach || attach->child != node || attach->parent != above)
             return {};
         attach->child = nullptr;
         return attach->known;

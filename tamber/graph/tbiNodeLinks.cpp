@@ -380,11 +380,15 @@ bool tbiNodeLinks::insert(tbGroup* parent, int i, tbGroup* child)
     put(parent->children, slot, child, endOf(child->parents));
     appendTo(child->parents, parent, slot);
     ++numMade;
+    ++numMoves;
     return true;
 }
 
 void tbiNodeLinks::remove(tbGroup* parent, tbGroup* child, const Edge& edge, bool keepOrder)
 {
+    // The children of a node that dies go one by one from its end.
+    if (!parent->isDying())
+        ++numMoves;
     removeSlot(parent->children, edge.inChildren);
     if (keepOrder)
         removeSlot(child->parents, edge.inParents);
@@ -397,6 +401,7 @@ bool tbiNodeLinks::replace(tbGroup* parent, tbGroup* child, tbGroup* node, bool 
     Edge edge;
     if (!find(parent, child, edge))
         return false;
+    ++numMoves;
     Edge present;
     if (node == parent || find(parent, node, present) || !reserve(node->parents))
     {

@@ -15,8 +15,10 @@ public:
         unsigned inParents;
     };
 
-    /// How many edges this thread has made since it began: who saw all of them made knows what there is.
+    /// How many edges this thread has made since it began, and how often it has moved the others of a list that goes
+    /// on: who saw all of them made, and none moved, knows what there is.
     static unsigned getNumMade() { return numMade; }
+    static unsigned getNumMoves() { return numMoves; }
 
     // Queries. What is searched is the shorter of the two lists.
     static bool contains(const tbGroup* parent, const tbGroup* child);
@@ -57,8 +59,10 @@ private:
         16; // removals this close to an end shift entries, others leave a hole
     static constexpr unsigned FIRST_CAPACITY = 4;
 
-    static inline thread_local constinit unsigned numMade = 0;
     static constexpr unsigned MOST_ROOM = tbNodeList::ROOM_MASK / tbNodeList::ROOM_ONE;
+
+    static inline thread_local constinit unsigned numMade = 0;
+    static inline thread_local constinit unsigned numMoves = 0;
 
     static bool inBlock(const tbNodeList& list);
     static unsigned countOf(const tbNodeList& list);

@@ -1,7 +1,6 @@
 #include <tamber/io/tbEntry.h>
 
 #include <tamber/io/tbFile.h>
-#include <tamber/io/tbiEntryTake.h>
 #include <tamber/io/tbiFileLayout.h>
 #include <tamber/io/tbiUnpacker.h>
 
@@ -38,6 +37,16 @@ void tbEntry::setHandle(const void* object)
     bind(object, KIND_OTHER);
 }
 
+template <class Word>
+Word tbEntry::take(Word marker, int alignment)
+{
+    const std::int64_t place = tbiFileLayout::aligned(cursor, alignment);
+    if (place + std::int64_t(sizeof(Word)) > available) [[unlikely]]
+        return takeBeyond(marker, place);
+    cursor = int(place) + int(sizeof(Word));
+    return tbiFileLayout::load<Word>(data + place, byteSwapped);
+}
+
 void tbEntry::copyBytes(int place, void* bytes, int number)
 {
     if (unpacker)
@@ -49,7 +58,7 @@ void tbEntry::copyBytes(int place, void* bytes, int number)
 // Moves bytes, never floats: the words of signalling numbers arrive as they were.
 int tbEntry::takeWords(void* words, int n)
 {
-    const std::int64_t place = tbiAligned(cursor, 4);
+    const std::int64_t place = tbiFileLayout::aligned(cursor, 4);
     if (!isLoaded() || place + 4 > dataSize || n < 1)
         return 0;
     const int number = std::min(n, (dataSize - int(place)) / 4);
@@ -155,7 +164,7 @@ int tbEntry::readCount(int itemSize)
 
 bool tbEntry::checkItems(int count, int itemSize, int alignment)
 {
-    const std::int64_t end = tbiAligned(cursor, alignment) + std::int64_t(count) * itemSize;
+    const std::int64_t end = tbiFileLayout::aligned(cursor, alignment) + std::int64_t(count) * itemSize;
     if (count <= 0 || (isLoaded() && end <= dataSize))
         return true;
     fail("more items than the entry can hold");
@@ -200,7 +209,7 @@ bool tbEntry::growTo(std::int64_t end)
 
 unsigned char* tbEntry::extend(int len, int alignment)
 {
-    const std::int64_t place = tbiAligned(cursor, alignment);
+    const std::int64_t place = tbiFileLayout::aligned(cursor, alignment);
     if (!growTo(place + len))
         return nullptr;
     // Data that was set anew may end before the cursor; what lay there does not come back.

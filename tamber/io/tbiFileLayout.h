@@ -64,6 +64,12 @@ void store(unsigned char* bytes, Word word, bool swap = false)
     std::memcpy(bytes, &ordered, sizeof ordered);
 }
 
+/// Where a value goes whose place is a multiple of `alignment`, a power of two.
+inline std::int64_t aligned(int cursor, int alignment)
+{
+    return (std::int64_t(cursor) + alignment - 1) & ~std::int64_t(alignment - 1);
+}
+
 } // namespace tbiFileLayout
 
 struct tbiFileHeader : tbAllocated<tbiFileHeader>

@@ -2,7 +2,7 @@
 #include <tamber/io/tbFile.h>
 
 #include <tamber/graph/tbScene.h>
-#include <tamber/io/tbiEntryTake.h>
+#include <tamber/io/tbiFileLayout.h>
 #include <tamber/io/tbiFileState.h>
 #include <tamber/kernel/tbBase.h>
 
@@ -65,7 +65,7 @@ int tbFile::readKnownRefs(tbEntry* entry, const tbType* type, tbBase** objects, 
 {
     if (state->readDepth == 0 && !entry->objectRecord)
         return 0; // what it gets is the program's
-    const std::int64_t start = tbiAligned(entry->cursor, 4);
+    const std::int64_t start = tbiFileLayout::aligned(entry->cursor, 4);
     const std::int64_t inData = (entry->available - start) / 4; // packed data goes the other way
     const std::int64_t end = std::min({std::int64_t(most), inData, state->getReferencesLeft()});
     int number = 0;

@@ -31,9 +31,12 @@ class GroupFileTestRestless : public tbGroup
 public:
     enum HABIT
     {
-        JOINS_AGAIN,  // comes under the same parent once more
-        LEAVES_FIRST, // leaves its first parent
-        DRIVES_OUT    // takes the parent's first child away from it
+        JOINS_AGAIN,   // comes under the same parent once more
+        ADDS_NOTHING,  // lets the parent add null
+        LEAVES_FIRST,  // leaves its first parent
+        DRIVES_OUT,    // takes the parent's first child away from it
+        INSERTS_FIRST, // puts a new node before the parent's children
+        SWAPS_FIRST    // puts a new node in the place of the parent's first child
     };
 
     GroupFileTestRestless() { initInstance(); }
@@ -46,12 +49,29 @@ protected:
     void addedTo(tbGroup* parent) override
     {
         tbGroup::addedTo(parent);
-        if (habit == JOINS_AGAIN)
+        switch (habit)
+        {
+        case JOINS_AGAIN:
             joined = parent->addChild(this) || joined;
-        else if (habit == LEAVES_FIRST && getNumParents() > 1)
-            getParent(0)->removeChild(this);
-        else if (habit == DRIVES_OUT && parent->getNumChildren() > 1)
-            parent->removeChild(parent->getChild(0));
+            break;
+        case ADDS_NOTHING:
+            joined = parent->addChild(nullptr) || joined;
+            break;
+        case LEAVES_FIRST:
+            if (getNumParents() > 1)
+                getParent(0)->removeChild(this);
+            break;
+        case SWAPS_FIRST:
+        case DRIVES_OUT:
+            if (parent->getNumChildren() > 1)
+                parent->removeChild(parent->getChild(0));
+            if (habit == DRIVES_OUT)
+                break;
+            [[fallthrough]];
+        case INSERTS_FIRST:
+            parent->insertChild(0, new tbGroup);
+            break;
+        }
         EXPECT_FALSE(joined);
     }
 
@@ -189,14 +209,18 @@ TEST_F(GroupFile, EveryListComesBackWithoutItsRepetitions)
 TEST_F(GroupFile, NodesMayEditTheirParentsWhileTheyAreRead)
 {
     const Lists lists{{1, 2, 3, 2, 1}, {2, 3, 4}, {3, 4, 3}, {4}, {}};
-    GroupFileTestRestless::habit = GroupFileTestRestless::JOINS_AGAIN;
-    tbRef<tbGroup> root = readLists(lists, 1);
-    ASSERT_TRUE(root);
+    tbRef<tbGroup> root;
     const Edges expected(lists);
-    const auto numbers = numberNodes(root.get(), expected);
-    ASSERT_EQ(numbers.size(), lists.size());
-    for (const auto& [node, number] : numbers)
-        EXPECT_EQ(numbersOf(node->getChildren(), numbers), expected.children[std::size_t(number)]);
+    for (const auto habit : {GroupFileTestRestless::JOINS_AGAIN, GroupFileTestRestless::ADDS_NOTHING})
+    {
+        GroupFileTestRestless::habit = habit;
+        root = readLists(lists, 1);
+        ASSERT_TRUE(root);
+        const auto numbers = numberNodes(root.get(), expected);
+        ASSERT_EQ(numbers.size(), lists.size());
+        for (const auto& [node, number] : numbers)
+            EXPECT_EQ(numbersOf(node->getChildren(), numbers), expected.children[std::size_t(number)]);
+    }
 
     // Whoever leaves its parents one after another ends under the last that lists it.
     GroupFileTestRestless::habit = GroupFileTestRestless::LEAVES_FIRST;
@@ -215,11 +239,12 @@ TEST_F(GroupFile, NodesMayEditTheirParentsWhileTheyAreRead)
     EXPECT_EQ(numEdges, 4);
 }
 
-TEST_F(GroupFile, NoEdgeIsDoubledWhereNodesDriveOthersOut)
+TEST_F(GroupFile, NoEdgeIsDoubledWhereNodesEditOtherEdges)
 {
-    GroupFileTestRestless::habit = GroupFileTestRestless::DRIVES_OUT;
-    for (unsigned seed = 0; seed < 200; ++seed)
+    for (unsigned seed = 0; seed < 300; ++seed)
     {
+        GroupFileTestRestless::habit =
+            GroupFileTestRestless::HABIT(GroupFileTestRestless::DRIVES_OUT + int(seed % 3));
         const tbRef<tbGroup> root = readLists(randomLists(seed), 3 + seed % 5);
         ASSERT_TRUE(root);
         std::vector<tbGroup*> nodes{root.get()};
@@ -236,4 +261,13 @@ TEST_F(GroupFile, NoEdgeIsDoubledWhereNodesDriveOthersOut)
             EXPECT_EQ(nodes[i]->getRefCount(), nodes[i]->getNumParents() + (i == 0 ? 1 : 0)) << seed;
         }
     }
+}
+
+TEST_F(GroupFile, WhoWasDrivenOutComesBackWhenItIsListedAgain)
+{
+    GroupFileTestRestless::habit = GroupFileTestRestless::SWAPS_FIRST;
+    const tbRef<tbGroup> root = readLists({{1, 4, 2, 1, 3, 1}, {}, {1}, {4}, {}}, 3);
+    ASSERT_TRUE(root);
+    ASSERT_EQ(root->getNumChildren(), 5); // new, 4, 2, 3, 1
+    EXPECT_EQ(root->getChild(2)->getChild(0), root->getChild(4));
 }
