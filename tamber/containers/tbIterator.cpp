@@ -8,6 +8,17 @@
 #include <cmath>
 #include <cstring>
 
+namespace
+{
+
+// Files may give items any number of frames, also negative ones.
+int sumOfFrames(std::int64_t a, std::int64_t b)
+{
+    return int(std::clamp<std::int64_t>(a + b, INT_MIN, INT_MAX));
+}
+
+} // namespace
+
 template <class T>
 bool tbIterator::ItemArray<T>::grow(int n)
 {
@@ -206,12 +217,12 @@ bool tbIterator::stepByTime()
 
 bool tbIterator::stepByFrames()
 {
-    frameCounter += 1;
+    frameCounter = sumOfFrames(frameCounter, 1);
     const int mostSteps = stepsPerRound() + 1; // out of the current item and once round
     int steps = 0;
     for (; steps < mostSteps && frameCounter > getItemFrameCount(currentItem); ++steps)
     {
-        frameCounter -= getItemFrameCount(currentItem);
+        frameCounter = sumOfFrames(frameCounter, -std::int64_t(getItemFrameCount(currentItem)));
         currentItem += step;
         if (!applyCycle())
             return false;

@@ -64,6 +64,10 @@ TEST(Iterator, ShowsEachItemForItsFramesInEitherDirection)
     iterator.setItemFrameCount(0, 0); // passed over
     iterator.reset();
     EXPECT_EQ(frames(iterator, 5), (std::vector<int>{2, 1, 1, 1, 2}));
+    iterator.setItemFrameCount(0, INT_MIN + 1); // the frames that it gives back are more than can be counted
+    iterator.setItemFrameCount(2, -1);
+    for (const int shown : frames(iterator, 12))
+        EXPECT_TRUE(shown >= 0 && shown < 3) << shown;
 }
 
 TEST(Iterator, TotalsAreSharedAndKeptWhenTheNumberChanges)
