@@ -90,6 +90,7 @@ auto("35-time-infinite", lambda r: r.iterator(2, current=0, time=INF, times=(INF
 auto("35-time-tiny", lambda r: r.iterator(2, current=0, time=1e-30, times=(1e-30, 1e-30), current_time=1e30))
 auto("35-frames-zero", lambda r: r.iterator(2, current=0, modes=(0, 1, 1, 0), frames=0, counts=(0, 0)))
 auto("35-frames-negative", lambda r: r.iterator(2, current=0, modes=(0, 1, 1, 0), frames=-9, counts=(-9, -9), current_frame=-99))
+auto("35-frames-negative-without-end", lambda r: r.iterator(2, current=0, modes=(0, 1, 1, 0), frames=-0x7FFFFFFF, counts=(-0x7FFFFFFF, -0x7FFFFFFF), current_frame=0))
 auto("35-step-zero", lambda r: r.iterator(2, current=0, step=0, times=(1, 1)))
 auto("35-step-2-31-less-1", lambda r: r.iterator(2, current=1, step=0x7FFFFFFF, times=(1, 1)))
 auto("35-cycle-7", lambda r: r.iterator(2, current=0, modes=(0, 7, 0, 0), times=(0.001, 0.001)))
