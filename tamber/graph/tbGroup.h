@@ -208,7 +208,8 @@ private:
     static void resolveGroup(tbGroup* node);
     static void emptyGroupMapping();
     tbGroup* findGroupRec(const char* wanted, const tbGroup* previous, bool& passed) const;
-    bool canAttach(const tbGroup* child, bool isNew) const;
+    template <class Link>
+    bool attach(tbGroup* child, Link link);
     bool letGo(tbGroup* child);
     void yieldTo(tbGroup* node, tbGroup* parent, bool keepOrder);
     void splitFromParents();

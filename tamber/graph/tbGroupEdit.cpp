@@ -29,41 +29,33 @@ bool reserveChildren(std::span<tbGroup* const> parents, int more)
 
 } // namespace
 
-bool tbGroup::canAttach(const tbGroup* child, bool isNew) const
+// Makes the edge to a child by `link`, which returns false when it cannot, and tells the subtree.
+template <class Link>
+bool tbGroup::attach(tbGroup* child, Link link)
 {
+    const tbiAttach::Known known = tbiAttach::take(this, child);
     tbiNodeLinks::Edge edge;
-    return child && child != this && !isDying() && (isNew || !tbiNodeLinks::find(this, child, edge));
+    const bool can =
+        child && child != this && !isDying() && (known.isNew || !tbiNodeLinks::find(this, child, edge));
+    if (can && !known.isHeld)
+        child->ref(); // before the edge: it waits for all stores before it, and those of an edge go far
+    const bool made = can && link();
+    if (made)
+        tbiPropagation::added(child, this, known.isFresh);
+    else if (can || known.isHeld)
+        child->unRefNoDelete();
+    return made;
 }
 
 bool tbGroup::addChild(tbGroup* child)
 {
-    const tbiAttach::Known known = tbiAttach::take(this, child);
-    const bool can = canAttach(child, known.isNew);
-    if (can && !known.isHeld)
-        child->ref(); // first: it waits for all stores before it, and those of an edge go far
-    if (!can && !known.isHeld)
-        return false;
-    if (!can || !tbiNodeLinks::append(this, child))
-    {
-        child->unRefNoDelete();
-        return false;
-    }
-    tbiPropagation::added(child, this, known.isFresh);
-    return true;
+    return attach(child, [=, this] { return tbiNodeLinks::append(this, child); });
 }
 
 bool tbGroup::insertChild(int i, tbGroup* child)
 {
-    const tbiAttach::Known known = tbiAttach::take(this, child);
-    const bool placed = i >= 0 && i <= getNumChildren() && canAttach(child, known.isNew) &&
-                        tbiNodeLinks::insert(this, i, child);
-    if (placed && !known.isHeld)
-        child->ref();
-    if (!placed && known.isHeld)
-        child->unRefNoDelete();
-    if (placed)
-        tbiPropagation::added(child, this, known.isFresh);
-    return placed;
+    return attach(child, [=, this]
+                  { return i >= 0 && i <= getNumChildren() && tbiNodeLinks::insert(this, i, child); });
 }
 
 // Cuts the edge to a child, tells its subtree and drops the reference.

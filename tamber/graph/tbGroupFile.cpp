@@ -16,9 +16,9 @@ namespace
 // The children that a node reads, on their way from the file into its list.
 //
 // Which of them the list holds already is known without a search, which could take for ever: while nothing but this
-// list makes edges, a node that it holds has its parent for the last one. Nodes that read lists of their own in between
-// end that for the children before them, which are remembered then. Where a class edits the graph meanwhile in other ways
-// than by appending, the children that follow are searched for.
+// list makes edges, a node that it holds has its parent for the last one. Nodes that read lists of their own in
+// between end that for the children before them, which are remembered then. Where a class edits the graph meanwhile
+// in other ways than by appending, the children that follow are searched for.
 class ChildrenRead
 {
 public:
@@ -30,14 +30,14 @@ public:
     {
     }
 
-    /// Reads so many references. Each child is attached before the next one is read. Those for which nothing has to be read
-    /// come a number at a time, so that what the attaching touches is in the cache; where there are none such they are
-    /// asked for less and less often.
-    void read(int number)
+    /// Reads so many references. Each child is attached before the next one is read. Those for which nothing has to be
+    /// read come a number at a time, so that what the attaching touches is in the cache; where there are none such they
+    /// are asked for less and less often.
+    void read(int count)
     {
         int rarity = 0;
         int alone = 0;
-        for (int left = number; left > 0;)
+        for (int left = count; left > 0;)
         {
             makeRoom(left);
             if (alone > 0)
@@ -47,9 +47,9 @@ public:
                 --left;
                 continue;
             }
-            const int known = readKnown(left);
-            left -= known;
-            rarity = known > 0 ? 0 : std::min(rarity + 1, MOST_RARITY);
+            const int number = readSeveral(left);
+            left -= number;
+            rarity = number > 0 ? 0 : std::min(rarity + 1, MOST_RARITY);
             alone = (1 << rarity) - 1;
         }
     }
@@ -59,19 +59,19 @@ private:
     static constexpr int MOST_RARITY = 4;
     static constexpr int FIRST_ROOM = 16;
 
-    /// How many of the next children are there already, which are attached then.
-    int readKnown(int left)
+    /// Attaches the next children for which nothing has to be read, and returns how many.
+    int readSeveral(int left)
     {
         tbBase* objects[MOST_AT_ONCE];
-        const int known = file->readKnownRefs(entry, groupType, objects, std::min(MOST_AT_ONCE, left));
-        for (int i = 0; i < known; ++i)
+        const int number = file->readKnownRefs(entry, groupType, objects, std::min(MOST_AT_ONCE, left));
+        for (int i = 0; i < number; ++i)
         {
             tbiNodeLinks::prefetchAppend(static_cast<tbGroup*>(objects[i]));
             objects[i]->ref(); // all at once: each waits for the stores of the edge before it
         }
-        for (int i = 0; i < known; ++i)
+        for (int i = 0; i < number; ++i)
             attach(static_cast<tbGroup*>(objects[i]), true);
-        return known;
+        return number;
     }
     void readOne()
     {

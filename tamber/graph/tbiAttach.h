@@ -12,10 +12,12 @@ class tbiAttach
 public:
     struct Known
     {
-        bool isNew = false; // neither list has to be searched for the edge
-        bool isFresh =
-            false; // all below the child has been told, and nothing has changed since: only the edge is new
-        bool isHeld = false; // the parent's reference on the child has been taken
+        /// Neither list has to be searched for the edge.
+        bool isNew = false;
+        /// All below the child has been told, and nothing has changed since: only the edge is new.
+        bool isFresh = false;
+        /// The parent's reference on the child has been taken.
+        bool isHeld = false;
     };
 
     explicit tbiAttach(const tbGroup* to) : parent(to), outer(current) { current = this; }

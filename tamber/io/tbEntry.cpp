@@ -159,7 +159,10 @@ int tbEntry::readChunk(void* bytes, int len)
 int tbEntry::readCount(int itemSize)
 {
     const int count = readInt();
-    return count > 0 && checkItems(count, itemSize) ? count : 0;
+    if (std::int64_t(count) * itemSize <= dataSize - cursor) [[likely]]
+        return std::max(count, 0);
+    checkItems(count, itemSize);
+    return 0;
 }
 
 bool tbEntry::checkItems(int count, int itemSize, int alignment)

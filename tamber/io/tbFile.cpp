@@ -49,6 +49,15 @@ std::uint32_t hashHandle(const void* handle)
     return std::uint32_t(mixed >> 32);
 }
 
+// Classes whose entries stand for no objects.
+bool isDataClass(const char* className)
+{
+    for (const char* name : {"tbArray", "tbVertexArray", "tbPlugIns"})
+        if (std::strcmp(className, name) == 0)
+            return true;
+    return false;
+}
+
 bool isMagic(const unsigned char* bytes, bool& swap)
 {
     const auto magic = load<std::uint32_t>(bytes, false);
@@ -411,6 +420,7 @@ tbiTag* tbFile::addTag(const char* className)
         return nullptr;
     tag->index = tags.getNum();
     std::strncpy(tag->name, className, TAG_NAME_SIZE - 1);
+    tag->isData = isDataClass(tag->name);
     if (tags.add(tag) >= 0 && state->tagNames.add(hashName(tag->name), tag))
         return tag;
     if (tags.getNum() > tag->index)

@@ -195,10 +195,9 @@ private:
     bool spendOnReference(tbEntry* referrer, int index);
     tbBase* follow(int index, const tbEntry* referrer, bool nested);
     tbBase* makeObject(tbEntry* entry, const tbEntry* referrer);
-    const tbType* findClass(const tbEntry* entry) const;
-    bool readInto(tbBase* object, tbEntry* entry);
+    const tbType* findClass(tbiTag* tag) const;
+    bool readInto(tbBase* object, tbEntry* entry, bool isScene);
     bool beginObject(tbEntry* entry);
-    bool isSceneInScene(const tbType* type) const;
     bool isKnown(int index) const;
     tbBase* followKnown(int index);
     bool hasRoomForPaths(const tbEntry* target) const;

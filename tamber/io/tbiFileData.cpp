@@ -80,29 +80,26 @@ bool tbFile::spendBudget(tbEntry* entry, std::int64_t packedBytes)
 {
     const bool read = entry->state == tbEntry::STATE_STARTED;
     const bool packed = entry->compression == tbEntry::RLE;
-    const std::int64_t more = entry->budgeted ? 0 : entry->dataSize + packedBytes;
-    const std::int64_t held =
+    const std::int64_t work = entry->budgeted ? 0 : entry->dataSize + packedBytes;
+    const std::int64_t bytes =
         (entry->dataCounted ? 0 : entry->dataSize) + (read ? tbiFileState::OBJECT_COST : 0);
     const std::int64_t open = !read ? 0 : packed ? packedBytes : entry->dataSize;
-    if (more > state->dataBudget - state->dataSpent || held > state->heldBudget - state->dataHeld ||
-        open > state->openBudget - state->dataOpen)
+    if (open > state->openLeft || !state->spend(work, bytes))
     {
         reportAt(entry, entry->recordPlace + RECORD_DATA_SIZE,
                  "the entries together hold more than a file of this length can");
         return false;
     }
-    state->dataSpent += more;
-    state->dataHeld += held;
-    state->dataOpen += open;
+    state->openLeft -= open;
     entry->budgeted = entry->dataCounted = true;
-    entry->counted += held;
+    entry->counted += bytes;
     return true;
 }
 
 // For an entry of which neither data nor object is left.
 void tbFile::giveBack(tbEntry* entry)
 {
-    state->dataHeld -= entry->counted;
+    state->bytesLeft += entry->counted;
     entry->counted = 0;
     entry->dataCounted = false;
 }

@@ -84,7 +84,9 @@ struct tbiTag : tbAllocated<tbiTag>
     int index = 0;
     char name[tbiFileLayout::TAG_NAME_SIZE] = {};
     int firstEntry = -1;
+    bool isData = false;          // its entries stand for no objects
     bool reported = false;        // as a class that nobody supplies
     std::uint32_t askedIn = 0;    // number of the graph in which the class was asked for last
     const tbType* type = nullptr; // the answer
+    bool isScene = false;         // the answer is a class of scenes
 };

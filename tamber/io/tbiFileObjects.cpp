@@ -13,15 +13,6 @@ namespace
 
 using namespace tbiFileLayout;
 
-// Tags of entries that stand for no object.
-bool isDataTag(const char* className)
-{
-    for (const char* name : {"tbArray", "tbVertexArray", "tbPlugIns"})
-        if (std::strcmp(className, name) == 0)
-            return true;
-    return false;
-}
-
 tbBase* objectOf(const void* handle)
 {
     return static_cast<tbBase*>(const_cast<void*>(handle));
@@ -186,25 +177,25 @@ tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
             reportReference(referrer, entry->dirNum, "references nest too deep");
         return nullptr;
     }
-    const char* className = getTagDesc(entry->tag);
-    if (!className || isDataTag(className))
+    const tbiTag* tag = tags.indexInRange(entry->tag) ? tags[entry->tag] : nullptr;
+    if (!tag || tag->isData)
     {
         reportReference(referrer, entry->dirNum, "a reference to an entry of another kind");
         return nullptr;
     }
-    const tbType* type = findClass(entry);
+    const tbType* type = findClass(tags[entry->tag]);
     if (!type)
     {
         reportUnknownClass(entry);
         return nullptr;
     }
-    if (isSceneInScene(type))
+    // Scenes are roots: each has locks, events and walks of its own.
+    if (tag->isScene && state->openScenes > 0)
     {
         reportReference(referrer, entry->dirNum, "a scene inside a scene");
         return nullptr;
     }
-    if (type->isOfType(tbScene::getClassType()) &&
-        !spendOnMade(entry, tbiFileState::SCENE_COST, tbiFileState::SCENE_COST))
+    if (tag->isScene && !spendOnMade(entry, tbiFileState::SCENE_COST, tbiFileState::SCENE_COST))
     {
         entry->failed = true;
         reportAt(entry, entry->recordPlace + RECORD_TAG,
@@ -220,7 +211,7 @@ tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
     }
     object->refNoCheck(); // nothing that happens while it reads may delete it
     const OutermostWatch memory(state->readDepth);
-    const bool read = readInto(object, entry);
+    const bool read = readInto(object, entry, tag->isScene);
     if (memory.ranOut())
         entry->fail("memory is out");
     if (!read || memory.ranOut())
@@ -240,42 +231,35 @@ tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
 }
 
 // Within one graph a class is asked for once; plug-ins come and go between graphs.
-const tbType* tbFile::findClass(const tbEntry* entry) const
+const tbType* tbFile::findClass(tbiTag* tag) const
 {
-    tbiTag* tag = tags[entry->tag];
     if (state->readDepth > 0 && tag->askedIn == state->numGraphs)
         return tag->type;
     tag->type = tbType::findType(tag->name);
+    tag->isScene = tag->type && tag->type->isOfType(tbScene::getClassType());
     tag->askedIn = state->numGraphs;
     return tag->type;
 }
 
-// Scenes are roots: each has locks, events and walks of its own.
-bool tbFile::isSceneInScene(const tbType* type) const
+bool tbFile::readInto(tbBase* object, tbEntry* entry, bool isScene)
 {
-    return state->openScenes > 0 && type->isOfType(tbScene::getClassType());
-}
-
-bool tbFile::readInto(tbBase* object, tbEntry* entry)
-{
-    const int isScene = object->isOfType(tbScene::getClassType()) ? 1 : 0;
-    state->openScenes += isScene;
+    state->openScenes += isScene ? 1 : 0;
     const bool loadedBefore = entry->isLoaded();
     const int cursor = entry->cursor;
-    const std::int64_t openAbove = state->dataOpen;
+    const std::int64_t openLeft = state->openLeft;
     const unsigned int pathsAbove = std::exchange(state->paths, 1u);
-    const bool sceneAbove = std::exchange(state->sceneBelow, isScene > 0);
+    const bool sceneAbove = std::exchange(state->sceneBelow, isScene);
     entry->cursor = 0;
     entry->state = tbEntry::STATE_STARTED;
     if (state->readDepth++ == 0)
         ++state->numGraphs;
     const bool read = object->read(this, entry) != nullptr;
     --state->readDepth;
-    state->openScenes -= isScene;
+    state->openScenes -= isScene ? 1 : 0;
     if (!read && entry->state == tbEntry::STATE_READING)
         entry->fail("its class cannot read it");
     entry->state = tbEntry::STATE_IDLE;
-    state->dataOpen = openAbove;
+    state->openLeft = openLeft;
     entry->expanded = std::exchange(state->paths, pathsAbove);
     entry->holdsScene = std::exchange(state->sceneBelow, sceneAbove);
     entry->cursor = loadedBefore ? cursor : 0;
@@ -367,7 +351,7 @@ void* tbFile::readDataRef(tbEntry* entry, const char* className, ReadDataFunc re
 void* tbFile::makeData(tbEntry* target, ReadDataFunc read, HoldDataFunc holdData)
 {
     target->state = tbEntry::STATE_STARTED;
-    const std::int64_t openAbove = state->dataOpen;
+    const std::int64_t openLeft = state->openLeft;
     void* data = nullptr;
     if (readEntry(target))
     {
@@ -377,7 +361,7 @@ void* tbFile::makeData(tbEntry* target, ReadDataFunc read, HoldDataFunc holdData
             target->fail("its class cannot read it");
     }
     target->state = tbEntry::STATE_IDLE;
-    state->dataOpen = openAbove;
+    state->openLeft = openLeft;
     target->freeData();
     target->reset();
     if (data && !target->failed && target->bind(data, tbEntry::KIND_DATA))

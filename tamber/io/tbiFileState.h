@@ -58,20 +58,18 @@ struct tbiFileState : tbAllocated<tbiFileState>
     bool firstEntriesKnown = true;
 
     tbiFileWindow window;
-    std::int64_t dataStart = 0;  // nothing but tables before it
-    std::int64_t dataBudget = 0; // what all entries together may hold
-    std::int64_t dataSpent = 0;
+    std::int64_t dataStart = 0; // nothing but tables before it
 
-    std::int64_t heldBudget = 0; // what entries that were loaded, and what was made of them, may take
-    std::int64_t dataHeld = 0;
-    std::int64_t openBudget = 0; // the bytes from which objects are reading themselves
-    std::int64_t dataOpen = 0;
+    // The budget of the file: what may still come.
+    std::int64_t workLeft = 0;  // bytes that entries hold, or that load in the time that something else takes
+    std::int64_t bytesLeft = 0; // of memory for entries that were loaded and what is made of them
+    std::int64_t openLeft = 0;  // of memory for what objects are reading themselves from
 
-    static constexpr std::int64_t SMALLEST_BUDGET = std::int64_t{256} << 20;
-    static constexpr std::int64_t BUDGET_FACTOR = 160;
-    static constexpr std::int64_t HELD_BUDGET = std::int64_t{24} << 20;
-    static constexpr std::int64_t HELD_FACTOR = 128; // the best that packing can do
-    static constexpr std::int64_t OPEN_BUDGET = std::int64_t{1} << 20;
+    static constexpr std::int64_t SMALLEST_WORK = std::int64_t{256} << 20;
+    static constexpr std::int64_t WORK_FACTOR = 160;
+    static constexpr std::int64_t FIRST_BYTES = std::int64_t{24} << 20;
+    static constexpr std::int64_t BYTES_FACTOR = 128; // the best that packing can do
+    static constexpr std::int64_t FIRST_OPEN = std::int64_t{1} << 20;
 
     // What objects take that their data does not tell, in bytes.
     static constexpr std::int64_t REFERENCE_WORK =
@@ -102,27 +100,27 @@ struct tbiFileState : tbAllocated<tbiFileState>
     const char* writeRule = nullptr; // why the file must not be written
     tbiFileWriter writer;
 
-    /// Sets what the entries of a file of `length` bytes may hold. Where no two of them share bytes, all is allowed.
+    /// Begins the budget of a file of `length` bytes. Where no two of its entries share bytes, all is allowed.
     void setBudget(std::int64_t length)
     {
-        dataBudget = std::max(SMALLEST_BUDGET, BUDGET_FACTOR * length);
-        heldBudget = HELD_BUDGET + HELD_FACTOR * length;
-        openBudget = OPEN_BUDGET + length;
+        workLeft = std::max(SMALLEST_WORK, WORK_FACTOR * length);
+        bytesLeft = FIRST_BYTES + BYTES_FACTOR * length;
+        openLeft = FIRST_OPEN + length;
     }
     /// For what an entry's object takes beyond its data: time and memory. Lists that share bytes make many edges of
     /// few. False, and nothing spent, where a file of this length can make no more.
     bool spend(std::int64_t work, std::int64_t bytes)
     {
-        if (work > dataBudget - dataSpent || bytes > heldBudget - dataHeld)
+        if (work > workLeft || bytes > bytesLeft)
             return false;
-        dataSpent += work;
-        dataHeld += bytes;
+        workLeft -= work;
+        bytesLeft -= bytes;
         return true;
     }
     /// How many references can be followed.
     std::int64_t getReferencesLeft() const
     {
-        return std::min((dataBudget - dataSpent) / REFERENCE_WORK, (heldBudget - dataHeld) / REFERENCE_COST);
+        return std::min(workLeft / REFERENCE_WORK, bytesLeft / REFERENCE_COST);
     }
     bool setErrorText(const char* rule)
     {
@@ -149,8 +147,10 @@ struct tbiFileState : tbAllocated<tbiFileState>
     void addProgress(int bytes)
     {
         bytesDone = std::min(bytesDone + std::max(bytes, 0), bytesToDo);
+        if (!progress)
+            return;
         const int steps = bytesToDo > 0 ? int(double(bytesDone) / double(bytesToDo) * PROGRESS_STEPS) : 0;
-        if (!progress || steps == stepsDone)
+        if (steps == stepsDone)
             return;
         stepsDone = steps;
         progress(double(steps) / PROGRESS_STEPS);
@@ -163,7 +163,7 @@ struct tbiFileState : tbAllocated<tbiFileState>
         tagNames.clear();
         firstEntriesKnown = true;
         window.detach();
-        dataStart = dataBudget = dataSpent = heldBudget = dataHeld = openBudget = dataOpen = 0;
+        dataStart = workLeft = bytesLeft = openLeft = 0;
         readDepth = openScenes = writeDepth = 0;
         paths = 0;
         sceneBelow = false;
