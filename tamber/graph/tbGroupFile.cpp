@@ -28,7 +28,11 @@ public:
           entry(record),
           edge(reader)
     {
+        parent->ref(); // moves in the lists of nodes that nobody holds go uncounted
     }
+    ~ChildrenRead() { parent->unRefNoDelete(); }
+    ChildrenRead(const ChildrenRead&) = delete;
+    ChildrenRead& operator=(const ChildrenRead&) = delete;
 
     /// Reads so many references. Each child is attached before the next one is read. Those for which nothing has to be
     /// read come a number at a time, so that what the attaching touches is in the cache; where there are none such they

@@ -386,8 +386,8 @@ bool tbiNodeLinks::insert(tbGroup* parent, int i, tbGroup* child)
 
 void tbiNodeLinks::remove(tbGroup* parent, tbGroup* child, const Edge& edge, bool keepOrder)
 {
-    // The children of a node that dies go one by one from its end.
-    if (!parent->isDying())
+    // Who reads a list holds its node. Others may be dying, and their lists do not go on.
+    if (parent->getRefCount() > 0)
         ++numMoves;
     removeSlot(parent->children, edge.inChildren);
     if (keepOrder)

@@ -15,8 +15,8 @@ public:
         unsigned inParents;
     };
 
-    /// How many edges this thread has made since it began, and how often it has moved the others of a list that goes
-    /// on: who saw all of them made, and none moved, knows what there is.
+    /// How many edges this thread has made since it began, and how often it has moved the others in the list of a node
+    /// that somebody holds: who saw all of them made, and none moved, knows what there is.
     static unsigned getNumMade() { return numMade; }
     static unsigned getNumMoves() { return numMoves; }
 

@@ -5,11 +5,13 @@
 #include <tamber/kernel/tbRef.h>
 
 #include <tests/support/FileBuilder.h>
+#include <tests/support/Messages.h>
 #include <tests/support/TempFile.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ctime>
 #include <map>
 #include <random>
 #include <set>
@@ -160,6 +162,40 @@ Lists randomLists(unsigned seed)
     return lists;
 }
 
+// The lowest time of processor, of a few times, for a file of nodes with many children, amid which each has one of
+// `className` that has children itself.
+double secondsToRead(const std::string& path, const char* className)
+{
+    constexpr int WIDTH = 1000;
+    FileBuilder builder;
+    const auto group = [&builder](int first, int number, int amid = -1)
+    {
+        Record record = builder.record().object().word(1).word(1).integer(number);
+        for (int i = 0; i < number; ++i)
+            record.integer(amid >= 0 && i == number / 2 ? amid : first + i);
+        return record;
+    };
+    builder.add("tbGroup", group(1, WIDTH));
+    for (int i = 0; i < WIDTH; ++i)
+        builder.add("tbGroup", group(1 + 2 * WIDTH, WIDTH, 1 + WIDTH + i));
+    for (int i = 0; i < WIDTH; ++i)
+        builder.add(className, group(1 + 2 * WIDTH, 2).integer(77)); // states of which none is there
+    for (int i = 0; i < WIDTH; ++i)
+        builder.add("tbGroup", group(0, 0));
+    tbtest::writeAll(path, builder.build());
+    double lowest = 1e9;
+    for (int i = 0; i < 3; ++i)
+    {
+        const std::clock_t begun = std::clock();
+        tbFile file;
+        EXPECT_TRUE(file.open(path.c_str(), "r"));
+        const tbRef<tbBase> root(file.readObject(0));
+        EXPECT_TRUE(root);
+        lowest = std::min(lowest, double(std::clock() - begun));
+    }
+    return lowest / CLOCKS_PER_SEC;
+}
+
 std::map<const tbGroup*, int> numberNodes(tbGroup* root, const Edges& edges)
 {
     std::map<const tbGroup*, int> numbers;
@@ -204,6 +240,13 @@ TEST_F(GroupFile, EveryListComesBackWithoutItsRepetitions)
             EXPECT_EQ(node->getRefCount(), node->getNumParents() + (number == 0 ? 1 : 0)) << seed;
         }
     }
+}
+
+TEST_F(GroupFile, NodesThatFailAmidAListDoNotMakeItSearch)
+{
+    tbtest::allowMessages();
+    const double failing = secondsToRead(path, "tbSwitch");
+    EXPECT_LT(failing, 2.5 * secondsToRead(path, "tbGroup"));
 }
 
 TEST_F(GroupFile, NodesMayEditTheirParentsWhileTheyAreRead)
