@@ -86,6 +86,8 @@ CLI::Option* addOption(CLI::App& app, const CommandTable& table, const OptionRow
         option->check(checkOf(*row.range, row.target));
     if (std::holds_alternative<double*>(row.target))
         option->check(CLI::Validator(refuseNotANumber, ""));
+    if (!row.excluded.empty())
+        option->excludes(row.excluded);
     return option;
 }
 
@@ -97,11 +99,7 @@ void addOptions(CLI::App& app, const CommandTable& table, const CommandRow& row)
     for (const OptionRow& positional : row.positionals)
         addOption(app, table, positional);
     for (const OptionRow& option : row.options)
-    {
-        CLI::Option* added = addOption(app, table, option);
-        if (!option.excluded.empty())
-            added->excludes(option.excluded);
-    }
+        addOption(app, table, option);
     app.footer(row.notes);
 }
 

@@ -3,6 +3,7 @@
 #include <tamber/platform/tbiFile.h>
 
 #include <tamber/kernel/tbiMemoryWatch.h>
+#include <tamber/platform/posix/tbiFolderOf.h>
 #include <tamber/platform/posix/tbiUntilDone.h>
 #include <tamber/platform/tbiPath.h>
 #include <tamber/platform/tbiPlace.h>
@@ -54,18 +55,11 @@ int openRegular(const char* path, int access)
     return -1;
 }
 
-std::string directoryOf(const std::string& path)
-{
-    const std::size_t slash = path.rfind('/');
-    if (slash == std::string::npos)
-        return ".";
-    return slash == 0 ? "/" : path.substr(0, slash);
-}
-
 bool syncDirectory(const std::string& path)
 {
-    const int descriptor =
-        tbiUntilDone([&] { return open(directoryOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+    const std::string folder = tbiFolderOf(path);
+    const char* name = folder.empty() ? "." : folder.c_str();
+    const int descriptor = tbiUntilDone([=] { return open(name, O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
     if (descriptor < 0)
         return false;
     const bool synced = tbiUntilDone([&] { return fsync(descriptor); }) == 0;

@@ -3,6 +3,7 @@
 #include <tamber/platform/tbiModule.h>
 
 #include <tamber/kernel/tbiMemoryWatch.h>
+#include <tamber/platform/posix/tbiFolderOf.h>
 #include <tamber/platform/tbiModuleName.h>
 #include <tamber/platform/tbiPath.h>
 
@@ -16,14 +17,6 @@ namespace fs = std::filesystem;
 
 namespace
 {
-
-std::string folderAbove(const std::string& path)
-{
-    const std::size_t slash = path.rfind('/');
-    if (slash == std::string::npos)
-        return {};
-    return slash == 0 ? "/" : path.substr(0, slash);
-}
 
 struct ModuleSearch
 {
@@ -101,7 +94,7 @@ std::string tbiExecutableDirectory()
 {
     std::error_code error;
     const fs::path executable = fs::read_symlink("/proc/self/exe", error);
-    return error ? std::string() : folderAbove(executable.string());
+    return error ? std::string() : tbiFolderOf(executable.string());
 }
 
 std::string tbiCurrentDirectory()
@@ -118,7 +111,7 @@ std::string tbiLibraryDirectory()
         return {};
     std::error_code error;
     const fs::path library = fs::canonical(info.dli_fname, error);
-    return error ? std::string() : folderAbove(library.string());
+    return error ? std::string() : tbiFolderOf(library.string());
 }
 
 std::vector<tbiModuleDirectory> tbiSharedDirectories(bool)
@@ -169,12 +162,12 @@ bool tbiOthersMayWrite(const std::string& path)
     const fs::path file = fs::canonical(path, error);
     if (error)
         return true;
-    const std::string nearest = folderAbove(file.string());
+    const std::string nearest = tbiFolderOf(file.string());
     if (othersMayChange(file.string(), 0) || othersMayChange(nearest, 0))
         return true;
     for (std::string above = nearest; above != "/";)
     {
-        above = folderAbove(above);
+        above = tbiFolderOf(above);
         if (othersMayChange(above, S_ISVTX))
             return true;
     }
