@@ -3,17 +3,17 @@
 //
 // usage: KilledSaves ROUNDS          kills that many times, and says what it met
 //        KilledSaves --save FILE     saves until it is killed
+//        KilledSaves --save-once FILE
 
 #include <tamber/graph/tbGroup.h>
 #include <tamber/io/tbFile.h>
 #include <tamber/io/tbLoader.h>
 #include <tamber/kernel/tbMessage.h>
 #include <tamber/kernel/tbRef.h>
-#include <tests/fault/Child.h>
+#include <tamber/platform/tbiProcess.h>
 #include <tests/support/TempFile.h>
 #include <tests/support/WorkFolder.h>
 
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -66,32 +66,36 @@ int saveForEver(const std::string& path)
 // Windows does not replace a file that another save is just looking at.
 constexpr bool SAVES_AT_ONCE = std::filesystem::path::preferred_separator == '/';
 
+/// Saves over and over that are killed. True when it came to that.
+bool killSave(const std::string& program, const std::string& path, double seconds)
+{
+    tbiProcessOrder order{.program = program, .arguments = {"--save", path}, .time = seconds};
+    return tbiRunProcess(order).how == tbiProcessEnd::TIME;
+}
+
 int killSaves(const std::string& program, int rounds)
 {
     const tbtest::WorkFolder folder;
     const tbtest::TempDirectory directory;
     const std::string path = directory.path("saved.tb");
-    if (!save("first", path))
+    // How long a program takes to save for the first time.
+    const tbiProcessEnd once =
+        tbiRunProcess({.program = program, .arguments = {"--save-once", path}, .time = 60});
+    if (once.code != 0 || !isWhole(path))
         return 1;
     std::mt19937 random(7);
     int inTheMiddle = 0;
     int mostLeft = 0;
     for (int round = 0; round < rounds; ++round)
     {
-        {
-            const tbtest::Child one({program, "--save", path});
-            const std::unique_ptr<tbtest::Child> other(
-                SAVES_AT_ONCE && round % 4 == 0 ? new tbtest::Child({program, "--save", path}) : nullptr);
-            std::error_code ignored;
-            const auto before = std::filesystem::last_write_time(path, ignored);
-            const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-            while (std::filesystem::last_write_time(path, ignored) == before &&
-                   std::chrono::steady_clock::now() < limit)
-                std::this_thread::sleep_for(std::chrono::milliseconds(1)); // until it has saved once
-            std::this_thread::sleep_for(std::chrono::milliseconds(random() % 30));
-            if (!one.isRunning() || (other && !other->isRunning()))
-                return std::printf("round %d: a save failed\n", round), 1;
-        }
+        const double seconds = once.seconds + double(random() % 30) / 1000;
+        bool other = true;
+        std::thread beside([&]
+                           { other = !SAVES_AT_ONCE || round % 4 != 0 || killSave(program, path, seconds); });
+        const bool one = killSave(program, path, seconds);
+        beside.join();
+        if (!one || !other)
+            return std::printf("round %d: a save failed\n", round), 1;
         if (!isWhole(path))
             return std::printf("round %d: the file is damaged: %s\n", round, tbLoader::getErrorMessage()), 1;
         const int left = directory.count() - 1;
@@ -113,6 +117,8 @@ int main(int argc, char** argv)
     tbSetMessageFunc([](const char*) {});
     if (argc == 3 && std::strcmp(argv[1], "--save") == 0)
         return saveForEver(argv[2]);
+    if (argc == 3 && std::strcmp(argv[1], "--save-once") == 0)
+        return save("first", argv[2]) ? 0 : 1;
     const int rounds = argc == 2 ? std::atoi(argv[1]) : 100;
     return killSaves(std::filesystem::absolute(argv[0]).string(), rounds);
 }

@@ -1,6 +1,7 @@
 #include <tamber/io/tbPlugIn.h>
 
 #include <tamber/kernel/tbBase.h>
+#include <tamber/kernel/tbRef.h>
 #include <tamber/platform/tbiModuleName.h>
 #include <tests/support/Messages.h>
 
@@ -63,21 +64,19 @@ TEST(PlugIn, RecordIsListedWhileItLives)
     EXPECT_EQ(tbPlugIn::find("tbAbsent.dll"), nullptr);
 }
 
-TEST(PlugIn, ItsClassesGoWithIt)
+TEST(PlugIn, ItsClassesGoWithItAndWithTheirLastObject)
 {
+    for (const bool hasObject : {false, true})
     {
-        tbPlugIn plugIn(nullptr);
-        PlugInTestObject::registerClass(&plugIn);
+        auto plugIn = std::make_unique<tbPlugIn>(nullptr);
+        PlugInTestObject::registerClass(plugIn.get());
+        tbRef<tbBase> object(hasObject ? new PlugInTestObject : nullptr);
+        EXPECT_EQ(plugIn->getNumTypes(), hasObject ? 1 : 0);
+        plugIn.reset();
+        EXPECT_EQ(tbType::findType("PlugInTestObject") != nullptr, hasObject);
+        object.reset();
+        EXPECT_EQ(tbType::findType("PlugInTestObject"), nullptr);
     }
-    EXPECT_EQ(tbType::findType("PlugInTestObject"), nullptr) << "its registration is dropped";
-    auto plugIn = std::make_unique<tbPlugIn>(nullptr);
-    PlugInTestObject::registerClass(plugIn.get());
-    auto* object = new PlugInTestObject;
-    EXPECT_EQ(plugIn->getNumTypes(), 1);
-    plugIn.reset();
-    EXPECT_NE(tbType::findType("PlugInTestObject"), nullptr) << "an object lives";
-    object->unRef();
-    EXPECT_EQ(tbType::findType("PlugInTestObject"), nullptr);
 }
 
 TEST(PlugIn, MissingModulesAreNamed)

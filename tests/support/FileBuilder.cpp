@@ -31,11 +31,24 @@ Record& Record::name(const std::string& text)
     return integer(int(text.size()) + 1).bytes(text + '\0');
 }
 
+Record& Record::list(const std::vector<int>& numbers)
+{
+    integer(int(numbers.size()));
+    for (const int number : numbers)
+        integer(number);
+    return *this;
+}
+
 Record& Record::object(const std::vector<int>& attributes)
 {
-    integer(0).word(0).integer(int(attributes.size()));
-    for (const int attribute : attributes)
-        integer(attribute);
+    return integer(0).word(0).list(attributes);
+}
+
+Record& Record::plugIns(const std::vector<std::string>& modules, int number)
+{
+    integer(number);
+    for (const std::string& module : modules)
+        integer(0).integer(0).integer(0).name(module).integer(1).integer(2).integer(3);
     return *this;
 }
 
@@ -101,5 +114,13 @@ std::string FileBuilder::build() const
     }
     out.append(gap * entries.size(), '\0');
     return out + data;
+}
+
+std::string buildFile(const Entries& entries)
+{
+    FileBuilder builder;
+    for (const auto& [className, data] : entries)
+        builder.add(className, data);
+    return builder.build();
 }
 } // namespace tbtest

@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tbtest
@@ -24,8 +25,12 @@ public:
         data += text;
         return *this;
     }
+    /// Their number, then the numbers.
+    Record& list(const std::vector<int>& numbers);
     /// A length with its terminating zero, then the text.
     Record& name(const std::string& text);
+    /// What a list of these plug-ins holds; it says that it holds `number`.
+    Record& plugIns(const std::vector<std::string>& modules, int number);
     /// What every object begins with: no name, no flags, and references to its attributes.
     Record& object(const std::vector<int>& attributes = {});
 
@@ -71,4 +76,9 @@ public:
 private:
     bool swapped;
 };
+
+/// Classes and data.
+using Entries = std::vector<std::pair<std::string, std::string>>;
+/// The bytes of a file with these entries.
+std::string buildFile(const Entries& entries);
 } // namespace tbtest

@@ -10,6 +10,19 @@
 
 namespace tbtest
 {
+inline std::string readAll(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    return std::move(bytes).str();
+}
+
+inline void writeAll(const std::string& path, const std::string& bytes)
+{
+    std::ofstream(path, std::ios::binary).write(bytes.data(), std::streamsize(bytes.size()));
+}
+
 /// A directory of its own for a test, removed with all that is in it.
 class TempDirectory
 {
@@ -35,6 +48,12 @@ public:
     }
 
     std::string path(const std::string& name) const { return (directory / name).string(); }
+    /// The path of a file that holds these bytes from now on.
+    std::string write(const std::string& name, const std::string& bytes) const
+    {
+        writeAll(path(name), bytes);
+        return path(name);
+    }
     /// Number of files in it.
     int count() const
     {
@@ -45,17 +64,4 @@ public:
 private:
     std::filesystem::path directory;
 };
-
-inline std::string readAll(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    return std::move(bytes).str();
-}
-
-inline void writeAll(const std::string& path, const std::string& bytes)
-{
-    std::ofstream(path, std::ios::binary).write(bytes.data(), std::streamsize(bytes.size()));
-}
 } // namespace tbtest

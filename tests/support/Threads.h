@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <concepts>
 #include <functional>
 #include <thread>
 
@@ -29,6 +30,13 @@ inline void sleep(int milliseconds)
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
+/// Does it on another thread and waits until it is done.
+template <class Work>
+void doElsewhere(Work work)
+{
+    std::thread(work).join();
+}
+
 /// An action made of a function; counts how often it was applied.
 class FuncAction : public tbAction
 {
@@ -37,6 +45,17 @@ public:
 
     FuncAction() = default;
     explicit FuncAction(Func work) : func(std::move(work)) {}
+    /// Work that does not fail and needs no arguments.
+    template <std::invocable Work>
+    explicit FuncAction(Work work)
+        : func(
+              [work](tbBase*, tbEvent*)
+              {
+                  work();
+                  return true;
+              })
+    {
+    }
 
     bool apply(tbBase* initiator, tbEvent* event) override
     {

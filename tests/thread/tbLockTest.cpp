@@ -14,14 +14,7 @@ namespace
 bool isFree(const tbLock& lock)
 {
     bool got = false;
-    std::thread(
-        [&]
-        {
-            got = lock.available();
-            if (got)
-                lock.release();
-        })
-        .join();
+    tbtest::doElsewhere([&] { got = lock.available(); }); // lets it go with its end
     return got;
 }
 
@@ -37,7 +30,7 @@ TEST(Lock, IsReleasedAsOftenAsItWasAcquiredAndByItsHolderOnly)
     lock->release();
     EXPECT_TRUE(lock->isHeld());
     EXPECT_FALSE(isFree(*lock));
-    std::thread([&] { lock->release(); }).join();
+    tbtest::doElsewhere([&] { lock->release(); });
     EXPECT_TRUE(lock->isHeld());
     lock->release();
     EXPECT_FALSE(lock->isHeld());
@@ -50,7 +43,7 @@ TEST(Lock, AcquireEndsWithItsTimeOut)
     EXPECT_EQ(lock->getTimeOut(), -1);
     lock->setTimeOut(30);
     lock->acquire();
-    std::thread(
+    tbtest::doElsewhere(
         [&]
         {
             const auto start = std::chrono::steady_clock::now();
@@ -60,8 +53,7 @@ TEST(Lock, AcquireEndsWithItsTimeOut)
             EXPECT_FALSE(lock->isHeld());
             EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(50));
             lock->release();
-        })
-        .join();
+        });
     EXPECT_TRUE(lock->isHeld());
     lock->release();
 }
@@ -71,15 +63,14 @@ TEST(Lock, IsTakenOverFromAThreadThatEnded)
     std::vector<tbRef<tbLock>> locks;
     for (int i = 0; i < 100; ++i) // more than a thread's record holds at first
         locks.emplace_back(new tbLock);
-    std::thread(
+    tbtest::doElsewhere(
         [&]
         {
             for (const auto& lock : locks)
                 lock->acquire();
             locks[7]->acquire();
             locks[8]->release();
-        })
-        .join();
+        });
     for (const auto& lock : locks)
     {
         ASSERT_TRUE(lock->available());
@@ -176,35 +167,28 @@ TEST(Lock, ExcludesUnderLoadAlsoWithTimeOutsAndReentry)
     EXPECT_GE(plain, 9000);
 }
 
-TEST(LockGuard, HoldsForTheScopeAndTakesNullForNone)
-{
-    const tbRef<tbLock> lock = new tbLock;
-    {
-        const tbiLockGuard none(nullptr);
-        const tbiLockGuard guard(lock.get());
-        EXPECT_TRUE(lock->isHeld());
-        const tbiLockGuard again(lock.get());
-    }
-    EXPECT_FALSE(lock->isHeld());
-}
-
-TEST(LockGuard, WaitsBeyondTheTimeOut)
+TEST(LockGuard, HoldsForTheScopeAndWaitsBeyondTheTimeOut)
 {
     const tbRef<tbLock> lock = new tbLock;
     lock->setTimeOut(1);
-    lock->acquire();
     std::atomic<bool> got{false};
-    std::thread waiting(
-        [&]
-        {
-            const tbiLockGuard guard(lock.get());
-            got = lock->isHeld();
-        });
-    tbtest::sleep(30);
-    EXPECT_FALSE(got);
-    lock->release();
+    std::thread waiting;
+    {
+        const tbiLockGuard none(nullptr);
+        const tbiLockGuard guard(lock.get());
+        const tbiLockGuard again(lock.get());
+        waiting = std::thread(
+            [&]
+            {
+                const tbiLockGuard late(lock.get());
+                got = lock->isHeld();
+            });
+        tbtest::sleep(30);
+        EXPECT_FALSE(got);
+    }
     waiting.join();
     EXPECT_TRUE(got);
+    EXPECT_TRUE(isFree(*lock));
 }
 
 TEST(LockSwitchedOff, IsNotTouched)

@@ -27,7 +27,6 @@ TEST(Semaphore, DecIsTrueAfterATimeOutAndCountsIt)
     EXPECT_EQ(semaphore->getCount(), -1);
     semaphore->setTimeout(0);
     EXPECT_TRUE(semaphore->dec());
-    EXPECT_EQ(semaphore->getTimeout(), 0);
 }
 
 TEST(Semaphore, IncBeyondTheMaximumAddsNothing)
@@ -77,10 +76,7 @@ TEST(Semaphore, EveryIncLetsExactlyOneThreadOn)
     for (int i = 0; i < 1000; ++i)
     {
         semaphore->inc();
-        if (i % 100 == 99)
-        {
-            ASSERT_TRUE(tbtest::comesTrue([&] { return passed == i + 1; }));
-        }
+        EXPECT_TRUE(i % 100 < 99 || tbtest::comesTrue([&] { return passed == i + 1; }));
     }
     for (int i = 0; i < 10; ++i)
         semaphore->inc(100);

@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 using tbtest::comesTrue;
 using tbtest::FuncAction;
 
@@ -42,15 +44,19 @@ protected:
 
 } // namespace
 
-TEST_F(Thread, RunsItsActionsOverAndOverOnAThreadOfItsOwn)
+TEST_F(Thread, RunsInitActionsOnceThenItsActionsOverAndOverOnAThreadOfItsOwn)
 {
     const tbRef<tbBase> argument = new tbEvent;
-    std::atomic<bool> there{true};
+    const tbRef<FuncAction> first = new FuncAction;
+    std::atomic<bool> right{true};
+    thread->addInitAction(first.get());
+    thread->addInitAction(new FuncAction([](tbBase* initiator, tbEvent*)
+                                         { return initiator == tbThread::getCurrentThread(); }));
     thread->addAction(new FuncAction(
         [&, self = thread.get()](tbBase* initiator, tbEvent* event)
         {
-            there = there && initiator == argument.get() && !event && tbThread::getCurrentThread() == self &&
-                    self->inCurrentThread();
+            right = right && first->getTimes() == 1 && initiator == argument.get() && !event &&
+                    tbThread::getCurrentThread() == self && self->inCurrentThread();
             return true;
         }));
     thread->addAction(action.get());
@@ -60,26 +66,7 @@ TEST_F(Thread, RunsItsActionsOverAndOverOnAThreadOfItsOwn)
     EXPECT_TRUE(comesTrue([&] { return action->getTimes() > 3; }));
     EXPECT_EQ(thread->getState(), tbThread::STATE_RUNNING);
     thread.reset();
-    EXPECT_TRUE(there);
-}
-
-TEST_F(Thread, InitActionsRunOnceBeforeAllOthers)
-{
-    std::atomic<bool> first{true};
-    thread->addInitAction(action.get());
-    const tbRef<FuncAction> later = new FuncAction(
-        [&](tbBase*, tbEvent*)
-        {
-            first = first && action->getTimes() == 1;
-            return true;
-        });
-    thread->addInitAction(new FuncAction([](tbBase* initiator, tbEvent*)
-                                         { return initiator == tbThread::getCurrentThread(); }));
-    thread->addAction(later.get());
-    thread->run();
-    EXPECT_TRUE(comesTrue([&] { return later->getTimes() > 1; }));
-    thread.reset();
-    EXPECT_TRUE(first);
+    EXPECT_TRUE(right);
 }
 
 TEST_F(Thread, InWaitModeEveryRunIsOnePass)
@@ -96,7 +83,7 @@ TEST_F(Thread, InWaitModeEveryRunIsOnePass)
     EXPECT_TRUE(comesTrue([&] { return action->getTimes() > 10; }));
 }
 
-TEST_F(Thread, SuspendHoldsItUntilTheNextRun)
+TEST_F(Thread, SuspendHoldsItUntilTheNextRunAndKillForEver)
 {
     start();
     thread->suspend();
@@ -105,11 +92,6 @@ TEST_F(Thread, SuspendHoldsItUntilTheNextRun)
     const int times = action->getTimes();
     thread->run();
     EXPECT_TRUE(comesTrue([&] { return action->getTimes() > times; }));
-}
-
-TEST_F(Thread, KilledItNeverRunsAgain)
-{
-    start();
     thread->kill();
     thread->kill();
     EXPECT_EQ(thread->getState(), tbThread::STATE_DEAD);
@@ -129,11 +111,10 @@ TEST_F(Thread, DestructionEndsWaitsInsideTheKernel)
     {
         tbRef<tbThread> waits = new tbThread;
         waits->addAction(new FuncAction(
-            [&, wait](tbBase*, tbEvent*)
+            [&, wait]
             {
                 entered.fetch_add(1);
                 woken.fetch_add(wait());
-                return true;
             }));
         waits->run();
         return waits;
@@ -177,12 +158,7 @@ TEST_F(Thread, ApplyWithoutActionsIsTrue)
 TEST_F(Thread, ActionsMayRemoveThemselves)
 {
     FuncAction* once = nullptr;
-    once = new FuncAction(
-        [&](tbBase*, tbEvent*)
-        {
-            thread->removeAction(once);
-            return true;
-        });
+    once = new FuncAction([&] { thread->removeAction(once); });
     thread->addAction(once);
     start();
     EXPECT_TRUE(comesTrue([&] { return action->getTimes() > 2; }));
@@ -223,24 +199,15 @@ TEST_F(Thread, FlushWaitsForWhatWasQueuedBefore)
     }
 }
 
-TEST_F(Thread, FlushOfAThreadThatCannotRunReturnsAtOnce)
+TEST_F(Thread, FlushEndsWhereTheThreadCannotRun)
 {
     thread->flushQueue();
-    thread->run();
-    thread->suspend();
-    thread->flushQueue();
-    thread->kill();
-    thread->flushQueue();
-}
-
-TEST_F(Thread, FlushEndsWhenTheThreadIsSuspendedMeanwhile)
-{
     std::atomic<bool> entered{false}, go{false};
     thread->addActionToQueue(new FuncAction(
-        [&](tbBase*, tbEvent*)
+        [&]
         {
             entered = true;
-            return comesTrue([&] { return go.load(); });
+            comesTrue([&] { return go.load(); });
         }));
     thread->run();
     ASSERT_TRUE(comesTrue([&] { return entered.load(); }));
@@ -249,6 +216,9 @@ TEST_F(Thread, FlushEndsWhenTheThreadIsSuspendedMeanwhile)
     thread->suspend();
     flushes.join();
     go = true;
+    thread->flushQueue();
+    thread->kill();
+    thread->flushQueue();
     thread.reset();
 }
 
@@ -260,21 +230,20 @@ TEST_F(Thread, ThreadsThatFlushEachOtherDoNotBlock)
     for (int i = 0; i < 2; ++i)
     {
         actions[i] = new FuncAction(
-            [&stop, other = threads[1 - i].get()](tbBase*, tbEvent*)
+            [&stop, other = threads[1 - i].get()]
             {
                 if (!stop)
                     other->flushQueue();
-                return true;
             });
         threads[i]->addAction(actions[i].get());
     }
     for (const auto& each : threads)
         each->run();
-    EXPECT_TRUE(comesTrue([&] { return actions[0]->getTimes() > 20 && actions[1]->getTimes() > 20; }));
+    const auto bothCome = [&](int times)
+    { return comesTrue([&] { return std::min(actions[0]->getTimes(), actions[1]->getTimes()) > times; }); };
+    EXPECT_TRUE(bothCome(20));
     stop = true;
-    const int times[] = {actions[0]->getTimes(), actions[1]->getTimes()};
-    EXPECT_TRUE(comesTrue(
-        [&] { return actions[0]->getTimes() > times[0] + 1 && actions[1]->getTimes() > times[1] + 1; }));
+    EXPECT_TRUE(bothCome(std::max(actions[0]->getTimes(), actions[1]->getTimes()) + 1));
 }
 
 TEST_F(Thread, PostedFlushRequestCanBeWaitedForAlsoWhenItIsDropped)
@@ -300,12 +269,11 @@ TEST_F(Thread, MayBeDeletedByItsOwnAction)
 {
     std::atomic<bool> started{false}, deleted{false};
     thread->addActionToQueue(new FuncAction(
-        [&](tbBase*, tbEvent*)
+        [&]
         {
             comesTrue([&] { return started.load(); });
             thread.reset();
             deleted = true;
-            return true;
         }));
     thread->addAction(action.get());
     thread->run();
@@ -316,12 +284,7 @@ TEST_F(Thread, MayBeDeletedByItsOwnAction)
 TEST_F(Thread, EndsWithTheLocksThatItHeld)
 {
     const tbRef<tbLock> lock = new tbLock;
-    thread->addInitAction(new FuncAction(
-        [&](tbBase*, tbEvent*)
-        {
-            lock->acquire();
-            return true;
-        }));
+    thread->addInitAction(new FuncAction([&] { lock->acquire(); }));
     thread->run();
     thread->flushQueue();
     EXPECT_FALSE(lock->available());
@@ -335,7 +298,7 @@ TEST_F(Thread, AdoptedItStandsForTheCallingThreadAsThatOfTheApplicationDoes)
     ASSERT_NE(tbGetAppThread(), nullptr);
     EXPECT_EQ(tbThread::getCurrentThread(), tbGetAppThread());
     EXPECT_TRUE(tbInAppThread());
-    std::thread(
+    tbtest::doElsewhere(
         [&]
         {
             EXPECT_EQ(tbThread::getCurrentThread(), nullptr);
@@ -352,8 +315,7 @@ TEST_F(Thread, AdoptedItStandsForTheCallingThreadAsThatOfTheApplicationDoes)
             thread.reset();
             EXPECT_EQ(tbThread::getCurrentThread(), nullptr);
             thread = new tbThread(true);
-        })
-        .join();
+        });
     EXPECT_EQ(thread->getState(), tbThread::STATE_DEAD);
     thread->flushQueue();
     EXPECT_FALSE(thread->setProcessors(1));
@@ -363,9 +325,8 @@ TEST_F(Thread, PriorityAndProcessorsAreWhatTheSystemAccepts)
 {
     for (const int outside : {-1, 32, 1000})
         EXPECT_FALSE(thread->setPriority(outside));
-    EXPECT_TRUE(thread->setPriority(13));
-    EXPECT_TRUE(thread->setPriority(11));
-    EXPECT_TRUE(thread->setPriority(11));
+    for (const int priority : {13, 11, 11})
+        EXPECT_TRUE(thread->setPriority(priority));
     EXPECT_TRUE(thread->setProcessors(~0u));
     EXPECT_FALSE(thread->setProcessors(0));
 }

@@ -75,7 +75,14 @@ TEST_F(ThreadTree, AttachAndDetachKeepCountsAndLinks)
     EXPECT_TRUE(app->addDownstreamThread(child.get()));
     EXPECT_TRUE(child->addDownstreamThread(grandchild.get()));
     EXPECT_TRUE(app->addDownstreamThread(grandchild.get()));
+    // What would break the tree is refused.
+    for (tbThread* thread : {child.get(), app})
+        EXPECT_FALSE(grandchild->addDownstreamThread(thread));
+    for (tbThread* thread : {child.get(), grandchild.get(), static_cast<tbThread*>(nullptr)})
+        EXPECT_FALSE(child->addDownstreamThread(thread));
+    EXPECT_FALSE(app->removeDownstreamThread(nullptr));
     EXPECT_EQ(tbThread::getTotalDownstreamThreads(), 3);
+    EXPECT_EQ(child->getRefCount(), 3);
     EXPECT_EQ(grandchild->getRefCount(), 4);
     EXPECT_EQ(app->getDownstreamThread(1), grandchild.get());
     EXPECT_EQ(app->getDownstreamThread(2), nullptr);
@@ -93,21 +100,6 @@ TEST_F(ThreadTree, AttachAndDetachKeepCountsAndLinks)
     EXPECT_EQ(grandchild->getFirstUpstreamThread(), nullptr);
     EXPECT_FALSE(child->shareCommonAncestor(grandchild.get()));
     EXPECT_EQ(grandchild->getRefCount(), 2);
-}
-
-TEST_F(ThreadTree, WhatWouldBreakTheTreeIsRefused)
-{
-    const auto child = make(), grandchild = make();
-    app->addDownstreamThread(child.get());
-    child->addDownstreamThread(grandchild.get());
-    for (tbThread* thread : {child.get(), app})
-        EXPECT_FALSE(grandchild->addDownstreamThread(thread));
-    for (tbThread* thread : {child.get(), grandchild.get(), static_cast<tbThread*>(nullptr)})
-        EXPECT_FALSE(child->addDownstreamThread(thread));
-    EXPECT_FALSE(app->removeDownstreamThread(nullptr));
-    EXPECT_EQ(tbThread::getTotalDownstreamThreads(), 2);
-    EXPECT_EQ(child->getRefCount(), 3);
-    EXPECT_EQ(grandchild->getRefCount(), 3);
 }
 
 TEST_F(ThreadTree, WithoutThreadsDeletionIsImmediate)
@@ -157,12 +149,7 @@ TEST_F(ThreadTree, QueuedActionMeetsTheObjectAlive)
     auto* object = new FileNode;
     object->ref();
     int seen = -1;
-    child->addActionToQueue(new FuncAction(
-        [&](tbBase*, tbEvent*)
-        {
-            seen = numAlive();
-            return object->getName() == nullptr;
-        }));
+    child->addActionToQueue(new FuncAction([&] { seen = object->getName() ? 0 : numAlive(); }));
     object->unRef();
     app->processQueue(true);
     app->processQueue(true);
@@ -237,17 +224,18 @@ TEST_F(ThreadTree, FlushReachesTheWholeSubtree)
     const auto parent = make(), child = make();
     parent->addDownstreamThread(child.get());
     app->addDownstreamThread(parent.get());
-    parent->setThreadMode(tbThread::THREAD_WAIT);
-    child->setThreadMode(tbThread::THREAD_WAIT);
-    parent->run();
-    child->run();
+    for (const auto& thread : made)
+    {
+        thread->setThreadMode(tbThread::THREAD_WAIT);
+        thread->run();
+    }
     const tbRef<FuncAction> action = new FuncAction;
-    child->addActionToQueue(action.get());
-    parent->flushQueue();
-    EXPECT_EQ(action->getTimes(), 1);
-    child->addActionToQueue(action.get());
-    app->flushQueue();
-    EXPECT_EQ(action->getTimes(), 2);
+    for (tbThread* above : {parent.get(), app})
+    {
+        child->addActionToQueue(action.get());
+        above->flushQueue();
+        EXPECT_EQ(action->getTimes(), above == app ? 2 : 1);
+    }
 }
 
 TEST_F(ThreadTree, NothingIsLostUnderLoad)
@@ -259,12 +247,11 @@ TEST_F(ThreadTree, NothingIsLostUnderLoad)
         if (numAlive() < MOST_ALIVE)
             drop();
         std::this_thread::yield();
-        return true;
     };
     std::atomic<bool> stop{false};
     for (int i = 0; i < NUM_THREADS; ++i)
     {
-        make()->addAction(new FuncAction([&](tbBase*, tbEvent*) { return dropSome(); }));
+        make()->addAction(new FuncAction(dropSome));
         made.back()->run();
     }
     std::thread drops(
