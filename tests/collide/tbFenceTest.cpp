@@ -2,7 +2,6 @@
 
 #include <tamber/collide/tbSphereFence.h>
 #include <tests/support/Near.h>
-#include <tests/support/SavedCopy.h>
 #include <tests/support/TestScene.h>
 #include <tests/support/WalkCamera.h>
 
@@ -91,22 +90,4 @@ TEST(Fence, CameraCullsWhatLiesOutside)
     EXPECT_EQ(drawn(behind), 0);
     camera.walk(scene, false);
     EXPECT_EQ(drawn(behind), 1);
-}
-
-TEST(Fence, CopiesAndFilesKeepModeAndVolume)
-{
-    const tbRef<tbBoxFence> fence(new tbBoxFence);
-    fence->setMode(tbFence::FIXED);
-    fence->setMinCorner(tbVec3(1, 2, 3));
-    fence->setMaxCorner(tbVec3(4, 5, 6));
-    const tbRef<tbBoxFence> read = tbtest::savedCopy(fence.get());
-    const tbRef<tbGroup> copy(fence->makeCopy());
-    for (const tbBoxFence* other : {read.get(), static_cast<tbBoxFence*>(copy.get())})
-    {
-        ASSERT_NE(other, nullptr);
-        EXPECT_EQ(other->getMode(), tbFence::FIXED);
-        EXPECT_TRUE(*other->getBox() == *fence->getBox());
-    }
-    const tbRef<tbBase> abstract(tbType::createInstance("tbFence"));
-    EXPECT_FALSE(abstract);
 }

@@ -49,15 +49,6 @@ TEST(Keyboard, TestCountsKeyboardsAndNotEvents)
     EXPECT_EQ(keyboard->test(), living + 1);
 }
 
-TEST(Keyboard, QueuesOfEventsComeFromNoFile)
-{
-    for (const char* name : {"tbKeyboard", "tbMouse"})
-    {
-        EXPECT_EQ(tbType::createInstance(name), nullptr) << name;
-        EXPECT_FALSE(tbType::findType(name)->isWritable()) << name;
-    }
-}
-
 TEST_F(Mouse, NormalisesPixelsAcrossTheWindow)
 {
     EXPECT_FALSE(mouse->test());

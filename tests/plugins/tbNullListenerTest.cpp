@@ -1,9 +1,9 @@
 #include <plugins/null/tbNullListener.h>
 
 #include <tamber/audio/tbAudioLevelScale.h>
+#include <tamber/audio/tbAudioPriorityScale.h>
 #include <tamber/audio/tbEmitter.h>
 #include <tamber/kernel/tbStats.h>
-#include <tamber/render/tbStyle.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tests/support/Near.h>
 #include <tests/support/TestScene.h>
@@ -25,6 +25,27 @@ tbEmitter* addPlaying(tbGroup* parent, const char* wave)
 class NullListenerTest : public testing::Test
 {
 protected:
+    template <class Scale>
+    tbStyle* addScaled(tbGroup* parent, float factor)
+    {
+        auto* scale = new Scale;
+        scale->set(factor);
+        return scene.addStyle(parent, scale);
+    }
+    /// What a walk hands over, in its order: the wave and both scales in percent.
+    std::string heard()
+    {
+        std::string text;
+        listener->listen(scene);
+        for (int i = 0; i < listener->getNumSounds(); ++i)
+        {
+            const tbNullSound& sound = *listener->getSound(i);
+            text += sound.wave + '@' + std::to_string(int(sound.audioLevelScale * 100)) + '/' +
+                    std::to_string(int(sound.priorityScale * 100)) + ' ';
+        }
+        return text;
+    }
+
     tbtest::TestScene scene;
     tbRef<tbNullListener> listener = new tbNullListener;
 };
@@ -69,22 +90,19 @@ TEST_F(NullListenerTest, WritesDownEveryParameterWithThePlaceInTheWorld)
     EXPECT_EQ(listener->getSound(1), nullptr);
 }
 
-TEST_F(NullListenerTest, ScalesHoldBelowTheirStyle)
+TEST_F(NullListenerTest, HearsWhatPlaysWithScalesThatHoldForTheirSubtreeOnly)
 {
-    auto* quiet = new tbStyle;
-    auto* scale = new tbAudioLevelScale;
-    scale->set(0.25f);
-    quiet->addTrait(scale);
-    scene->addChild(quiet);
-    addPlaying(quiet, "inside");
-    addPlaying(scene, "outside");
+    addPlaying(scene, "a");
+    tbStyle* quiet = addScaled<tbAudioLevelScale>(scene, 0.5f);
+    auto* silent = new tbEmitter;
+    quiet->addChild(silent);
+    addPlaying(silent, "b");
+    addPlaying(addScaled<tbAudioPriorityScale>(quiet, 0.25f), "c");
+    addPlaying(scene, nullptr);
     for (int walk = 1; walk <= 2; ++walk)
     {
-        listener->listen(scene);
-        ASSERT_EQ(listener->getNumSounds(), 2);
-        EXPECT_EQ(listener->getSound(0)->audioLevelScale, 0.25f);
-        EXPECT_EQ(listener->getSound(1)->audioLevelScale, 1.0f);
-        EXPECT_EQ(listener->getNumCommits(), 2 * walk);
+        EXPECT_EQ(heard(), "a@100/100 b@50/100 c@50/25 @100/100 ") << walk;
+        EXPECT_EQ(listener->getNumCommits(), 4 * walk);
     }
 }
 

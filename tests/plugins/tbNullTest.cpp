@@ -1,18 +1,8 @@
 #include <plugins/null/tbNullCamera.h>
 
-#include <tamber/graph/tbGroupType.h>
-#include <tamber/graph/tbScene.h>
-#include <tamber/graph/tbTransform.h>
 #include <tamber/io/tbPlugIn.h>
-#include <tamber/kernel/tbRef.h>
-#include <tamber/math/tbMatrix.h>
-#include <tamber/render/tbStyle.h>
 #include <tamber/trav/tbCull.h>
 #include <tamber/trav/tbPrune.h>
-#include <tamber/trav/tbTraitStack.h>
-#include <tamber/trav/tbTravContext.h>
-#include <tamber/trav/tbVisualTrait.h>
-#include <tamber/volume/tbSphere.h>
 
 #include <plugins/null/tbNullRenderContext.h>
 #include <plugins/null/tbNullWindow.h>
@@ -22,9 +12,8 @@
 #include <tests/support/Near.h>
 #include <tests/support/RandomValues.h>
 #include <tests/support/RecordingTraits.h>
-#include <tests/support/TestGeometry.h>
+#include <tests/support/TestScene.h>
 
-#include <string>
 #include <vector>
 
 namespace
@@ -71,38 +60,32 @@ protected:
     // One sphere below a transform of its own.
     Body addBody(tbGroup* parent, const tbVec3& centre, float radius)
     {
-        auto* transform = new tbTransform;
-        transform->setXYZ(centre);
         auto* geometry = new DrawnGeometry(tbSphere(tbVec3(0, 0, 0), radius));
-        transform->addChild(geometry);
-        parent->addChild(transform);
+        scene.addTransform(parent, centre[0], centre[1], centre[2])->addChild(geometry);
         return {centre, radius, geometry};
     }
 
     std::vector<Body> addGrid(int perAxis, float spacing, float radius)
     {
         std::vector<Body> bodies;
-        const float middle = 0.5f * float(perAxis - 1);
-        for (int x = 0; x < perAxis; ++x)
-            for (int y = 0; y < perAxis; ++y)
-                for (int z = 0; z < perAxis; ++z)
-                    bodies.push_back(
-                        addBody(scene.get(),
-                                tbVec3((float(x) - middle) * spacing, (float(y) - middle) * spacing,
-                                       (float(z) - middle) * spacing),
-                                radius));
+        const float half = 0.5f * float(perAxis - 1);
+        for (int i = 0; i < perAxis * perAxis * perAxis; ++i)
+        {
+            const tbVec3 cell(float(i / perAxis / perAxis), float(i / perAxis % perAxis), float(i % perAxis));
+            bodies.push_back(addBody(scene, (cell - tbVec3(half, half, half)) * spacing, radius));
+        }
         return bodies;
     }
 
     void draw()
     {
-        scene->update();
-        camera->draw(scene.get());
+        scene.update();
+        camera->draw(scene);
     }
 
     tbRef<tbNullWindow> window = new tbNullWindow;
     tbRef<tbNullCamera> camera = new tbNullCamera;
-    tbRef<tbScene> scene = new tbScene;
+    tbtest::TestScene scene;
 };
 
 bool onScreen(const tbCamera& camera, const tbVec3& world)
@@ -158,15 +141,13 @@ TEST_F(NullDisplayTest, WhatIsWellOutsideIsCulled)
     camera->setNearFar(1.0f, 100.0f);
     camera->setFOV(60.0f, 60.0f);
     camera->setXYZHPR(tbVec3(5, 6, 7), tbVec3(90, 0, 0)); // looks along -X
-    const Body ahead = addBody(scene.get(), tbVec3(-15, 6, 7), 1.0f);
-    const Body behind = addBody(scene.get(), tbVec3(15, 6, 7), 1.0f);
-    const Body beyond = addBody(scene.get(), tbVec3(-120, 6, 7), 1.0f);
-    const Body beside = addBody(scene.get(), tbVec3(-15, 30, 7), 1.0f);
-    const Body above = addBody(scene.get(), tbVec3(-15, 6, 30), 1.0f);
+    std::vector<Body> bodies;                             // ahead, behind, beyond, beside, above
+    for (const tbVec3& centre :
+         {tbVec3(-15, 6, 7), tbVec3(15, 6, 7), tbVec3(-120, 6, 7), tbVec3(-15, 30, 7), tbVec3(-15, 6, 30)})
+        bodies.push_back(addBody(scene, centre, 1.0f));
     draw();
-    EXPECT_EQ(ahead.geometry->numDrawn, 1);
-    for (const Body* hidden : {&behind, &beyond, &beside, &above})
-        EXPECT_EQ(hidden->geometry->numDrawn, 0);
+    for (std::size_t i = 0; i < bodies.size(); ++i)
+        EXPECT_EQ(bodies[i].geometry->numDrawn, i == 0 ? 1 : 0) << i;
     EXPECT_EQ(camera->getCounts().culled, 4);
 }
 
@@ -198,9 +179,7 @@ TEST_F(NullDisplayTest, CountsAgreeWithTestingEverySphereByHand)
 TEST_F(NullDisplayTest, SubtreeWhollyInsideIsTestedOnce)
 {
     camera->setFOV(60.0f, 60.0f);
-    auto* cluster = new tbTransform;
-    cluster->setXYZ(0.0f, 100.0f, 0.0f);
-    scene->addChild(cluster);
+    tbTransform* cluster = scene.addTransform(nullptr, 0, 100, 0);
     for (int i = 0; i < 10; ++i)
         addBody(cluster, tbVec3(float(i) - 5.0f, 0, 0), 0.5f);
     draw();
@@ -267,11 +246,11 @@ TEST_F(NullDisplayTest, ProjectionOfNoKnownFormCullsNothing)
 TEST_F(NullDisplayTest, ProjectionFollowsDistancesAndTheFirstWindow)
 {
     tbRef<tbNullCamera> early = new tbNullCamera;
-    early->setFOV(90.0f, 60.0f);
     early->setNearFar(2.0f, 200.0f);
+    early->setFOV(90.0f, 60.0f);
     early->setWindow(window.get());
-    camera->setNearFar(2.0f, 200.0f);
     camera->setFOV(90.0f, 60.0f);
+    camera->setNearFar(2.0f, 200.0f);
     EXPECT_TRUE(near(early->getProjectionMatrix(), camera->getProjectionMatrix()));
     EXPECT_TRUE(early->getFrustum()->isSymmetrical());
     EXPECT_NEAR(early->getFrustum()->getNear(), 2.0f, 1e-4f);
@@ -279,32 +258,24 @@ TEST_F(NullDisplayTest, ProjectionFollowsDistancesAndTheFirstWindow)
 
 TEST_F(NullDisplayTest, TraitsReachTheCameraWhenGeometryNeedsThem)
 {
-    auto* red = new tbStyle;
-    const tbRef<Color> redColor(new Color);
-    red->addTrait(redColor.get());
-    auto* blue = new tbStyle;
-    const tbRef<Color> blueColor(new Color);
-    blue->addTrait(blueColor.get());
-    scene->addChild(red);
+    auto* redColor = new Color;
+    auto* blueColor = new Color;
+    tbStyle* red = scene.addStyle(nullptr, redColor);
     scene->addChild(new DrawnGeometry);
     red->addChild(new DrawnGeometry);
     red->addChild(new DrawnGeometry);
-    red->addChild(blue);
-    blue->addChild(new DrawnGeometry);
-    auto* empty = new tbStyle;
-    empty->addTrait(new Color); // never drawn
-    red->addChild(empty);
+    scene.addStyle(red, blueColor)->addChild(new DrawnGeometry);
+    scene.addStyle(red, new Color); // never drawn
     red->addChild(new DrawnGeometry);
 
     tbtest::TraitLog& log = tbtest::TraitLog::get();
     log.stack = camera->getTravContext()->getTraitStack();
-    camera->draw(scene.get()); // sets every type once
+    camera->draw(scene); // sets every type once
     log.clear();
     camera->resetCounts();
-    camera->draw(scene.get());
+    camera->draw(scene);
     const tbVisualTrait* plain = camera->getAppliedVisualTrait(Color::type());
-    EXPECT_EQ(log.onDevice,
-              (std::vector<const tbTrait*>{redColor.get(), blueColor.get(), redColor.get(), plain}));
+    EXPECT_EQ(log.onDevice, (std::vector<const tbTrait*>{redColor, blueColor, redColor, plain}));
     log.stack = nullptr;
     EXPECT_EQ(camera->getCounts().visualTraits, 4);
     EXPECT_EQ(camera->getCounts().geometries, 5);
@@ -313,29 +284,25 @@ TEST_F(NullDisplayTest, TraitsReachTheCameraWhenGeometryNeedsThem)
 
 TEST_F(NullDisplayTest, PrunedStyleIsNotDrawn)
 {
-    auto* pruned = new tbStyle;
     auto* prune = new tbPrune;
     prune->enable(true);
-    pruned->addTrait(prune);
-    pruned->addChild(new DrawnGeometry);
-    scene->addChild(pruned);
+    scene.addStyle(nullptr, prune)->addChild(new DrawnGeometry);
     scene->addChild(new DrawnGeometry);
-    camera->draw(scene.get());
+    camera->draw(scene);
     EXPECT_EQ(camera->getCounts().geometries, 1);
     EXPECT_EQ(camera->getTravContext()->anyFlags(tbTravContext::PRUNE), 0u);
 }
 
 TEST_F(NullDisplayTest, PrimitivesOfThreeVerticesAreTriangles)
 {
-    auto* triangles = new DrawnGeometry;
-    triangles->numPrimitives = 12;
-    triangles->numIndices = 36;
-    auto* lines = new DrawnGeometry;
-    lines->numPrimitives = 10;
-    lines->numIndices = 20;
-    scene->addChild(triangles);
-    scene->addChild(lines);
-    camera->draw(scene.get());
+    for (const auto& [numPrimitives, numIndices] : {std::pair(12, 36), std::pair(10, 20)})
+    {
+        auto* geometry = new DrawnGeometry;
+        geometry->numPrimitives = numPrimitives;
+        geometry->numIndices = numIndices;
+        scene->addChild(geometry);
+    }
+    camera->draw(scene);
     EXPECT_EQ(camera->getCounts().triangles, 12);
     EXPECT_EQ(camera->getCounts().primitives, 22);
 }
@@ -346,8 +313,8 @@ TEST_F(NullDisplayTest, FrameIsCountedOnTheWindow)
     for (int frame = 0; frame < 3; ++frame)
     {
         window->beginDraw();
-        camera->draw(scene.get());
-        camera->draw(scene.get());
+        camera->draw(scene);
+        camera->draw(scene);
         window->endDraw();
     }
     const tbNullCounts counts = window->getCounts();
@@ -360,24 +327,21 @@ TEST_F(NullDisplayTest, FrameIsCountedOnTheWindow)
     EXPECT_EQ(window->getCounts().swaps, 0);
     window->close();
     EXPECT_EQ(window->getRenderContext(), nullptr);
-    camera->draw(scene.get());
+    camera->draw(scene);
 }
 
 TEST_F(NullDisplayTest, DeviceHoldsTheMatricesOfTheLastGeometry)
 {
     camera->setXYZHPR(tbVec3(1, 2, 3), tbVec3(10, 20, 30));
-    auto* transform = new tbTransform;
-    transform->setXYZ(4.0f, 5.0f, 6.0f);
+    tbTransform* transform = scene.addTransform(nullptr, 4, 5, 6);
     transform->addChild(new DrawnGeometry);
-    scene->addChild(transform);
     auto* all = new tbCull;
     all->setMask(0);
     scene->addTrait(all);
-    camera->draw(scene.get());
+    camera->draw(scene);
     const auto* device = dynamic_cast<tbNullRenderContext*>(window->getRenderContext());
-    tbMatrix expected;
-    expected.mult(*transform->getMatrix(), camera->getWorldToRenderingMatrix());
-    EXPECT_TRUE(near(device->getMatrix(tbRenderContext::MATRIX_MODE_MODEL), expected));
+    EXPECT_TRUE(near(device->getMatrix(tbRenderContext::MATRIX_MODE_MODEL),
+                     *transform->getMatrix() * camera->getWorldToRenderingMatrix()));
     EXPECT_TRUE(
         near(device->getMatrix(tbRenderContext::MATRIX_MODE_PROJECTION), camera->getProjectionMatrix()));
 }
@@ -386,10 +350,8 @@ TEST(NullModule, ObjectsAreMadeByNameAndCountThroughTheirInterface)
 {
     tbRef<tbBase> camera = tbType::createInstance("tbNullCamera");
     tbRef<tbBase> window = tbType::createInstance("tbNullWindow");
-    ASSERT_NE(tbNullCounter::of(camera.get()), nullptr);
-    ASSERT_NE(tbNullCounter::of(window.get()), nullptr);
+    EXPECT_TRUE(tbNullCounter::of(camera.get()) && tbNullCounter::of(window.get()));
     EXPECT_EQ(tbNullCounter::of(nullptr), nullptr);
-    EXPECT_EQ(tbNullCounter::of(camera.get())->getCounts().walks, 0);
     const tbPlugIn* plugIn = tbPlugIn::find("TBNULL.DLL");
     ASSERT_NE(plugIn, nullptr);
     EXPECT_EQ(camera->getType()->getPlugIn(), plugIn);

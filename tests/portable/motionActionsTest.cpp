@@ -123,26 +123,13 @@ TEST(MotionActions, CopiesFollowTheirCopiedTarget)
     EXPECT_EQ(path->getTarget(), copy->getChild(0));
 }
 
-TEST(MotionActions, ComeBackFromFiles)
+TEST(MotionActions, ComeBackFromFilesBelowTheirTarget)
 {
     const tbRef<tbTransform> root(new tbTransform);
-    tbPathAction* path = addPath(root.get());
-    path->setSpeed(2.5f);
-    auto* keys = new tbKeyFrameAction;
-    keys->getPositions().addKey(1, tbVec3(1, 2, 3));
-    keys->setExtrapolation(tbExtrapolation::PING_PONG);
-    root->addChild(keys);
+    addPath(root.get());
     const tbRef<tbTransform> read = tbtest::savedCopy(root.get());
-    ASSERT_TRUE(read);
-    ASSERT_EQ(read->getNumChildren(), 2);
-    auto* readPath = static_cast<tbPathAction*>(read->getChild(0));
-    EXPECT_EQ(readPath->getTarget(), read.get());
-    EXPECT_EQ(readPath->getSpeed(), 2.5f);
-    EXPECT_EQ(readPath->getSpline().getNumPoints(), 3);
-    EXPECT_TRUE(readPath->isOriented());
-    auto* readKeys = static_cast<tbKeyFrameAction*>(read->getChild(1));
-    EXPECT_EQ(readKeys->getPositions().getKeyValue(0), tbVec3(1, 2, 3));
-    EXPECT_EQ(readKeys->getPositions().getExtrapolation(), tbExtrapolation::PING_PONG);
+    ASSERT_TRUE(read && read->getNumChildren() == 1);
+    EXPECT_EQ(static_cast<tbPathAction*>(read->getChild(0))->getTarget(), read.get());
 }
 
 TEST(PathAction, ATargetThatOnlyAFileNamedLivesAsLongAsTheAction)

@@ -1,10 +1,9 @@
 // Rays of a collider against meshes, compared with testing every primitive.
 
 #include <portable/tbMesh.h>
-#include <tamber/collide/tbCollider.h>
-#include <tamber/render/tbVertexArray.h>
 #include <tests/support/Near.h>
 #include <tests/support/RandomValues.h>
+#include <tests/support/RayCollider.h>
 #include <tests/support/TestScene.h>
 #include <tests/support/Vertices.h>
 
@@ -12,6 +11,7 @@
 
 #include <vector>
 
+using tbtest::makeCollider;
 using tbtest::makeVertices;
 using tbtest::NOT_A_NUMBER;
 
@@ -36,15 +36,6 @@ std::vector<tbVec3> triangles(int n, tbtest::Random& random)
             points.push_back(point);
     }
     return points;
-}
-
-tbRef<tbCollider> withRay(const tbRay& ray, tbCollider::RAY_HIT_MODE mode = tbCollider::RAY_HIT_NEAREST)
-{
-    tbRef<tbCollider> collider(new tbCollider);
-    collider->setVolumeMode(tbCollider::VOLUME_NONE);
-    collider->setRayHitMode(mode);
-    collider->addRay(ray);
-    return collider;
 }
 
 // The primitive that a ray hits, -1 for none, and how far off.
@@ -77,7 +68,7 @@ TEST(MeshCollide, FindsWhatTestingEveryTriangleFinds)
         {
             const auto [primitive, distance] = byHand(ray, points, farthest);
             const tbRef<tbCollider> collider =
-                withRay(ray, farthest ? tbCollider::RAY_HIT_FARTHEST : tbCollider::RAY_HIT_NEAREST);
+                makeCollider(ray, farthest ? tbCollider::RAY_HIT_FARTHEST : tbCollider::RAY_HIT_NEAREST);
             ASSERT_EQ(collider->intersect(scene), primitive >= 0 ? 1 : 0) << i;
             if (primitive < 0)
                 continue;
@@ -103,7 +94,7 @@ TEST(MeshCollide, AxisParallelRaysFindFlatGrids)
     scene.update();
     for (float x = 5.25f; x < 35; x += 1.0f)
     {
-        const tbRef<tbCollider> collider = withRay(tbRay(tbVec3(x, 7.5f, 50), tbVec3(0, 0, -1), -1));
+        const tbRef<tbCollider> collider = makeCollider(tbRay(tbVec3(x, 7.5f, 50), tbVec3(0, 0, -1), -1));
         ASSERT_EQ(collider->intersect(scene), 1) << x;
         EXPECT_TRUE(tbtest::near(collider->getRayHit(0)->point, tbVec3(x, 7.5f, 2)));
         EXPECT_EQ(collider->getRayHit(0)->primitive / 2, int(x - 5) * 30 + 7);
@@ -115,7 +106,7 @@ TEST(MeshCollide, TheTreeFollowsTheVertices)
     tbtest::TestScene scene;
     tbMesh* mesh = addMesh(scene, tbMesh::TRIANGLES, {tbVec3(-1, 5, -1), tbVec3(1, 5, -1), tbVec3(0, 5, 1)});
     scene.update();
-    const tbRef<tbCollider> collider = withRay(tbRay(tbVec3(0, 0, 0), tbVec3(0, 1, 0), 20));
+    const tbRef<tbCollider> collider = makeCollider(tbRay(tbVec3(0, 0, 0), tbVec3(0, 1, 0), 20));
     EXPECT_EQ(collider->intersect(scene), 1);
     auto* points = static_cast<tbVec3*>(mesh->getVertexArray()->getData());
     for (int i = 0; i < 3; ++i)
@@ -137,7 +128,7 @@ TEST(MeshCollide, LinesAndPointsAreHitWithinTheirTolerance)
         tbtest::TestScene scene;
         tbMesh* mesh = addMesh(scene, kind, {tbVec3(0.2f, 4, -3), tbVec3(0.2f, 4, 0.05f)});
         scene.update();
-        const tbRef<tbCollider> collider = withRay(tbRay(tbVec3(0, 0, 0), tbVec3(0, 1, 0), 20));
+        const tbRef<tbCollider> collider = makeCollider(tbRay(tbVec3(0, 0, 0), tbVec3(0, 1, 0), 20));
         EXPECT_EQ(collider->intersect(scene), 0);
         mesh->setHitTolerance(0.25f);
         EXPECT_EQ(collider->intersect(scene), 1);
@@ -153,10 +144,10 @@ TEST(MeshCollide, WhatIsNoNumberIsHitByNothing)
             {tbVec3(NOT_A_NUMBER, 5, -1), tbVec3(1, 5, -1), tbVec3(0, 5, NOT_A_NUMBER), tbVec3(-1, 8, -1),
              tbVec3(1, 8, -1), tbVec3(0, 8, 1)});
     scene.update();
-    const tbRef<tbCollider> collider = withRay(tbRay(tbVec3(0, 0, 0), tbVec3(0, 1, 0), 20));
+    const tbRef<tbCollider> collider = makeCollider(tbRay(tbVec3(0, 0, 0), tbVec3(0, 1, 0), 20));
     EXPECT_EQ(collider->intersect(scene), 1);
     EXPECT_EQ(collider->getRayHit(0)->primitive, 1);
-    EXPECT_EQ(withRay(tbRay(tbVec3(0, 0, 0), tbVec3(0, NOT_A_NUMBER, 0), 20))->intersect(scene), 0);
+    EXPECT_EQ(makeCollider(tbRay(tbVec3(0, 0, 0), tbVec3(0, NOT_A_NUMBER, 0), 20))->intersect(scene), 0);
 }
 
 TEST(MeshCollide, NothingIsAllocatedOnceWarm)

@@ -1,16 +1,11 @@
 #include <portable/tbMesh.h>
 
 #include <tamber/graph/tbTransform.h>
-#include <tamber/io/tbLoader.h>
-#include <tamber/kernel/tbRef.h>
-#include <tamber/render/tbVertexArray.h>
 
-#include <tests/support/Messages.h>
 #include <tests/support/Near.h>
 #include <tests/support/Vertices.h>
 
 #include <cmath>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -90,38 +85,4 @@ TEST(Mesh, CopiesOwnTheirVerticesAndClonesShareThem)
     EXPECT_EQ(cloned->getIndices(), mesh->getIndices());
     EXPECT_TRUE(cloned->anyTravFlags(tbGroup::TF_HAS_GEOMETRY));
     EXPECT_EQ(cloned->getBoundingSphere(), mesh->getBoundingSphere());
-}
-
-TEST(Mesh, ComesBackFromAFileWithItsSharedVertices)
-{
-    const tbRef<tbGroup> group = new tbGroup;
-    const tbRef<tbMesh> mesh = makeTriangle();
-    group->addChild(mesh.get());
-    const tbRef<tbMesh> second = new tbMesh(*mesh);
-    group->addChild(second.get());
-    ASSERT_TRUE(tbLoader::exportFile(group.get(), "meshes.tb"));
-
-    tbtest::allowMessages();
-    const tbRef<tbGroup> again = tbGroup::import("meshes.tb");
-    ASSERT_TRUE(again && again->getNumChildren() == 2);
-    auto* first = static_cast<tbMesh*>(again->getChild(0));
-    EXPECT_EQ(first->getNumPrimitives(), 1);
-    EXPECT_EQ(first->getVertexArray()->getNum(), 4);
-    EXPECT_EQ(first->getVertexArray(), static_cast<tbMesh*>(again->getChild(1))->getVertexArray());
-    EXPECT_EQ(first->getBoundingBox(), mesh->getBoundingBox());
-}
-
-TEST(Mesh, IsNotReadWhenAnIndexIsBeyondTheVertices)
-{
-    const tbRef<tbGroup> group = new tbGroup;
-    const tbRef<tbMesh> mesh = makeTriangle();
-    group->addChild(mesh.get());
-    mesh->getVertexArray()->setNum(2, tbVertexArray::VT_POSITION);
-    ASSERT_TRUE(tbLoader::exportFile(group.get(), "beyond.tb"));
-
-    tbtest::allowMessages("plug-in");
-    tbtest::expectMessage("indices name vertices of the mesh");
-    const tbRef<tbGroup> again = tbGroup::import("beyond.tb");
-    ASSERT_TRUE(again);
-    EXPECT_EQ(again->getNumChildren(), 0);
 }

@@ -6,8 +6,6 @@
 #include <tamber/kernel/tbRef.h>
 #include <tamber/trav/tbTravContext.h>
 
-#include <tests/support/SavedCopy.h>
-
 #include <cmath>
 #include <functional>
 
@@ -73,16 +71,6 @@ TEST(VisualTraits, EqualTheirCopiesAndNotTheirDefaults)
         EXPECT_FALSE(trait->isEqual(other.get()) || trait->isEqual(nullptr)) << type->getName();
         copy->setApplyMode(tbTrait::OVERRIDE);
         EXPECT_FALSE(trait->isEqual(copy.get())) << type->getName();
-    }
-}
-
-TEST(VisualTraits, ComeBackFromAFile)
-{
-    for (const auto& make : MAKERS)
-    {
-        const tbRef<tbVisualTrait> trait = make();
-        trait->setApplyMode(tbTrait::FORCE);
-        EXPECT_TRUE(trait->isEqual(tbtest::savedCopy(trait.get()).get())) << trait->getType()->getName();
     }
 }
 

@@ -4,7 +4,6 @@
 #include <tamber/trav/tbPrune.h>
 #include <tamber/trav/tbSort.h>
 #include <tests/support/RecordingTraits.h>
-#include <tests/support/SavedCopy.h>
 
 #include <gtest/gtest.h>
 
@@ -176,20 +175,4 @@ TEST_F(Style, ContextWithoutTraitStackStillWalks)
     plain->setGroupBreakPoint(leaf.get());
     plain->traverse(style.get());
     EXPECT_EQ(plain->getTravContext()->getGroup(), leaf.get());
-}
-
-TEST_F(Style, TraitsComeBackFromFilesInTheirFamiliesAndOrder)
-{
-    style->addTrait(named<Glow>("glow").get());
-    style->addTrait(named<Paint>("paint").get());
-    style->addTrait(new tbCull);
-    style->addTrait(new Tone);
-    const tbRef<tbStyle> read = tbtest::savedCopy(style.get());
-    ASSERT_TRUE(read);
-    ASSERT_EQ(read->getNumVisualTraits(), 2);
-    EXPECT_STREQ(read->getVisualTrait(0)->getName(), "glow");
-    EXPECT_STREQ(read->getVisualTrait(1)->getName(), "paint");
-    EXPECT_EQ(read->getNumAudioTraits(), 1);
-    ASSERT_EQ(read->getNumTravTraits(), 1);
-    EXPECT_EQ(read->getTravTrait(0)->getRefCount(), 1);
 }

@@ -4,6 +4,7 @@
 #include <tamber/graph/tbScene.h>
 #include <tamber/graph/tbTransform.h>
 #include <tamber/kernel/tbRef.h>
+#include <tamber/render/tbStyle.h>
 #include <tests/support/TestGeometry.h>
 
 namespace tbtest
@@ -28,6 +29,13 @@ public:
     TestGeometry* addGeometry(tbGroup* parent, const tbSphere& bounds)
     {
         return add(new TestGeometry(bounds), parent);
+    }
+    template <class Trait>
+    tbStyle* addStyle(tbGroup* parent, Trait* trait)
+    {
+        tbStyle* node = add(new tbStyle, parent);
+        node->addTrait(trait);
+        return node;
     }
 
     /// Every node below `parent` gets `width` children, `depth` levels deep.
