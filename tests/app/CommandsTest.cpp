@@ -96,13 +96,12 @@ TEST(Commands, NoFailureEndsWithZero)
                         std::count(result.err.begin(), result.err.end(), '\n') == 1)
                 << command << ' ' << bad << " is answered in one line, not by " << result.err;
         }
-        EXPECT_EQ(run(command + " --help").code, 0) << command;
+        expectRun(command + " --help", 0);
     }
-    for (const char* bad : {"--import-memory -1", "--import-time x", "--import-time"})
-        EXPECT_EQ(run(std::string("run row.tb ") + bad).code, 1) << bad;
-    EXPECT_EQ(run("").err, "tamber: a command is required; see tamber --help\n");
-    EXPECT_EQ(run("conver a b").err, "tamber: there is no command 'conver'; see tamber --help\n");
-    EXPECT_EQ(run("conver a b").code, 1);
+    for (const std::string bad : {"--import-memory -1", "--import-time x", "--import-time"})
+        expectRun("run row.tb " + bad, 1);
+    expectRun("", 1, {"tamber: a command is required; see tamber --help\n"});
+    expectRun("conver a b", 1, {"tamber: there is no command 'conver'; see tamber --help\n"});
 }
 
 TEST(Commands, OutputThatCannotBeWrittenIsAFailure)
@@ -140,13 +139,10 @@ TEST(Commands, CompletionAndManualKnowEveryOption)
         const std::set<std::string> options = shownOptions(command);
         EXPECT_TRUE(options.contains("--help")) << command;
         for (const std::string& option : options)
-        {
-            EXPECT_TRUE(holds(scripts["bash"], option)) << option;
-            EXPECT_TRUE(holds(scripts["zsh"], option)) << option;
-            EXPECT_TRUE(holds(scripts["fish"], "-l " + option.substr(2))) << option;
-            EXPECT_TRUE(holds(page, std::regex_replace(option, std::regex("-"), "\\-")))
+            EXPECT_TRUE(holds(scripts["bash"], option) && holds(scripts["zsh"], option) &&
+                        holds(scripts["fish"], "-l " + option.substr(2)) &&
+                        holds(page, std::regex_replace(option, std::regex("-"), "\\-")))
                 << command << ' ' << option;
-        }
     }
     for (const std::string& shell : shells)
     {

@@ -6,17 +6,13 @@
 
 #include <gtest/gtest.h>
 
-using tbtest::holds;
-using tbtest::Record;
-using tbtest::run;
+using tbtest::expectRun;
 
 namespace
 {
 std::string fileOf(int event)
 {
-    tbtest::FileBuilder file;
-    file.add("tbEvent", Record().object().integer(event));
-    return file.build();
+    return tbtest::buildFile({{"tbEvent", tbtest::Record().object().integer(event)}});
 }
 } // namespace
 
@@ -24,43 +20,37 @@ TEST(NativeFiles, GoThroughTextAndBack)
 {
     const std::string bytes = fileOf(1);
     tbtest::writeAll("a.tb", bytes);
-    EXPECT_EQ(run("dump a.tb --out a.txt").code, 0);
-    const tbtest::Result printed = run("dump a.tb");
-    EXPECT_EQ(printed.out, tbtest::readAll("a.txt"));
-    EXPECT_TRUE(holds(printed.out, "\n  enabled true\n"));
-
-    EXPECT_EQ(run("build a.txt b.tb").code, 0);
+    expectRun("dump a.tb --out a.txt", 0);
+    const std::string text = tbtest::readAll("a.txt");
+    EXPECT_EQ(expectRun("dump a.tb", 0, {"\n  enabled true\n"}).out, text);
+    for (int i = 0; i < 2; ++i) // a file that is there is replaced
+        expectRun("build a.txt b.tb", 0);
     EXPECT_EQ(tbtest::readAll("b.tb"), bytes);
-    EXPECT_EQ(run("build a.txt b.tb").code, 0) << "a file that is there is replaced";
 
-    tbtest::writeAll("bad.txt", printed.out + "  loud 1\n");
-    const tbtest::Result refused = run("build bad.txt b.tb");
-    EXPECT_EQ(refused.code, 1);
-    EXPECT_TRUE(holds(refused.err, "bad.txt: line 9, column 3: ")) << refused.err;
+    tbtest::writeAll("bad.txt", text + "  loud 1\n");
+    expectRun("build bad.txt b.tb", 1, {"bad.txt: line 9, column 3: "});
     EXPECT_EQ(tbtest::readAll("b.tb"), bytes);
-    EXPECT_EQ(run("dump bad.txt").code, 1);
-    EXPECT_EQ(run("build a.txt no/such/place.tb").code, 1);
+    expectRun("dump bad.txt", 1);
+    expectRun("build a.txt no/such/place.tb", 1);
 }
 
 TEST(NativeFiles, DiffTellsByItsExitCode)
 {
     tbtest::writeAll("a.tb", fileOf(1));
     tbtest::writeAll("b.tb", fileOf(0));
-    EXPECT_EQ(run("diff a.tb a.tb").code, 0);
-    const tbtest::Result different = run("diff a.tb b.tb");
-    EXPECT_EQ(different.code, 1);
-    EXPECT_EQ(different.out, "/tbEvent enabled: true -> false\n");
-    EXPECT_TRUE(holds(run("diff a.tb b.tb --json").out, "\"differences\": 1"));
     tbtest::writeAll("c.tb", fileOf(0).substr(0, 100));
+    expectRun("diff a.tb a.tb", 0);
+    EXPECT_EQ(expectRun("diff a.tb b.tb", 1).out, "/tbEvent enabled: true -> false\n");
+    expectRun("diff a.tb b.tb --json", 1, {"\"differences\": 1"});
     for (const char* unreadable : {"c.tb", "nothing.tb", "nothing.obj"})
-        EXPECT_EQ(run(std::string("diff a.tb ") + unreadable).code, 2) << unreadable;
+        expectRun(std::string("diff a.tb ") + unreadable, 2);
 }
 
 #ifdef TAMBER_HAS_LOADER
 TEST(NativeFiles, DiffImportsForeignModels)
 {
     tbtest::writeAll("a.tb", fileOf(1));
-    EXPECT_EQ(run("diff \"" TAMBER_TOWN "\" \"" TAMBER_TOWN "\"").code, 0);
-    EXPECT_EQ(run("diff \"" TAMBER_TOWN "\" a.tb").code, 1);
+    expectRun("diff \"" TAMBER_TOWN "\" \"" TAMBER_TOWN "\"", 0);
+    expectRun("diff \"" TAMBER_TOWN "\" a.tb", 1);
 }
 #endif

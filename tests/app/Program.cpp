@@ -33,6 +33,16 @@ Result run(const std::string& arguments, const std::string& out)
     return {exitCode(status), out.empty() ? readAll("out.txt") : std::string(), readAll("err.txt")};
 }
 
+Result expectRun(const std::string& arguments, int code, const std::vector<std::string>& printed)
+{
+    const Result result = run(arguments);
+    const std::string all = result.out + result.err;
+    EXPECT_EQ(result.code, code) << arguments << '\n' << all;
+    for (const std::string& part : printed)
+        EXPECT_TRUE(holds(all, part)) << arguments << "\nprints no " << part << "\nbut " << all;
+    return result;
+}
+
 bool holds(const std::string& text, const std::string& part)
 {
     return text.find(part) != std::string::npos;

@@ -19,6 +19,9 @@ struct Result
 /// `out` when there is one.
 Result run(const std::string& arguments, const std::string& out = {});
 
+/// The same, and expects the exit code and what it prints anywhere.
+Result expectRun(const std::string& arguments, int code, const std::vector<std::string>& printed = {});
+
 bool holds(const std::string& text, const std::string& part);
 
 /// Writes a row of four triangles natively.

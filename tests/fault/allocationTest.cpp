@@ -65,27 +65,19 @@ protected:
     /// Runs the operation until it needs no more allocations than are let through.
     static void sweep(const Operation& operation)
     {
+        for (int i = 0; i < 2; ++i)
         {
-            const testing::ScopedTrace trace(__FILE__, __LINE__, "undisturbed");
+            SCOPED_TRACE("undisturbed");
             operation.whole();
-            operation.whole();
         }
-        try
-        {
-            throw std::bad_alloc(); // the first one takes memory for good
-        }
-        catch (const std::bad_alloc&)
-        {
-        }
+        EXPECT_THROW(throw std::bad_alloc(), std::bad_alloc); // the first one takes memory for good
         const int objects = tbBase::getNum(true);
         for (const HeapFaults::KIND kind : {HeapFaults::ONE, HeapFaults::LASTING})
         {
             long n = 0;
             for (bool struck = true; struck && !HasFailure();)
             {
-                ++n;
-                const testing::ScopedTrace trace(
-                    __FILE__, __LINE__, "allocation " + std::to_string(n) + (kind ? " and later" : ""));
+                SCOPED_TRACE("allocation " + std::to_string(++n) + (kind ? " and later" : ""));
                 const long blocks = HeapFaults::getNumBlocks();
                 operation.prepare();
                 HeapFaults::arm(n, kind);
@@ -119,11 +111,6 @@ protected:
         std::filesystem::remove(path);
         return bytes;
     }
-    std::string file(const std::string& name, const std::string& content) const
-    {
-        tbtest::writeAll(directory.path(name), content);
-        return directory.path(name);
-    }
 
     tbtest::TempDirectory directory;
     tbRef<tbScene> scene = tbtest::makeEveryClass();
@@ -135,7 +122,7 @@ protected:
 TEST_F(Allocation, LoadGivesTheWholeSceneOrNone)
 {
     const std::string content = saved(scene.get());
-    const std::string path = file("scene.tb", content);
+    const std::string path = directory.write("scene.tb", content);
     tbRef<tbBase> made;
     sweep({[&]
            {
@@ -161,7 +148,7 @@ TEST_F(Allocation, SaveReplacesTheFileOrLeavesIt)
                EXPECT_TRUE(tbtest::readAll(path) == (done ? content : "old"));
                EXPECT_EQ(directory.count(), 1);
            },
-           [&] { file("scene.tb", "old"); }});
+           [&] { directory.write("scene.tb", "old"); }});
 }
 
 TEST_F(Allocation, CopiesAreWholeOrNull)
@@ -379,7 +366,7 @@ TEST_F(Allocation, DamagedFilesAreRefusedAllTheSame)
     tbRef<tbBase> made;
     for (const std::string& damaged : {bytes.substr(0, bytes.size() - 100), swapped})
     {
-        const std::string path = file("damaged.tb", damaged);
+        const std::string path = directory.write("damaged.tb", damaged);
         sweep({[&]
                {
                    tbFile opened;
@@ -491,5 +478,5 @@ TEST_F(Allocation, SettingsAreReadAndWrittenOrAsTheyWere)
                number = 0;
                text[0] = 0;
            },
-           [&] { file("settings.ini", other); }});
+           [&] { directory.write("settings.ini", other); }});
 }

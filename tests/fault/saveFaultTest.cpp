@@ -4,13 +4,13 @@
 #include <tamber/io/tbFile.h>
 #include <tamber/kernel/tbSettings.h>
 #include <tests/fault/FileFaults.h>
+#include <tests/support/Environment.h>
 #include <tests/support/FileBuilder.h>
 #include <tests/support/Messages.h>
 #include <tests/support/TempFile.h>
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <functional>
 #include <iterator>
 #include <sys/stat.h>
@@ -93,9 +93,7 @@ TEST_F(SaveFault, OldFileOrNewFileStandsThere)
     tbFile first;
     ASSERT_TRUE(first.create(path.c_str()) && fill(first));
     const std::string content = tbtest::readAll(path);
-    tbtest::FileBuilder builder;
-    builder.add("tbOld", std::string(1000, 'x'));
-    const std::string old = builder.build();
+    const std::string old = tbtest::buildFile({{"tbOld", std::string(1000, 'x')}});
     const auto check = [&](const std::string& written)
     {
         return [&, written](bool done)
@@ -148,8 +146,7 @@ TEST_F(SaveFault, ReadsGiveAllOrAnError)
 TEST_F(SaveFault, SettingsAreNeverLost)
 {
     const std::string settings = directory.path("settings.ini");
-    std::string variable = "TAMBER_SETTINGS=" + settings;
-    putenv(variable.data());
+    tbtest::setVariable("TAMBER_SETTINGS", settings);
     const std::string old = "A=0x00000001\nText=\"some text\"\n";
     sweep([&] { tbtest::writeAll(settings, old); }, [] { return tbWriteRegistry("A", 2); },
           [&](bool done)
@@ -157,7 +154,6 @@ TEST_F(SaveFault, SettingsAreNeverLost)
               EXPECT_EQ(tbtest::readAll(settings), done ? "A=0x00000002\nText=\"some text\"\n" : old);
               EXPECT_EQ(directory.count(), 1);
           });
-    unsetenv("TAMBER_SETTINGS");
 }
 
 // A pipe that nobody writes to would be waited for.

@@ -38,18 +38,8 @@ Node* addTo(tbGroup* parent, const char* name)
 tbTransform* addTransform(tbGroup* parent, const char* name)
 {
     auto* node = addTo<tbTransform>(parent, name);
-    tbMatrix matrix;
-    matrix.makeXYZ(1, 2, 3);
-    node->setMatrix(matrix);
+    node->setXYZ(1, 2, 3);
     return node;
-}
-
-void addMesh(tbGroup* parent)
-{
-    auto* mesh = addTo<tbMesh>(parent, "mesh");
-    const tbRef<tbVertexArray> vertices(new tbVertexArray(8, tbVertexArray::VT_POSITION));
-    const unsigned indices[] = {0, 1, 2};
-    mesh->set(tbMesh::TRIANGLES, vertices.get(), indices, 3);
 }
 
 template <class Switch>
@@ -76,13 +66,13 @@ void addActions(tbGroup* parent, tbTransform* target)
 {
     auto* path = addTo<tbPathAction>(parent, "path");
     path->setTarget(target);
+    auto* keys = addTo<tbKeyFrameAction>(parent, "keys");
     tbSpline way;
     for (int i = 0; i < 4; ++i)
         way.addPoint(tbVec3(float(i), 0, 0));
     path->setSpline(way);
-    auto* keys = addTo<tbKeyFrameAction>(parent, "keys");
-    keys->getPositions().addKey(0.5f, tbVec3(1, 2, 3));
-    keys->getPositions().addKey(1.5f, tbVec3(1, 2, 3));
+    for (const float time : {0.5f, 1.5f})
+        keys->getPositions().addKey(time, tbVec3(1, 2, 3));
 }
 
 std::string writeSpecimen()
@@ -90,7 +80,7 @@ std::string writeSpecimen()
     const tbRef<tbScene> scene(new tbScene);
     addTraits(scene.get(), false);
     auto* car = addTransform(scene.get(), "ab"); // an odd name, behind which there is padding
-    addMesh(car);
+    setTriangle(addTo<tbMesh>(car, "mesh"), tbVertexArray::VT_POSITION);
     addTo<tbModel>(scene.get(), "model");
     addTraits(addTo<tbStyle>(scene.get(), "style"), true);
     addSwitch<tbSwitch>(scene.get(), "switch");
@@ -108,11 +98,6 @@ std::string writeSpecimen()
     const std::string path = directory.path("specimen.tb");
     EXPECT_TRUE(tbLoader::exportFile(scene.get(), path.c_str()));
     return readAll(path);
-}
-
-void swapWord(std::string& bytes, std::size_t offset, std::size_t width)
-{
-    std::reverse(bytes.begin() + std::ptrdiff_t(offset), bytes.begin() + std::ptrdiff_t(offset + width));
 }
 
 /// Arrays of every type, and an entry of a class that nobody knows.
@@ -312,19 +297,5 @@ void Specimen::setLastStored(const std::string& stored, std::uint32_t size, std:
     bytes.replace(getRecord(last(), layout::RECORD_OFFSET), std::string::npos, stored);
     setRecord(last(), layout::RECORD_DATA_SIZE, size);
     setRecord(last(), layout::RECORD_COMPRESSION, compression);
-}
-
-void Specimen::swap(int entry)
-{
-    const std::size_t start = getRecord(entry, layout::RECORD_OFFSET);
-    for (const Field& field : fieldsOf(entry))
-    {
-        if (field.counted)
-            swapWord(bytes, start + field.countOffset, 4);
-        const std::size_t width = field.kind == FieldKind::TABLE ? 4 : field.width;
-        for (std::size_t offset = field.offset; width > 1 && offset < field.end(); offset += width)
-            swapWord(bytes, start + offset, width);
-    }
-    swapWord(bytes, std::size_t(imageOf(bytes).getRecordOffset(entry)), 4);
 }
 } // namespace tbtest

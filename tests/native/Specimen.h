@@ -54,8 +54,6 @@ public:
     /// The last entry's bytes in the file, which end it.
     std::string lastStored() const;
     void setLastStored(const std::string& stored, std::uint32_t size, std::uint32_t compression);
-    /// Turns the order of every value of an entry and of its magic.
-    void swap(int entry);
 
 private:
     std::vector<native::Field> fieldsOf(int entry) const;

@@ -9,11 +9,10 @@
 
 #include <gtest/gtest.h>
 
-using native::Difference;
 using native::DiffOptions;
 using native::DiffResult;
+using tbtest::Entries;
 using tbtest::everyClassFile;
-using tbtest::FileBuilder;
 using tbtest::Record;
 
 namespace
@@ -25,17 +24,17 @@ DiffResult diff(const std::string& a, const std::string& b, const DiffOptions& o
     return diffImages(imageA, imageB, options);
 }
 
-std::string textOf(const Difference& difference)
+DiffResult diff(const Entries& a, const Entries& b, const DiffOptions& options = {})
 {
-    return std::string(nameOf(difference.kind)) + ' ' + difference.path + ' ' + difference.field + ": " +
-           difference.a + " -> " + difference.b;
+    return diff(tbtest::buildFile(a), tbtest::buildFile(b), options);
 }
 
 std::string textOf(const DiffResult& result)
 {
     std::string text;
-    for (const Difference& difference : result.listed)
-        text += textOf(difference) + '\n';
+    for (const native::Difference& found : result.listed)
+        text += std::string(nameOf(found.kind)) + ' ' + found.path + ' ' + found.field + ": " + found.a +
+                " -> " + found.b + '\n';
     return text;
 }
 
@@ -47,10 +46,7 @@ Record group(const std::string& name, const std::vector<int>& children)
         record.integer(0);
     else
         record.name(name);
-    record.word(0).integer(0).word(0).word(0).integer(int(children.size()));
-    for (const int child : children)
-        record.integer(child);
-    return record;
+    return record.word(0).integer(0).word(0).word(0).list(children);
 }
 
 Record scale(float value)
@@ -58,28 +54,14 @@ Record scale(float value)
     return Record().object().word(1).word(1).number(value);
 }
 
-// A root with the given children, then entries.
-struct Graph
+Entries mesh(const std::vector<float>& positions, const std::vector<int>& indices)
 {
-    std::vector<std::pair<std::string, std::string>> entries;
-    std::string build() const
-    {
-        FileBuilder file;
-        for (const auto& [className, data] : entries)
-            file.add(className, data);
-        return file.build();
-    }
-};
-
-Graph mesh(const std::vector<float>& positions, const std::vector<int>& indices)
-{
-    Record geometry = group("wheel", {}).integer(2).integer(2).integer(int(indices.size()));
-    for (const int index : indices)
-        geometry.integer(index);
     Record vertices = Record().word(1).integer(int(positions.size() / 3));
     for (const float number : positions)
         vertices.number(number);
-    return {{{"tbGroup", group("root", {1})}, {"tbMesh", geometry}, {"tbVertexArray", vertices}}};
+    return {{"tbGroup", group("root", {1})},
+            {"tbMesh", group("wheel", {}).integer(2).integer(2).list(indices)},
+            {"tbVertexArray", vertices}};
 }
 } // namespace
 
@@ -94,36 +76,31 @@ TEST(Diff, TheSameModelIsEqualHoweverItIsWritten)
             EXPECT_EQ(result.count, 0u) << textOf(result);
             EXPECT_TRUE(result.notes.empty());
         }
-    const Graph one{{{"tbGroup", group("r", {1, 2})},
-                     {"tbGroup", group("a", {})},
-                     {"tbStyle", group("b", {}).integer(0)}}};
-    const Graph two{{{"tbGroup", group("r", {2, 1})},
-                     {"tbStyle", group("b", {}).integer(0)},
-                     {"tbGroup", group("a", {})}}};
-    EXPECT_EQ(diff(one.build(), two.build()).count, 0u);
+    const Entries one = {
+        {"tbGroup", group("r", {1, 2})}, {"tbGroup", group("a", {})}, {"tbStyle", group("b", {}).integer(0)}};
+    const Entries two = {{"tbGroup", group("r", {2, 1})}, one[2], one[1]};
+    EXPECT_EQ(diff(one, two).count, 0u);
 }
 
 TEST(Diff, ListsWhatDiffersWithItsPlace)
 {
-    const Graph base{{{"tbGroup", group("root", {1, 2})},
-                      {"tbGroup", group("", {})},
-                      {"tbStyle", group("b", {}).integer(1).integer(3)},
-                      {"tbAudioLevelScale", scale(1)}}};
+    const Entries base = {{"tbGroup", group("root", {1, 2})},
+                          {"tbGroup", group("", {})},
+                          {"tbStyle", group("b", {}).integer(1).integer(3)},
+                          {"tbAudioLevelScale", scale(1)}};
     const auto with = [&base](std::size_t entry, const std::string& className, const std::string& data)
     {
-        Graph graph = base;
-        graph.entries[entry] = {className, data};
-        return graph.build();
+        Entries entries = base;
+        entries.resize(std::max(entries.size(), entry + 1));
+        entries[entry] = {className, data};
+        return entries;
     };
-    Graph longer = base;
-    longer.entries[0].second = group("root", {4, 1, 2});
-    longer.entries.push_back({"tbGroup", group("new", {5})});
-    longer.entries.push_back({"tbGroup", group("below", {})});
-    Graph further = base;
-    further.entries.push_back({"tbGroup", group("lost", {})});
+    Entries longer = with(5, "tbGroup", group("below", {}));
+    longer[4] = {"tbGroup", group("new", {5})};
+    longer[0].second = group("root", {4, 1, 2});
     const struct
     {
-        std::string other;
+        Entries other;
         std::string differences;
     } cases[] = {
         {with(3, "tbAudioLevelScale", scale(2)), "value /root/b[1].traits scale: 1 -> 2\n"},
@@ -136,23 +113,20 @@ TEST(Diff, ListsWhatDiffersWithItsPlace)
         {with(2, "tbStyle", group("b", {}).integer(0)),
          "count /root/b[1] traits: 1 -> 0\nmissing /root/b[1] traits[0]: tbAudioLevelScale -> none\n"
          "missing entry 3 : none -> tbAudioLevelScale\n"},
-        {longer.build(),
-         "count /root children: 2 -> 3\nmissing /root children[0]: none -> tbGroup \"new\"\n"},
+        {longer, "count /root children: 2 -> 3\nmissing /root children[0]: none -> tbGroup \"new\"\n"},
         {with(0, "tbGroup", group("root", {1, 1})),
          "sharing /root children[1]: an object of its own -> the same as /root/tbGroup[0]\n"
          "class /root/b[1] : tbStyle -> tbGroup\nvalue /root/b[1] name: \"b\" -> \"\"\n"
          "missing /root/b[1] traits[0]: tbAudioLevelScale -> none\nmissing entry 2 : none -> tbStyle "
          "\"b\"\n"},
-        {further.build(), "missing entry 4 : none -> tbGroup \"lost\"\n"},
+        {with(4, "tbGroup", group("lost", {})), "missing entry 4 : none -> tbGroup \"lost\"\n"},
     };
     for (const auto& example : cases)
-        EXPECT_EQ(textOf(diff(base.build(), example.other)), example.differences);
-    EXPECT_EQ(textOf(diff(mesh({0, 1, 2, 3, 4, 5}, {0, 1, 0}).build(),
-                          mesh({0, 1, 2, 3, 4, 6}, {0, 1, 1}).build())),
+        EXPECT_EQ(textOf(diff(base, example.other)), example.differences);
+    EXPECT_EQ(textOf(diff(mesh({0, 1, 2, 3, 4, 5}, {0, 1, 0}), mesh({0, 1, 2, 3, 4, 6}, {0, 1, 1}))),
               "value /root/wheel indices[2]: 0 -> 1\n"
               "value /root/wheel vertices[1].position: 3 4 5 -> 3 4 6\n");
-    EXPECT_EQ(textOf(diff(mesh({0, 1, 2}, {0, 0, 0, 0, 0, 0}).build(),
-                          mesh({0, 1, 2}, {1, 1, 1, 1, 1, 1}).build())),
+    EXPECT_EQ(textOf(diff(mesh({0, 1, 2}, {0, 0, 0, 0, 0, 0}), mesh({0, 1, 2}, {1, 1, 1, 1, 1, 1}))),
               "value /root/wheel indices[0]: 0 -> 1\nvalue /root/wheel indices[1]: 0 -> 1\n"
               "value /root/wheel indices[2]: 0 -> 1\nmore /root/wheel indices: 3 -> \n");
 }
@@ -182,65 +156,59 @@ TEST(Diff, ToleranceIsAbsoluteForSmallNumbersAndRelativeForLarge)
     };
     for (const auto& example : cases)
     {
-        const Graph a{{{"tbAudioLevelScale", scale(example.a)}}};
-        const Graph b{{{"tbAudioLevelScale", scale(example.b)}}};
-        EXPECT_EQ(diff(a.build(), b.build(), {example.tolerance, 50}).count == 0, example.equal)
+        const Entries a = {{"tbAudioLevelScale", scale(example.a)}};
+        const Entries b = {{"tbAudioLevelScale", scale(example.b)}};
+        EXPECT_EQ(diff(a, b, {example.tolerance, 50}).count == 0, example.equal)
             << example.a << ' ' << example.b;
     }
 }
 
 TEST(Diff, ListsUpToTheLimitAndCountsAll)
 {
-    Graph a{{{"tbGroup", group("root", {1, 2, 3})}}};
-    Graph b = a;
-    for (int i = 0; i < 3; ++i)
-    {
-        a.entries.push_back({"tbGroup", group("a", {})});
-        b.entries.push_back({"tbGroup", group("b", {})});
-    }
-    const DiffResult result = diff(a.build(), b.build(), {0.0, 2});
+    Entries a = {{"tbGroup", group("root", {1, 2, 3})}};
+    Entries b = a;
+    a.resize(4, {"tbGroup", group("a", {})});
+    b.resize(4, {"tbGroup", group("b", {})});
+    const DiffResult result = diff(a, b, {0.0, 2});
     EXPECT_EQ(result.count, 3u);
     EXPECT_EQ(result.listed.size(), 2u);
 }
 
 TEST(Diff, ListsOfPlugInsAreOnlyNoted)
 {
-    const Graph a{{{"tbGroup", group("r", {})}, {"tbPlugIns", Record().integer(0)}}};
-    const Graph b{{{"tbGroup", group("r", {})}}};
-    const DiffResult result = diff(a.build(), b.build());
+    const Entries a = {{"tbGroup", group("r", {})}, {"tbPlugIns", Record().integer(0)}};
+    const DiffResult result = diff(a, {a[0]});
     EXPECT_EQ(result.count, 0u);
     EXPECT_EQ(result.notes.size(), 1u);
-    EXPECT_TRUE(diff(a.build(), a.build()).notes.empty());
+    EXPECT_TRUE(diff(a, a).notes.empty());
     // Not even where something refers to them that nothing refers to.
-    Graph lost = a;
-    lost.entries.push_back({"tbBase", Record().object({1})});
-    EXPECT_EQ(diff(lost.build(), lost.build()).count, 0u);
+    const Entries lost = {a[0], a[1], {"tbBase", Record().object({1})}};
+    EXPECT_EQ(diff(lost, lost).count, 0u);
 }
 
 // A chain as deep as the file is long, a node that is its own child, and two nodes under which all others are.
 TEST(Diff, HostileGraphsTakeNeitherStackNorTime)
 {
     constexpr int DEPTH = 200000;
-    Graph chain;
+    Entries chain;
     for (int i = 0; i < DEPTH; ++i)
-        chain.entries.push_back({"tbGroup", group("", {i + 1 < DEPTH ? i + 1 : 0})});
-    Graph other = chain;
-    other.entries.back().second = group("end", {0});
-    const DiffResult result = diff(chain.build(), other.build());
+        chain.push_back({"tbGroup", group("", {i + 1 < DEPTH ? i + 1 : 0})});
+    Entries other = chain;
+    other.back().second = group("end", {0});
+    const DiffResult result = diff(chain, other);
     EXPECT_EQ(result.count, 1u);
     EXPECT_LT(textOf(result).size(), 500u);
     EXPECT_NE(textOf(result).find("more)..."), std::string::npos) << textOf(result);
 
     constexpr int LEVELS = 60; // two nodes each, both under both of the level above
-    Graph lattice;
-    for (int i = 0; i < LEVELS; ++i)
-        for (int k = 0; k < 2; ++k)
-            lattice.entries.push_back(
-                {"tbGroup", group("", {(2 * i + 2) % (2 * LEVELS), (2 * i + 3) % (2 * LEVELS)})});
-    Graph tree = lattice;
-    std::swap(tree.entries[5].second, tree.entries[8].second);
-    EXPECT_EQ(diff(lattice.build(), lattice.build()).count, 0u);
-    EXPECT_GT(diff(lattice.build(), tree.build()).count, 0u);
+    Entries lattice;
+    for (int i = 0; i < 2 * LEVELS; ++i)
+        lattice.push_back(
+            {"tbGroup", group("", {(i / 2 * 2 + 2) % (2 * LEVELS), (i / 2 * 2 + 3) % (2 * LEVELS)})});
+    Entries tree = lattice;
+    std::swap(tree[5].second, tree[8].second);
+    EXPECT_EQ(diff(lattice, lattice).count, 0u);
+    EXPECT_GT(diff(lattice, tree).count, 0u);
 }
 
 // Damage never goes unseen where the kernel would read something else, and nothing crashes.

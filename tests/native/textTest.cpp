@@ -9,7 +9,6 @@
 
 using namespace native;
 using tbtest::everyClassFile;
-using tbtest::FileBuilder;
 
 namespace
 {
@@ -48,9 +47,7 @@ std::string errorOf(std::string_view text)
 // The text of a file of one entry.
 std::string textOf(const std::string& className, const std::string& data)
 {
-    FileBuilder file;
-    file.add(className, data);
-    return dumped(file.build());
+    return dumped(tbtest::buildFile({{className, data}}));
 }
 
 const std::string HEADER = "tamber text 1\norder little\nversion 0x01020000\n";

@@ -61,16 +61,10 @@ TEST_F(ImportProcess, HandsTheSceneOver)
 {
     EXPECT_EQ(import("car"), "car");
     EXPECT_EQ(tbLoader::getError(), tbLoader::LOADER_OK);
-    tbtest::takeMessages();
+    tbtest::expectMessage("the loader speaks"); // what a loader says, says the parent
     EXPECT_EQ(import("speak"), "speak");
-    std::string said;
-    for (const std::string& line : tbtest::takeMessages())
-        said += line;
-    EXPECT_NE(said.find("the loader speaks"), std::string::npos) << "what a loader says, says the parent";
 
-    tbtest::FileBuilder native;
-    native.add("tbModel", native.record().object());
-    tbtest::writeAll(directory.path("native.tb"), native.build());
+    directory.write("native.tb", tbtest::buildFile({{"tbModel", tbtest::Record().object()}}));
     tbAddFilePath(directory.path("").c_str());
     setVariable("TAMBER_IMPORT_PROGRAM", "/nowhere"); // a native file needs none
     const tbRef<tbBase> root(tbImportIsolated("native.tb"));
@@ -83,14 +77,12 @@ TEST_F(ImportProcess, HandsTheSceneOver)
 TEST_F(ImportProcess, LoaderErrorsComeBack)
 {
     EXPECT_EQ(import(""), "1 an empty file");
-    tbtest::writeAll(directory.path("noextension"), "text");
-    tbtest::writeAll(directory.path("model.unheard"), "text");
     const std::pair<std::string, tbLoader::LOADER_ERROR> files[] = {
         {"absent.tst", tbLoader::LOADER_FILE_NOT_FOUND},
         {"none", tbLoader::LOADER_FILE_NOT_FOUND},
         {"absent.tb", tbLoader::LOADER_FILE_NOT_FOUND},
-        {directory.path("noextension"), tbLoader::LOADER_NO_EXTENSION},
-        {directory.path("model.unheard"), tbLoader::LOADER_UNKNOWN_FORMAT}};
+        {directory.write("noextension", "text"), tbLoader::LOADER_NO_EXTENSION},
+        {directory.write("model.unheard", "text"), tbLoader::LOADER_UNKNOWN_FORMAT}};
     for (const auto& [path, error] : files)
     {
         EXPECT_FALSE(tbImportIsolated(path.c_str())) << path;

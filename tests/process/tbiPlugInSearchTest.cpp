@@ -18,6 +18,7 @@ namespace fs = std::filesystem;
 namespace
 {
 
+using tbtest::Record;
 using tbtest::setVariable;
 using Names = std::set<std::string>;
 
@@ -98,21 +99,13 @@ protected:
     /// A native file that lists modules in every way; its path as the program is to be told.
     std::string writeList() const
     {
-        tbtest::FileBuilder builder;
-        builder.add("tbModel", builder.record().object());
-        const std::vector<std::string> modules = {"tbListed.dll",
-                                                  "tbSneaked.dll",
-                                                  "sub\\tbDeepLoader.dll",
-                                                  "sub/tbDeepLoader.so",
-                                                  "\\\\localhost\\share\\tbDeepLoader.dll",
-                                                  "c:tbDeepLoader.dll",
-                                                  (root / "work/sub" / fileOf("tbDeepLoader")).string(),
-                                                  "tbAbsent.dll"};
-        tbtest::Record record = builder.record().integer(int(modules.size()));
-        for (const std::string& module : modules)
-            record.integer(0).integer(0).integer(0).name(module).integer(1).integer(2).integer(3);
-        builder.add("tbPlugIns", record);
-        tbtest::writeAll((root / "list.tb").string(), builder.build());
+        const std::string list =
+            Record().plugIns({"tbListed.dll", "tbSneaked.dll", "sub\\tbDeepLoader.dll", "sub/tbDeepLoader.so",
+                              "\\\\localhost\\share\\tbDeepLoader.dll", "c:tbDeepLoader.dll",
+                              (root / "work/sub" / fileOf("tbDeepLoader")).string(), "tbAbsent.dll"},
+                             8);
+        tbtest::writeAll((root / "list.tb").string(),
+                         tbtest::buildFile({{"tbModel", Record().object()}, {"tbPlugIns", list}}));
         return "../list.tb";
     }
 
