@@ -2,6 +2,7 @@
 
 #include <tamber/action/tbActionNode.h>
 #include <tests/support/SavedCopy.h>
+#include <tests/support/TestScene.h>
 #include <tests/support/Threads.h>
 
 #include <gtest/gtest.h>
@@ -61,22 +62,17 @@ TEST(ActionNode, CopiesOfAGraphReferToTheNewNodesAndLeaveOutWhatHasNoCopy)
 {
     const tbRef<tbGroup> outside = new tbGroup;
     const tbRef<tbGroup> root = new tbGroup;
-    auto* target = new tbGroup;
-    root->addChild(target);
+    auto* target = tbtest::addNew(root.get(), new tbGroup);
     root->addChild(new Uncopied);
-    for (tbGroup* followed : {target, outside.get()})
-    {
-        auto* follower = new ActionTestFollower;
-        follower->target = followed;
-        target->addChild(follower);
-    }
+    for (tbGroup* followed : {target, outside.get(), root.get()})
+        tbtest::addNew(target, new ActionTestFollower)->target = followed;
     for (const tbRef<tbGroup>& copy : {tbRef(root->makeCopy()), tbRef(root->makeClone())})
     {
         ASSERT_EQ(copy->getNumChildren(), 1);
-        const auto followers = copy->getChild(0)->getChildren();
-        ASSERT_EQ(followers.size(), 2u);
-        EXPECT_EQ(static_cast<ActionTestFollower*>(followers[0])->target, copy->getChild(0));
-        EXPECT_EQ(static_cast<ActionTestFollower*>(followers[1])->target, outside.get());
+        std::vector<tbGroup*> targets;
+        for (tbGroup* follower : copy->getChild(0)->getChildren())
+            targets.push_back(static_cast<ActionTestFollower*>(follower)->target);
+        EXPECT_EQ(targets, (std::vector<tbGroup*>{copy->getChild(0), outside.get(), copy.get()}));
     }
     EXPECT_EQ(static_cast<ActionTestFollower*>(target->getChild(0))->target, target);
 }

@@ -87,39 +87,27 @@ TEST(Array, ChangingTheSizeKeepsBytesAndCount)
     array.setSize(4);
     EXPECT_EQ(array.getNum(), 4);
     EXPECT_EQ(std::memcmp(array.getData(), before.getData(), 4), 0);
-    const tbArray copy(array);
-    EXPECT_LE(std::size_t(copy.getNum()) * 4, array.getSize()) << "a copy holds what there is";
+    EXPECT_LE(std::size_t(tbArray(array).getNum()) * 4, array.getSize()) << "a copy holds what there is";
 }
 
-TEST(Array, EveryTypeComesBackFromAFile)
+TEST(Array, FilesHoldEachArrayOnceAndWhetherItIsDynamic)
 {
-    tbtest::TempDirectory directory;
+    const tbtest::TempDirectory directory;
     const std::string path = directory.path("arrays.tb");
-    tbRef<tbArray> arrays[9];
+    const tbRef<tbArray> still(new tbArray(5, tbArray::VEC3)), moving(new tbArray(5, tbArray::SHORT));
+    moving->enableDynamic(true);
     tbFile file;
     ASSERT_TRUE(file.create(path.c_str()));
     tbEntry* list = file.newEntry(file.newTag("tbList"));
-    for (int type = 0; type < 9; ++type)
-    {
-        arrays[type] = new tbArray(5, tbArray::DATA_TYPE(type));
-        number(*arrays[type]);
-        arrays[type]->enableDynamic(type % 2 == 0);
-        for (int twice = 0; twice < 2; ++twice)
-            arrays[type]->writeRef(&file, list);
-    }
-    EXPECT_EQ(file.getNumEntries(), 10);
-    EXPECT_EQ(file.getEntry(7)->getDataSize(), 8 + 5 * 12) << "two bytes, a gap, the count, the elements";
-    ASSERT_TRUE(file.write() && file.open(path.c_str(), "r"));
+    for (const tbRef<tbArray>& array : {still, moving, still})
+        array->writeRef(&file, list);
+    EXPECT_EQ(file.getNumEntries(), 3);
+    ASSERT_TRUE(file.write() && file.open(path.c_str(), "r") && file.readEntry(file.getEntry(0)));
     list = file.getEntry(0);
-    ASSERT_TRUE(file.readEntry(list));
-    for (int type = 0; type < 9; ++type)
-    {
-        const tbRef<tbArray> read = tbArray::readRef(&file, list);
-        ASSERT_TRUE(read);
-        EXPECT_TRUE(sameElements(*read, *arrays[type])) << type;
-        EXPECT_EQ(read->isDynamic(), type % 2 == 0);
-        EXPECT_EQ(tbArray::readRef(&file, list), read.get()) << "one entry, one array";
-    }
+    const tbRef<tbArray> first = tbArray::readRef(&file, list), second = tbArray::readRef(&file, list);
+    ASSERT_TRUE(first && second);
+    EXPECT_TRUE(!first->isDynamic() && second->isDynamic());
+    EXPECT_EQ(tbArray::readRef(&file, list), first.get());
     EXPECT_EQ(tbArray::readRef(&file, list), nullptr);
 }
 
@@ -132,7 +120,7 @@ TEST(Array, DamagedArraysAreNull)
     builder.add("tbArray", builder.record().word(5).integer(2).number(1).number(2).number(3));
     builder.add("tbArray", builder.record().word(8).integer(1).bytes("1234567"));
     builder.add("tbArray", builder.record().word(6).integer(-2));
-    tbtest::TempDirectory directory;
+    const tbtest::TempDirectory directory;
     const std::string path = directory.path("arrays.tb");
     tbtest::writeAll(path, builder.build());
     tbFile file;

@@ -1,6 +1,7 @@
 #include <tamber/containers/tbIterator.h>
 
 #include <tamber/io/tbFile.h>
+#include <tests/support/FileBuilder.h>
 #include <tests/support/TempFile.h>
 #include <tests/support/Threads.h>
 
@@ -158,23 +159,17 @@ TEST(Iterator, ReadsNoItemThatItHasNot)
                  {4, 3, 3, 5, 4, 5},          {0, 3, 3, 0, -1, 0}};
     for (const auto& c : cases)
     {
+        tbtest::Record record;
+        record.byte(0).byte(0).byte(0).byte(0).integer(c.item).integer(1).integer(0).integer(0);
+        record.integer(c.values).bytes(std::string(std::size_t(4 * c.values), '\0')); // times
+        record.integer(0).integer(0);
+        record.integer(c.values).bytes(std::string(std::size_t(4 * c.values), '\0')); // frames
+        record.integer(c.items);
         const tbtest::TempDirectory directory;
         tbFile file;
         ASSERT_TRUE(file.create(directory.path("iterator.tb").c_str()));
         tbEntry* entry = file.newEntry(file.newTag("tbAnything"));
-        for (int i = 0; i < 4; ++i)
-            entry->writeByte(0);
-        for (const int word : {c.item, 1, 0, 0})
-            entry->writeInt(word);
-        for (const int array : {0, 1}) // times, and the totals before the frames
-        {
-            entry->writeInt(c.values);
-            for (int i = 0; i < c.values; ++i)
-                entry->writeInt(0);
-            for (int i = 0; i < 2 && array == 0; ++i)
-                entry->writeInt(0);
-        }
-        entry->writeInt(c.items);
+        entry->writeChunk(record.get().data(), int(record.get().size()));
         entry->reset();
         tbIterator iterator;
         EXPECT_TRUE(iterator.read(entry, c.wanted));

@@ -26,8 +26,7 @@ inline GraphPair makeNodes(int num)
 }
 
 /// Whether the lists hold the same nodes in the same order.
-inline bool matches(const GraphPair& graphs, std::span<tbGroup* const> real,
-                    const std::vector<ModelNode*>& model)
+inline bool matches(const GraphPair& graphs, std::span<tbGroup* const> real, const ModelNode::List& model)
 {
     return std::equal(real.begin(), real.end(), model.begin(), model.end(),
                       [&](const tbGroup* node, const ModelNode* same)
@@ -91,7 +90,7 @@ public:
         {
         case 4:
         case 5:
-            return mb->reaches(ma) || insert();
+            return mb->reaches(ma) || insert(int(below(ma->children.size() + 2)));
         case 6:
             return a->removeChild(b) == ma->removeChild(mb);
         case 7:
@@ -103,15 +102,15 @@ public:
             ma->remove();
             return true;
         case 9:
-            return !noCycle(ma->children, mb) || !noCycle(mb, ma->parents) ||
+            return !noCycle(ma->children, {mb}) || !noCycle({mb}, ma->parents) ||
                    a->replace(b) == ma->replace(mb);
         case 10:
-            return !noCycle(mb, ma->parents) || a->replaceGraph(b) == ma->replaceGraph(mb);
+            return !noCycle({mb}, ma->parents) || a->replaceGraph(b) == ma->replaceGraph(mb);
         case 11:
-            return !noCycle(ma->children, mb) || (ma != mb && mb->reaches(ma)) ||
+            return !noCycle(ma->children, {mb}) || (ma != mb && mb->reaches(ma)) ||
                    a->insertBelow(b) == ma->insertBelow(mb);
         case 12:
-            return (ma != mb && ma->reaches(mb)) || !noCycle(mb, ma->parents) ||
+            return (ma != mb && ma->reaches(mb)) || !noCycle({mb}, ma->parents) ||
                    a->insertAbove(b) == ma->insertAbove(mb);
         case 13:
             change();
@@ -122,11 +121,7 @@ public:
     }
 
 private:
-    bool insert()
-    {
-        const int at = int(below(ma->children.size() + 2));
-        return a->insertChild(at, b) == ma->insertChild(at, mb);
-    }
+    bool insert(int at) { return a->insertChild(at, b) == ma->insertChild(at, mb); }
     void change()
     {
         if (ma->transform)
@@ -138,16 +133,14 @@ private:
         b->update(context.get());
         mb->update();
     }
-    // Edges from the first to the second would close no cycle.
-    static bool noCycle(const ModelNode* from, const std::vector<ModelNode*>& to)
+    // Edges from the second list's nodes to the first's would close no cycle.
+    static bool noCycle(const ModelNode::List& lower, const ModelNode::List& upper)
     {
-        return std::none_of(to.begin(), to.end(),
-                            [=](const ModelNode* node) { return node != from && from->reaches(node); });
-    }
-    static bool noCycle(const std::vector<ModelNode*>& from, const ModelNode* to)
-    {
-        return std::none_of(from.begin(), from.end(),
-                            [=](const ModelNode* node) { return node != to && node->reaches(to); });
+        for (const ModelNode* from : lower)
+            for (const ModelNode* to : upper)
+                if (from != to && from->reaches(to))
+                    return false;
+        return true;
     }
 
     GraphPair& graphs;

@@ -54,12 +54,7 @@ struct ModelNode
         const auto found = std::find(list.begin(), list.end(), node);
         return found == list.end() ? -1 : int(found - list.begin());
     }
-    static void erase(List& list, const ModelNode* node) { list.erase(list.begin() + indexOf(list, node)); }
-    static void eraseUnordered(List& list, const ModelNode* node)
-    {
-        list[std::size_t(indexOf(list, node))] = list.back();
-        list.pop_back();
-    }
+    static List reversed(const List& list) { return List(list.rbegin(), list.rend()); }
     bool hasChild(const ModelNode* node) const { return indexOf(children, node) >= 0; }
     bool reaches(const ModelNode* node) const
     {
@@ -99,29 +94,28 @@ struct ModelNode
             child->dirtyDown();
         }
     }
+    void matrixIsNews()
+    {
+        flags |= 0x10;
+        dirtyDown();
+    }
     void addedTo()
     {
         flags |= own;
         if (transform)
-        {
-            flags |= 0x10;
-            dirtyDown();
-        }
+            matrixIsNews();
         dirtyUp((flags & 0x7E00) | 0x3 | (parents.size() > 1 ? 0x8u : 0u));
     }
     void notifyAdded()
     {
-        for (std::size_t i = children.size(); i > 0; --i)
-            children[i - 1]->notifyAdded();
+        for (ModelNode* child : reversed(children))
+            child->notifyAdded();
         addedTo();
     }
     void removedFrom(ModelNode* parent)
     {
         if (transform)
-        {
-            flags |= 0x10;
-            dirtyDown();
-        }
+            matrixIsNews();
         parent->cleanUp(flags & 0x7E00);
         parent->dirtyUp(0x5 | ((flags & 0x220) != 0 ? 0x20u : 0u));
         flags |= 0x1;
@@ -130,8 +124,7 @@ struct ModelNode
     }
     void changeMatrix()
     {
-        dirtyDown();
-        flags |= 0x10;
+        matrixIsNews();
         for (ModelNode* parent : parents)
             if (((flags | 0x30) & ~parent->flags) != 0)
                 parent->dirtyUp(0x30);
@@ -158,8 +151,8 @@ struct ModelNode
     {
         if (!hasChild(child))
             return false;
-        erase(children, child);
-        erase(child->parents, this);
+        std::erase(children, child);
+        std::erase(child->parents, this);
         child->removedFrom(this);
         return true;
     }
@@ -170,9 +163,8 @@ struct ModelNode
     }
     void detach()
     {
-        const List former = parents;
-        for (std::size_t i = former.size(); i > 0; --i)
-            former[i - 1]->removeChild(this);
+        for (ModelNode* parent : reversed(parents))
+            parent->removeChild(this);
     }
     void yieldTo(ModelNode* node, ModelNode* parent, bool keepOrder)
     {
@@ -183,10 +175,9 @@ struct ModelNode
         }
         parent->children[std::size_t(indexOf(parent->children, this))] = node;
         node->parents.push_back(parent);
-        if (keepOrder)
-            erase(parents, parent);
-        else
-            eraseUnordered(parents, parent);
+        if (!keepOrder) // the last moves into the gap
+            std::swap(parents[std::size_t(indexOf(parents, parent))], parents.back());
+        std::erase(parents, parent);
         removedFrom(parent);
         node->notifyAdded();
     }
@@ -214,9 +205,8 @@ struct ModelNode
     {
         if (node == this || node->hasChild(this) || hasChild(node))
             return false;
-        while (!children.empty())
+        for (ModelNode* child : List(children))
         {
-            ModelNode* child = children[0];
             node->addChild(child);
             removeChild(child);
         }
@@ -228,17 +218,15 @@ struct ModelNode
     {
         if (node == this)
             return false;
-        const List former = parents;
-        for (std::size_t i = former.size(); i > 0; --i)
-            yieldTo(node, former[i - 1], false);
+        for (ModelNode* parent : reversed(parents))
+            yieldTo(node, parent, false);
         return true;
     }
     bool insertBelow(ModelNode* node)
     {
         if (node == this)
             return false;
-        const List former = children;
-        for (ModelNode* child : former)
+        for (ModelNode* child : List(children))
             node->addChild(child);
         removeChildren();
         return addChild(node);
@@ -272,10 +260,8 @@ struct GraphPair
     }
     int indexOf(const ModelNode* node) const
     {
-        for (std::size_t i = 0; i < model.size(); ++i)
-            if (model[i].get() == node)
-                return int(i);
-        return -1;
+        const auto isNode = [=](const auto& other) { return other.get() == node; };
+        return int(std::find_if(model.begin(), model.end(), isNode) - model.begin());
     }
 };
 

@@ -1,19 +1,21 @@
 #include <tamber/graph/tbBillboard.h>
 
 #include <tamber/collide/tbCollider.h>
+#include <tests/support/Matrices.h>
 #include <tests/support/Near.h>
 #include <tests/support/TestScene.h>
 #include <tests/support/WalkCamera.h>
 
 #include <gtest/gtest.h>
 
+using tbtest::addNew;
+
 namespace
 {
 
 tbMatrix facing(const tbBillboard* node, const tbMatrix& model, const tbtest::WalkCamera& camera)
 {
-    tbMatrix full;
-    full.makeIdent();
+    tbMatrix full = tbtest::identity();
     node->computeFullMatrix(model, full, camera->getTravContext(), camera.get());
     return full;
 }
@@ -43,8 +45,7 @@ TEST(Billboard, PlaceAndScaleComeFromTheModel)
     node->setXYZ(1, 0, 0);
     tbtest::WalkCamera camera;
     camera->setXYZ(30, 40, 0);
-    tbMatrix model;
-    model.makeScale(2, 2, 2);
+    tbMatrix model = tbtest::scaling(2, 2, 2);
     model.setXYZ(0, 40, 0);
     const tbMatrix full = facing(node.get(), model, camera);
     EXPECT_TRUE(tbtest::near(row(full, 3), tbVec3(2, 40, 0)));
@@ -80,10 +81,8 @@ TEST(Billboard, CamerasSeeTheFacingAndOtherWalksTheLastOne)
 {
     tbtest::TestScene scene;
     tbTransform* place = scene.addTransform(nullptr, 5, 0, 0);
-    auto* node = new tbBillboard;
-    auto* probe = new Probe(tbSphere(tbVec3(0, 0, 0), 1));
-    place->addChild(node);
-    node->addChild(probe);
+    auto* node = addNew(place, new tbBillboard);
+    const auto* probe = addNew(node, new Probe(tbSphere(tbVec3(0, 0, 0), 1)));
     scene.update();
     const tbRef<tbCollider> collider(new tbCollider);
     collider->setVolumeMode(tbCollider::VOLUME_NONE);
@@ -106,8 +105,7 @@ TEST(Billboard, CamerasSeeTheFacingAndOtherWalksTheLastOne)
 TEST(Billboard, BoundsHoldEveryFacing)
 {
     tbtest::TestScene scene;
-    auto* node = new tbBillboard;
-    scene->addChild(node);
+    auto* node = addNew(scene.get(), new tbBillboard);
     scene.addGeometry(node, tbSphere(tbVec3(0, 3, 0), 1));
     node->setXYZ(10, 0, 0);
     scene.update();

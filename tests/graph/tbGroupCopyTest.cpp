@@ -1,20 +1,10 @@
 #include <tamber/graph/tbTransform.h>
 #include <tests/graph/GraphModel.h>
-#include <tests/support/TestGeometry.h>
+#include <tests/support/TestScene.h>
 
 #include <gtest/gtest.h>
 
-namespace
-{
-
-template <class Node>
-Node* addNew(tbGroup* parent, Node* node)
-{
-    parent->addChild(node);
-    return node;
-}
-
-} // namespace
+using tbtest::addNew;
 
 TEST(GroupCopy, ADeepCopyHasItsOwnNodesAndNoReferences)
 {
@@ -51,22 +41,20 @@ TEST(SharedInstances, EveryParentButTheFirstGetsItsOwnClone)
     const tbRef<tbGroup> root(new tbGroup);
     auto* shared = new tbGroup;
     addNew(shared, new tbTransform);
-    tbGroup* parents[3];
-    for (tbGroup*& parent : parents)
+    for (int i = 0; i < 3; ++i)
     {
-        parent = addNew(root.get(), new tbGroup);
-        addNew(parent, new tbGroup);
+        tbGroup* parent = addNew(root.get(), new tbGroup);
+        parent->addChild(new tbGroup);
         parent->addChild(shared);
     }
     root->updateSharedInstances();
-    EXPECT_EQ(parents[0]->getChild(1), shared);
-    EXPECT_NE(parents[1]->getChild(1), shared);
-    EXPECT_NE(parents[1]->getChild(1), parents[2]->getChild(1));
-    for (const tbGroup* parent : parents)
+    EXPECT_EQ(root->getChild(0)->getChild(1), shared);
+    for (const tbGroup* parent : root->getChildren())
     {
-        EXPECT_EQ(parent->getChild(1)->getNumParents(), 1);
-        EXPECT_EQ(parent->getChild(1)->getRefCount(), 1);
-        EXPECT_EQ(parent->getChild(1)->getNumChildren(), 1);
+        const tbGroup* own = parent->getChild(1);
+        EXPECT_EQ(own->getNumParents(), 1);
+        EXPECT_EQ(own->getRefCount(), 1);
+        EXPECT_EQ(own->getNumChildren(), 1);
     }
     EXPECT_FALSE(root->anyTravFlags(tbGroup::TF_SHARED));
 }

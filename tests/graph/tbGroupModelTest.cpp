@@ -38,10 +38,8 @@ TEST(GroupModel, LongListsKeepTheirOrderThroughRemovalsAndInsertionsAnywhere)
     {
         const std::size_t p = random() % NUM_PARENTS;
         const std::size_t c = NUM_PARENTS + random() % NUM_CHILDREN;
-        tbGroup* parent = graphs.real[p].get();
-        tbGroup* child = graphs.real[c].get();
-        ModelNode* modelParent = graphs.model[p].get();
-        ModelNode* modelChild = graphs.model[c].get();
+        tbGroup *parent = graphs.real[p].get(), *child = graphs.real[c].get();
+        ModelNode *modelParent = graphs.model[p].get(), *modelChild = graphs.model[c].get();
         if (int(random() % 100) < keep)
         {
             const int at = int(random() % (modelParent->children.size() + 1));
@@ -62,9 +60,10 @@ TEST(GroupModel, LongListsKeepTheirOrderThroughRemovalsAndInsertionsAnywhere)
             ASSERT_NO_FATAL_FAILURE(playStep(keep)) << "step " << i;
         for (std::size_t i = 0; i < graphs.real.size(); ++i)
         {
-            ASSERT_TRUE(tbtest::matches(graphs, graphs.real[i]->getChildren(), graphs.model[i]->children))
-                << i;
-            ASSERT_TRUE(tbtest::matches(graphs, graphs.real[i]->getParents(), graphs.model[i]->parents)) << i;
+            const tbGroup& real = *graphs.real[i];
+            const ModelNode& model = *graphs.model[i];
+            ASSERT_TRUE(tbtest::matches(graphs, real.getChildren(), model.children)) << i;
+            ASSERT_TRUE(tbtest::matches(graphs, real.getParents(), model.parents)) << i;
         }
     }
     for (int p = 0; p < NUM_PARENTS; ++p)

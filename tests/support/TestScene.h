@@ -9,6 +9,21 @@
 
 namespace tbtest
 {
+/// Puts a new node below `parent`, which holds the only reference then, and returns it.
+template <class Node>
+Node* addNew(tbGroup* parent, Node* node)
+{
+    parent->addChild(node);
+    return node;
+}
+
+template <class Object>
+Object* named(const char* name, Object* object)
+{
+    object->setName(name);
+    return object;
+}
+
 class TestScene
 {
 public:
@@ -57,8 +72,7 @@ private:
     template <class Node>
     Node* add(Node* node, tbGroup* parent)
     {
-        (parent ? parent : scene.get())->addChild(node);
-        return node;
+        return addNew(parent ? parent : scene.get(), node);
     }
 
     tbRef<tbScene> scene;

@@ -13,10 +13,8 @@ using tbtest::TraitLog;
 namespace
 {
 using TravA = RecordingTrait<tbTravTrait, 0>;
-using TravB = RecordingTrait<tbTravTrait, 1>;
 using VisualA = RecordingTrait<tbVisualTrait, 0>;
 using VisualB = RecordingTrait<tbVisualTrait, 1>;
-using VisualC = RecordingTrait<tbVisualTrait, 2>;
 using AudioA = RecordingTrait<tbAudioTrait, 0>;
 using Traits = std::vector<const tbTrait*>;
 
@@ -27,10 +25,8 @@ protected:
     {
         VisualA::type();
         VisualB::type();
-        VisualC::type();
         AudioA::type();
         TravA::type();
-        TravB::type();
         stack = new tbTraitStack(tbTraitStack::ALL_STACKS, true);
         log.stack = stack.get();
         // Like a camera at the start of a frame: the device has every default.
@@ -43,19 +39,11 @@ protected:
         log.clear();
     }
 
-    template <class Trait>
-    const tbTrait* defaultOf() const
-    {
-        for (const tbTrait* trait : tbtest::visualDefaultsOf(*stack))
-            if (trait->getType() == Trait::type())
-                return trait;
-        return nullptr;
-    }
-    Traits drawn(std::vector<const tbVisualTrait*> own = {})
+    Traits drawn()
     {
         log.onDevice.clear();
         stack->applyVisualTraitStacks(nullptr);
-        stack->applyTraits(nullptr, int(own.size()), own.data());
+        stack->applyTraits(nullptr, 0, nullptr);
         return log.onDevice;
     }
     Traits heard()
@@ -97,47 +85,6 @@ TEST_F(TraitStack, FamiliesThatAreNotKeptAreIgnored)
     EXPECT_EQ(travOnly->getNumVisualTraitStacks(), 0);
     EXPECT_EQ(log.onContext, Traits{});
     EXPECT_EQ(log.onDevice, Traits{});
-}
-
-TEST_F(TraitStack, VisualPushAndPopReachTheContextAtOnceAndTheCameraWhenDrawn)
-{
-    tbRef<VisualA> trait(new VisualA);
-    const int id = stack->getVisualStackID();
-    stack->pushTrait(trait.get(), context.get());
-    stack->pushTrait(trait.get(), context.get());
-    EXPECT_EQ(stack->getVisualStackID(), id + 2);
-    EXPECT_EQ(log.onDevice, Traits{});
-    EXPECT_EQ(drawn(), Traits{trait.get()});
-    EXPECT_EQ(drawn(), Traits{});
-    stack->popTrait(trait.get(), context.get());
-    EXPECT_EQ(drawn(), Traits{});
-    stack->popTrait(trait.get(), context.get());
-    EXPECT_EQ(log.onContext, (Traits{trait.get(), trait.get(), trait.get(), defaultOf<VisualA>()}));
-    EXPECT_EQ(drawn(), Traits{defaultOf<VisualA>()});
-}
-
-TEST_F(TraitStack, OwnTraitsAreUndoneByTheNextGeometry)
-{
-    tbRef<VisualA> a(new VisualA);
-    tbRef<VisualB> b(new VisualB);
-    EXPECT_EQ(drawn({a.get(), b.get()}), (Traits{a.get(), b.get()}));
-    EXPECT_EQ(drawn(), (Traits{defaultOf<VisualA>(), defaultOf<VisualB>()}));
-    EXPECT_EQ(drawn(), Traits{});
-}
-
-TEST_F(TraitStack, DefaultVisualTraitsAreRestoredOnceOrAllAtOnce)
-{
-    tbRef<VisualC> c(new VisualC);
-    drawn({c.get()});
-    log.clear();
-    stack->applyDefaultVisualTraits(nullptr);
-    EXPECT_EQ(log.onDevice, Traits{defaultOf<VisualC>()});
-    log.clear();
-    stack->applyDefaultVisualTraits(nullptr);
-    EXPECT_EQ(log.onDevice, Traits{});
-    stack->applyAllDefaultVisualTraits(nullptr);
-    EXPECT_EQ(log.onDevice, tbtest::visualDefaultsOf(*stack));
-    EXPECT_EQ(drawn(), Traits{});
 }
 
 // A trait of which each new one lies where the last one lay.
@@ -189,19 +136,19 @@ TEST_F(TraitStack, AudioTraitsReachTheListenerWhenTheyChange)
 TEST_F(TraitStack, ListsHoldTopsInTheOrderOfTheTypes)
 {
     tbRef<VisualA> a(new VisualA);
-    tbRef<VisualC> c(new VisualC);
-    tbRef<TravB> b(new TravB);
-    stack->pushTrait(c.get(), context.get());
-    stack->pushTrait(a.get(), context.get());
+    tbRef<VisualB> b(new VisualB);
+    tbRef<TravA> pushed(new TravA);
     stack->pushTrait(b.get(), context.get());
+    stack->pushTrait(a.get(), context.get());
+    stack->pushTrait(pushed.get(), context.get());
     int num = 0;
     const tbVisualTrait** visual = stack->getVisualTraits(tbTraitStack::TOP_LIST, num);
     ASSERT_EQ(num, 2);
     EXPECT_EQ(visual[0], a.get());
-    EXPECT_EQ(visual[1], c.get());
+    EXPECT_EQ(visual[1], b.get());
     const tbTravTrait** trav = stack->getTravTraits(tbTraitStack::TOP_LIST, num);
     ASSERT_EQ(num, 1);
-    EXPECT_EQ(trav[0], b.get());
+    EXPECT_EQ(trav[0], pushed.get());
     tbMemory::free(visual);
     tbMemory::free(trav);
 }

@@ -5,10 +5,14 @@
 #include <tamber/kernel/tbStats.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tamber/trav/tbTravPath.h>
+#include <tests/support/TestScene.h>
 
 #include <string>
 
 #include <gtest/gtest.h>
+
+using tbtest::addNew;
+using tbtest::named;
 
 namespace
 {
@@ -25,9 +29,7 @@ public:
     TRAV_STATE apply(tbGroup* group) override
     {
         visited += group->getName();
-        if (pruned == group->getName())
-            return TRAV_PRUNE;
-        return tbTraverser::apply(group);
+        return pruned == group->getName() ? TRAV_PRUNE : tbTraverser::apply(group);
     }
     void reset() override
     {
@@ -47,17 +49,10 @@ class Traverser : public testing::Test
 protected:
     Traverser()
     {
-        tbGroup* const nodes[] = {new tbGroup, new tbGroup,  new tbGroup,
-                                  new tbGroup, new tbSwitch, new tbGroup};
-        const int parents[] = {-1, 0, 1, 1, 0, 4};
-        for (int i = 0; i < 6; ++i)
-        {
-            nodes[i]->setName(std::string(1, char('a' + i)).c_str());
-            if (i > 0)
-                nodes[parents[i]]->addChild(nodes[i]);
-        }
-        static_cast<tbSwitch*>(nodes[4])->allOn();
-        root = nodes[0];
+        tbGroup* b = addNew(root.get(), named("b", new tbGroup));
+        b->addChild(named("c", new tbGroup));
+        b->addChild(named("d", new tbGroup));
+        addNew(root.get(), named("e", new tbSwitch))->addChild(named("f", new tbGroup));
     }
     std::string walk()
     {
@@ -66,7 +61,7 @@ protected:
     }
     int depth() const { return traverser->getTravContext()->getTravStack().getNum(); }
 
-    tbRef<tbGroup> root;
+    tbRef<tbGroup> root{named("a", new tbGroup)};
     tbRef<NameTraverser> traverser{new NameTraverser};
 };
 
@@ -132,20 +127,16 @@ TEST_F(Traverser, TypeBreakPointsTellDerivedTypesApart)
     EXPECT_EQ(walk(), "a");
 }
 
-TEST_F(Traverser, HoldsItsBreakPointAndContext)
+TEST_F(Traverser, CopiesHoldItsBreakPointAndContext)
 {
-    tbRef<tbGroup> group(new tbGroup);
-    tbRef<tbTravContext> context(new tbTravContext);
-    tbRef<tbTraverser> plain(new tbTraverser);
-    plain->setGroupBreakPoint(group.get());
-    plain->setGroupBreakPoint(group.get());
-    plain->setTravContext(context.get());
-    tbRef<tbBase> copy(plain->createCopy());
-    EXPECT_EQ(group->getRefCount(), 3);
-    EXPECT_EQ(context->getRefCount(), 3);
-    copy.reset();
-    plain.reset();
-    EXPECT_EQ(group->getRefCount(), 1);
-    EXPECT_EQ(context->getRefCount(), 1);
+    const tbRef<tbTravContext> context(new tbTravContext);
+    {
+        const tbRef<tbTraverser> plain(new tbTraverser);
+        plain->setGroupBreakPoint(root.get());
+        plain->setTravContext(context.get());
+        const tbRef<tbBase> copy(plain->createCopy());
+        EXPECT_EQ(root->getRefCount() + context->getRefCount(), 3 + 3);
+    }
+    EXPECT_EQ(root->getRefCount() + context->getRefCount(), 1 + 1);
 }
 } // namespace

@@ -87,12 +87,9 @@ public:
     VisualWalk()
     {
         log.clear();
-        stack = new tbTraitStack(tbTraitStack::VISUAL_STACK, true);
         log.stack = stack.get();
-        defaults = tbtest::visualDefaultsOf(*stack);
-        stack->applyAllDefaultVisualTraits(nullptr);
-        device = defaults;
-        log.clear();
+        device.resize(defaults.size());
+        startWalk(true);
     }
     ~VisualWalk()
     {
@@ -102,56 +99,84 @@ public:
 
     void push(tbVisualTrait* trait)
     {
+        const int id = stack->getVisualStackID();
         stack->pushTrait(trait, context.get());
         styles.push_back(trait);
+        expectOnContext(trait->getType(), stack->getVisualStackID() != id);
     }
     void pop()
     {
-        stack->popTrait(static_cast<tbVisualTrait*>(const_cast<tbTrait*>(styles.back())), context.get());
+        const int id = stack->getVisualStackID();
+        auto* trait = static_cast<tbVisualTrait*>(const_cast<tbTrait*>(styles.back()));
+        stack->popTrait(trait, context.get());
         styles.pop_back();
+        expectOnContext(trait->getType(), stack->getVisualStackID() != id);
     }
-    void startWalk()
+    void startWalk(bool setAll)
     {
         styles.clear();
         stack->reset(true);
+        if (setAll)
+        {
+            std::fill(device.begin(), device.end(), nullptr);
+            stack->applyAllDefaultVisualTraits(nullptr);
+        }
+        else
+            stack->applyDefaultVisualTraits(nullptr);
+        expectOnDevice(defaults);
     }
     void draw(std::vector<const tbVisualTrait*> own)
     {
-        log.onDevice.clear();
         stack->applyVisualTraitStacks(nullptr);
         stack->applyTraits(nullptr, int(own.size()), own.data());
+        std::vector<const tbTrait*> expected = allInEffect();
+        for (const tbVisualTrait* trait : own)
+            slotOf(expected, trait->getType()) = trait;
+        expectOnDevice(expected);
+    }
+    std::size_t depth() const { return styles.size(); }
+
+private:
+    std::vector<const tbTrait*> allInEffect() const
+    {
+        std::vector<const tbTrait*> traits = defaults;
+        for (const tbTrait*& trait : traits)
+            if (const tbTrait* effective = inEffect(styles, trait->getType()))
+                trait = effective;
+        return traits;
+    }
+    // The context is told at once, the camera when something is drawn.
+    void expectOnContext(const tbType* type, bool changed)
+    {
+        std::vector<const tbTrait*> expected = allInEffect();
+        EXPECT_EQ(log.onContext,
+                  changed ? std::vector{slotOf(expected, type)} : std::vector<const tbTrait*>{});
+        log.clear();
+    }
+    void expectOnDevice(const std::vector<const tbTrait*>& expected)
+    {
         for (const tbTrait* trait : log.onDevice)
         {
             const tbTrait*& current = slotOf(device, trait->getType());
             EXPECT_NE(current, trait) << "set again";
             current = trait;
         }
-        std::vector<const tbTrait*> expected;
-        for (const tbTrait* trait : defaults)
-        {
-            const tbTrait* effective = inEffect(styles, trait->getType());
-            expected.push_back(effective ? effective : trait);
-        }
-        for (const tbVisualTrait* trait : own)
-            slotOf(expected, trait->getType()) = trait;
+        log.clear();
         EXPECT_EQ(device, expected);
     }
-    std::size_t depth() const { return styles.size(); }
-
-private:
-    static const tbTrait*& slotOf(std::vector<const tbTrait*>& traits, const tbType* type)
+    const tbTrait*& slotOf(std::vector<const tbTrait*>& traits, const tbType* type) const
     {
         std::size_t i = 0;
-        while (traits[i]->getType() != type)
+        while (defaults[i]->getType() != type)
             ++i;
         return traits[i];
     }
 
     TraitLog& log = TraitLog::get();
     tbRef<tbTravContext> context{new tbTravContext};
-    tbRef<tbTraitStack> stack;
+    tbRef<tbTraitStack> stack{new tbTraitStack(tbTraitStack::VISUAL_STACK, true)};
     std::vector<const tbTrait*> styles;
-    std::vector<const tbTrait*> defaults;
+    std::vector<const tbTrait*> defaults = tbtest::visualDefaultsOf(*stack);
     std::vector<const tbTrait*> device;
 };
 
@@ -168,7 +193,7 @@ TEST(TraitStackModel, TheCameraHasWhatIsInEffectAndNothingIsSetTwice)
     {
         const auto action = random() % 20;
         if (action == 0)
-            walk.startWalk();
+            walk.startWalk(random() % 4 == 0);
         else if (action < 6 && walk.depth() < 8)
         {
             tbVisualTrait* const picked[] = {styleA.pick(random), styleB.pick(random)};
