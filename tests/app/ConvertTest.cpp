@@ -2,7 +2,6 @@
 
 #include "Program.h"
 
-#include <tests/support/Environment.h>
 #include <tests/support/TempFile.h>
 
 #include <gtest/gtest.h>
@@ -68,10 +67,5 @@ TEST(Convert, ForeignModelsAreTheSameFromAChild)
     expectRun("convert \"" TAMBER_TOWN "\" child.tb", 0);
     expectRun("--in-process convert \"" TAMBER_TOWN "\" here.tb", 0);
     expectRun("diff child.tb here.tb", 0);
-
-    setVariable("TAMBER_IMPORT_PROGRAM", "nowhere");
-    expectRun("convert \"" TAMBER_TOWN "\" child.tb", 1, {"TAMBER_IMPORT_PROGRAM names no program"});
-    expectRun("convert --in-process \"" TAMBER_TOWN "\" here.tb", 0);
-    expectRun("convert child.tb again.tb", 0); // a native file needs no child
 }
 #endif

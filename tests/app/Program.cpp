@@ -4,10 +4,9 @@
 #include <tamber/graph/tbModel.h>
 #include <tamber/io/tbLoader.h>
 #include <tamber/kernel/tbRef.h>
-#include <tamber/render/tbVertexArray.h>
+#include <tests/support/Vertices.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <sstream>
 
@@ -52,11 +51,8 @@ bool holds(const std::string& text, const std::string& part)
 void writeRow(const char* path)
 {
     const unsigned int indices[] = {0, 1, 2};
-    const float points[] = {0, 0, 0, 1, 0, 0, 0, 0, 1};
-    auto* vertices = new tbVertexArray(3, tbVertexArray::VT_POSITION);
-    std::memcpy(vertices->getData(), points, sizeof(points));
     const tbRef<tbMesh> mesh = new tbMesh;
-    mesh->set(tbMesh::TRIANGLES, vertices, indices, 3);
+    mesh->set(tbMesh::TRIANGLES, makeVertices({{0, 0, 0}, {1, 0, 0}, {0, 0, 1}}), indices, 3);
     mesh->setNodeFlags(tbGroup::NODE_SHARE);
     const tbRef<tbModel> model = new tbModel;
     for (int i = 0; i < 4; ++i)

@@ -23,6 +23,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <thread>
@@ -240,16 +241,33 @@ struct Frame
     float distance = 0;
 };
 
-/// Parents and children of nodes, by their names.
-std::string describe(const tbGroup* node)
+/// Ten nodes in a graph and two of their own.
+std::vector<tbRef<tbGroup>> makeNodes()
 {
-    std::string text = node->getName() + std::string("(");
-    for (const tbGroup* parent : node->getParents())
-        text += parent->getName();
-    text += ")[";
-    for (const tbGroup* child : node->getChildren())
-        text += describe(child);
-    return text + "]";
+    std::vector<tbRef<tbGroup>> node;
+    for (int i = 0; i < 12; ++i)
+        node.emplace_back(i % 4 == 1 ? new tbSwitch : i % 4 == 3 ? new tbRangeSwitch : new tbGroup);
+    for (std::size_t i = 1; i < 10; ++i)
+        node[(i - 1) / 2]->addChild(node[i].get());
+    for (const std::size_t parent : {1u, 2u, 3u})
+        node[parent]->addChild(node[9].get());
+    return node;
+}
+
+/// Parents and children of nodes, by their places.
+std::string describe(const std::vector<tbRef<tbGroup>>& nodes)
+{
+    std::string text;
+    const auto append = [&](const tbGroup* node)
+    { text += ' ' + std::to_string(std::find(nodes.begin(), nodes.end(), node) - nodes.begin()); };
+    for (const tbRef<tbGroup>& node : nodes)
+    {
+        text += "\nparents";
+        std::for_each(node->getParents().begin(), node->getParents().end(), append);
+        text += " children";
+        std::for_each(node->getChildren().begin(), node->getChildren().end(), append);
+    }
+    return text;
 }
 
 } // namespace
@@ -295,65 +313,41 @@ TEST_F(Allocation, FrameAfterAnInterruptedOneIsWhole)
 
 TEST_F(Allocation, EditsAreDoneOrNot)
 {
-    struct Graph
-    {
-        Graph()
-        {
-            for (int i = 0; i < 12; ++i)
-            {
-                node[i] = i % 4 == 1 ? new tbSwitch : i % 4 == 3 ? new tbRangeSwitch : new tbGroup;
-                node[i]->setName(std::string(1, char('a' + i)).c_str());
-            }
-            for (int i = 1; i < 10; ++i)
-                node[(i - 1) / 2]->addChild(node[i].get());
-            for (const int parent : {1, 2, 3})
-                node[parent]->addChild(node[9].get());
-        }
-        std::string text() const
-        {
-            std::string all;
-            for (const tbRef<tbGroup>& each : node)
-                all += describe(each.get()) + "\n";
-            return all;
-        }
-
-        tbRef<tbGroup> node[12];
-    };
-    using Edit = void (*)(Graph&);
+    using Nodes = std::vector<tbRef<tbGroup>>;
+    using Edit = void (*)(Nodes&);
     const Edit edits[] = {
-        [](Graph& g) { g.node[1]->addChild(g.node[10].get()); },
-        [](Graph& g) { g.node[3]->insertChild(0, g.node[9].get()); },
-        [](Graph& g) { g.node[3]->insertChild(1, g.node[10].get()); },
-        [](Graph& g) { g.node[9]->detach(); },
-        [](Graph& g) { g.node[1]->remove(); },
-        [](Graph& g) { g.node[4]->remove(); },
-        [](Graph& g) { g.node[0]->remove(); },
-        [](Graph& g) { g.node[1]->replace(g.node[10].get()); },
-        [](Graph& g) { g.node[9]->replaceGraph(g.node[10].get()); },
-        [](Graph& g) { g.node[1]->insertBelow(g.node[10].get()); },
-        [](Graph& g) { g.node[9]->insertAbove(g.node[11].get()); },
-        [](Graph& g) { g.node[1]->removeChildren(); },
+        [](Nodes& node) { node[1]->addChild(node[10].get()); },
+        [](Nodes& node) { node[3]->insertChild(0, node[9].get()); },
+        [](Nodes& node) { node[3]->insertChild(1, node[10].get()); },
+        [](Nodes& node) { node[9]->detach(); },
+        [](Nodes& node) { node[1]->remove(); },
+        [](Nodes& node) { node[4]->remove(); },
+        [](Nodes& node) { node[0]->remove(); },
+        [](Nodes& node) { node[1]->replace(node[10].get()); },
+        [](Nodes& node) { node[9]->replaceGraph(node[10].get()); },
+        [](Nodes& node) { node[1]->insertBelow(node[10].get()); },
+        [](Nodes& node) { node[9]->insertAbove(node[11].get()); },
+        [](Nodes& node) { node[1]->removeChildren(); },
     };
     for (const Edit edit : edits)
     {
         SCOPED_TRACE(&edit - edits);
-        Graph done;
-        const std::string unedited = done.text();
-        edit(done);
-        const std::string after = done.text();
-        std::unique_ptr<Graph> graph;
+        Nodes nodes = makeNodes();
+        const std::string unedited = describe(nodes);
+        edit(nodes);
+        const std::string after = describe(nodes);
         sweep({[&]
                {
-                   edit(*graph);
+                   edit(nodes);
                    return true;
                },
                [&](bool)
                {
-                   const std::string now = graph->text();
-                   EXPECT_TRUE(now == unedited || now == after) << unedited << "became\n" << now;
-                   graph.reset();
+                   const std::string now = describe(nodes);
+                   EXPECT_TRUE(now == unedited || now == after) << unedited << "\nbecame" << now;
+                   nodes.clear();
                },
-               [&] { graph = std::make_unique<Graph>(); }});
+               [&] { nodes = makeNodes(); }});
     }
 }
 

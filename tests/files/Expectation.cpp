@@ -3,7 +3,7 @@
 #include <tests/files/Listing.h>
 #include <tests/files/WholeFile.h>
 
-#include <tamber/kernel/tbMessage.h>
+#include <tests/support/Messages.h>
 
 #include <filesystem>
 #include <fstream>
@@ -21,40 +21,21 @@ const char* nameOf(tbFile::FILE_ERROR error)
     return error >= 0 && error < int(std::size(names)) ? names[error] : "none of the errors";
 }
 
-std::string said;
-
-// The library's messages while it lives.
-class Listening
-{
-public:
-    Listening()
-    {
-        said.clear();
-        before = tbSetMessageFunc([](const char* text) { said += text; });
-    }
-    Listening(const Listening&) = delete;
-    Listening& operator=(const Listening&) = delete;
-    ~Listening() { tbSetMessageFunc(before); }
-
-private:
-    tbMessageFunc before;
-};
 } // namespace
 
 Expectation Expectation::ofFile(const std::string& path)
 {
-    const Listening listening;
     Expectation result;
     result.file = std::filesystem::path(path).filename().string();
+    takeMessages();
     const WholeFile file(path);
     result.lines.push_back(std::string(file.opened ? "read " : "open ") + nameOf(file.error));
     std::string last;
-    std::istringstream in(said);
-    for (std::string line; std::getline(in, line);)
+    for (const std::string& line : takeMessages())
         result.lines.push_back("says " + (last = withoutPath(line, path)));
     if (file.text != last)
         result.lines.push_back("text " + file.text);
-    std::istringstream graph(file.opened ? listShortly(file.roots()) : std::string());
+    std::istringstream graph(file.opened ? listShortly(file.objects) : std::string());
     for (std::string line; std::getline(graph, line);)
         result.lines.push_back("holds " + line);
     return result;

@@ -358,15 +358,15 @@ std::string listGraph(const tbBase* root)
     return text;
 }
 
-std::string listShortly(const std::vector<tbBase*>& roots)
+std::string listShortly(const std::vector<tbRef<tbBase>>& roots)
 {
     constexpr std::size_t MOST_LINES = 12;
     std::unordered_map<const tbBase*, int> numbers;
     std::vector<const tbBase*> objects;
     Line heads(numbers, objects);
     heads.text = "roots";
-    for (const tbBase* root : roots)
-        heads.object(root);
+    for (const tbRef<tbBase>& root : roots)
+        heads.object(root.get());
     const std::vector<std::string> lines = listAll(numbers, objects);
     std::string text = shortened(heads.text) + "\n";
     for (std::size_t i = 0; i < std::min(lines.size(), MOST_LINES); ++i)

@@ -1,10 +1,11 @@
 // What a graph holds as text, for comparing with what a file is expected to hold.
 #pragma once
 
+#include <tamber/kernel/tbBase.h>
+#include <tamber/kernel/tbRef.h>
+
 #include <string>
 #include <vector>
-
-class tbBase;
 
 namespace tbtest
 {
@@ -13,5 +14,5 @@ namespace tbtest
 std::string listGraph(const tbBase* root);
 /// The same for several roots, after a line that tells which of them are null. Only the first lines come, then how
 /// many more; what is long is cut to its beginning, its length and a checksum.
-std::string listShortly(const std::vector<tbBase*>& roots);
+std::string listShortly(const std::vector<tbRef<tbBase>>& roots);
 } // namespace tbtest

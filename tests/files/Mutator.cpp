@@ -99,22 +99,20 @@ void Mutator::changeWord(std::string& bytes, std::size_t place)
 std::uint32_t Mutator::interestingWord(const std::string& bytes)
 {
     constexpr std::uint32_t NOT_A_NUMBER = 0x7FC00000, INFINITE = 0x7F800000, MINUS_INFINITE = 0xFF800000;
-    const std::uint32_t words[] = {0,
-                                   1,
-                                   2,
-                                   0xFFFFFFFF,
-                                   0x7FFFFFFF,
-                                   0x80000000,
-                                   0x40000001,
-                                   0x20000000,
-                                   NOT_A_NUMBER,
-                                   INFINITE,
-                                   MINUS_INFINITE,
-                                   std::uint32_t(bytes.size()),
-                                   std::uint32_t(below(bytes.size())),
-                                   std::uint32_t(below(64)),
-                                   std::uint32_t(random())};
-    return words[below(std::size(words))];
+    constexpr std::uint32_t WORDS[] = {0,
+                                       1,
+                                       2,
+                                       0xFFFFFFFF,
+                                       0x7FFFFFFF,
+                                       0x80000000,
+                                       0x40000001,
+                                       0x20000000,
+                                       NOT_A_NUMBER,
+                                       INFINITE,
+                                       MINUS_INFINITE};
+    const std::size_t others[] = {bytes.size(), below(bytes.size()), below(64), std::size_t(random())};
+    const std::size_t which = below(std::size(WORDS) + std::size(others));
+    return which < std::size(WORDS) ? WORDS[which] : std::uint32_t(others[which - std::size(WORDS)]);
 }
 
 std::string Mutator::piece(const std::string& bytes)

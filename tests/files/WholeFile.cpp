@@ -104,14 +104,6 @@ WholeFile::WholeFile(const std::string& path, int most)
     text = withoutPath(file.getErrorText(), path);
 }
 
-std::vector<tbBase*> WholeFile::roots() const
-{
-    std::vector<tbBase*> all;
-    for (const tbRef<tbBase>& object : objects)
-        all.push_back(object.get());
-    return all;
-}
-
 tbRef<tbBase> saveAndRead(tbBase* object, const std::string& folder)
 {
     const std::string path = (std::filesystem::path(folder) / "saved.tb").string();

@@ -25,8 +25,6 @@ struct WholeFile
     /// The last error in words, without the path before it.
     std::string text;
     int numEntries;
-
-    std::vector<tbBase*> roots() const;
 };
 
 /// The same as another program would read it from a file that this one saved; null when it cannot be saved.

@@ -62,12 +62,12 @@ TEST_P(HostileFile, LeavesAGraphThatCanBeUsedAndSaved)
 {
     const tbtest::TempDirectory directory;
     const WholeFile file(path);
-    tbBase* root = file.objects.empty() ? nullptr : file.objects[0].get();
+    const tbRef<tbBase> root = file.objects.empty() ? nullptr : file.objects[0];
     const std::string before = tbtest::listShortly({root});
     if (root)
     {
-        const tbRef<tbBase> copy = tbtest::saveAndRead(root, directory.path(""));
-        EXPECT_EQ(tbtest::listShortly({copy.get()}), before);
+        const tbRef<tbBase> copy = tbtest::saveAndRead(root.get(), directory.path(""));
+        EXPECT_EQ(tbtest::listShortly({copy}), before);
         tbtest::useGraphs({copy});
     }
     tbtest::useGraphs(file.objects);
@@ -78,7 +78,7 @@ TEST_P(HostileFile, IsImportedAsItIsRead)
     const tbRef<tbBase> root = tbLoader::importFile(path.c_str());
     const WholeFile file(path, 1);
     const tbRef<tbBase> read = file.objects.empty() ? nullptr : file.objects[0];
-    EXPECT_EQ(tbtest::listShortly({root.get()}), tbtest::listShortly({read.get()}));
+    EXPECT_EQ(tbtest::listShortly({root}), tbtest::listShortly({read}));
     if (!root)
     {
         EXPECT_GT(std::string(tbLoader::getErrorMessage()).size(), expected.file.size());

@@ -3,6 +3,7 @@
 #include <tests/files/Expectation.h>
 #include <tests/files/Listing.h>
 #include <tests/files/WholeFile.h>
+#include <tests/support/Messages.h>
 
 #include <cstdio>
 #include <cstring>
@@ -10,6 +11,7 @@
 int main(int argc, char** argv)
 {
     tbtest::WholeFile::prepare();
+    tbtest::watchMessages();
     const bool graphOnly = argc > 1 && std::strcmp(argv[1], "-g") == 0;
     for (int i = graphOnly ? 2 : 1; i < argc; ++i)
     {

@@ -1,15 +1,12 @@
 // A file as it lies on the disk: what is understood of it, and that no byte is lost.
 #include <tests/native/Specimen.h>
-#include <tests/support/FileBuilder.h>
 #include <tests/support/RandomValues.h>
 
-#include <tamber/io/tbFile.h>
 #include <tests/support/TempFile.h>
 
 #include <gtest/gtest.h>
 
 using namespace native;
-using tbtest::FileBuilder;
 
 namespace
 {
@@ -31,40 +28,6 @@ std::vector<int> coverageOf(Image& image)
     return coverage;
 }
 } // namespace
-
-TEST(Image, TablesAndDataAreWhatTheLibraryReads)
-{
-    for (const bool swapped : {false, true})
-        for (const bool packed : {false, true})
-        {
-            const tbtest::TempDirectory directory;
-            const std::string path = directory.path("every.tb");
-            tbtest::writeAll(path, tbtest::everyClassFile(swapped, packed));
-            tbFile file;
-            ASSERT_TRUE(file.open(path.c_str(), "r"));
-            Findings findings;
-            Image image(openFileSource(path), findings);
-            EXPECT_EQ(image.getOrder(), swapped ? otherOrder(OWN_ORDER) : OWN_ORDER);
-            EXPECT_EQ(image.getHeader().version, file.getVersion());
-            ASSERT_EQ(image.getNumEntries(), file.getNumEntries());
-            int numPacked = 0;
-            for (int i = 0; i < image.getNumEntries(); ++i)
-            {
-                tbEntry* entry = file.getEntry(i);
-                ASSERT_TRUE(file.readEntry(entry)) << i;
-                std::vector<unsigned char> data;
-                ASSERT_TRUE(image.readData(i, data, findings)) << i;
-                EXPECT_EQ(image.getTagName(i), file.getTagDesc(entry->getTag())) << i;
-                EXPECT_TRUE(std::equal(data.begin(), data.end(),
-                                       static_cast<unsigned char*>(entry->getData()),
-                                       static_cast<unsigned char*>(entry->getData()) + entry->getDataSize()))
-                    << i;
-                numPacked += image.getEntries()[std::size_t(i)].compression == layout::RLE ? 1 : 0;
-            }
-            EXPECT_EQ(numPacked > 0, packed);
-            EXPECT_EQ(findings.count(), 0u);
-        }
-}
 
 TEST(Image, EveryByteBelongsToSomethingWhateverTheFileHolds)
 {

@@ -4,6 +4,7 @@
 #include <apps/tamber/native/Text.h>
 
 #include <random>
+#include <set>
 
 #include <gtest/gtest.h>
 
@@ -61,6 +62,9 @@ TEST(Text, FilesReadBackByteForByteInWords)
             const std::string bytes = everyClassFile(swapped, packed);
             const std::string text = dumped(bytes);
             EXPECT_EQ(built(text), bytes);
+            EXPECT_EQ(text.starts_with(HEADER), !swapped);
+            EXPECT_EQ(text.find(" packed") != text.npos, packed) << text.substr(0, 1000);
+            // A byte between fields that is not zero, or that no field has, would be one of these.
             for (const char* odd :
                  {"\nfile", "raw ", "patch ", "\n  rest", "offset=", "size=", "length ", "tag "})
                 EXPECT_EQ(text.find(odd), text.npos) << odd;
@@ -71,6 +75,18 @@ TEST(Text, FilesReadBackByteForByteInWords)
                   "\n  vertices position normal color texCoords0 texCoords1\n", "\n  states off on\n"})
                 EXPECT_NE(text.find(line), text.npos) << line;
         }
+}
+
+TEST(Text, TheFileOfEveryClassHoldsAllThatAreStored)
+{
+    const Image image = tbtest::imageOf(everyClassFile());
+    std::set<std::string> held;
+    for (int i = 0; i < image.getNumEntries(); ++i)
+        held.insert(image.getTagName(i));
+    for (const ClassInfo& info : knownClasses())
+        EXPECT_EQ(held.contains(info.name),
+                  info.nature == ClassInfo::OBJECT || info.nature == ClassInfo::DATA)
+            << info.name;
 }
 
 // What each byte of a damaged file was goes through the text, too.

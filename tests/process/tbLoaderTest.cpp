@@ -199,22 +199,6 @@ TEST_F(Loader, FilesLoadOnlyBareNamesOfPlugInsAndEachOnce)
     EXPECT_EQ(countLines("more plug-ins than a file may list"), 1);
 }
 
-TEST_F(Loader, SearchStaysWhereThePolicyLetsIt)
-{
-    EXPECT_EQ(tbPlugIn::getSearchPolicy(), tbPlugIn::SEARCH_ALL);
-    tbPlugIn::setSearchPolicy(tbPlugIn::SEARCH_NONE);
-    tbLoader::initLoaders();
-    EXPECT_EQ(tbPlugIn::load("tbTestLoader.dll"), nullptr);
-    EXPECT_EQ(tbLoader::getNumLoaders(), 0);
-    EXPECT_NE(tbPlugIn::load(loaderFile.string().c_str()), nullptr) << "a path is taken as it is";
-    tbPlugIn::unloadAll();
-    tbPlugIn::setSearchPolicy(tbPlugIn::SEARCH_APP);
-    search("relative:;");
-    EXPECT_EQ(tbPlugIn::load("tbTestLoader.dll"), nullptr);
-    search(loaderFile.parent_path().string());
-    EXPECT_NE(tbPlugIn::load("tbTestLoader.dll"), nullptr);
-}
-
 TEST_F(Loader, ThatWasFoundOnceComesBackOnlyWhereThePolicyLetsIt)
 {
     const std::string thing = directory.write("thing.tst", "a thing");
