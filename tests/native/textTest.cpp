@@ -82,7 +82,7 @@ TEST(Text, TheFileOfEveryClassHoldsAllThatAreStored)
     const Image image = tbtest::imageOf(everyClassFile());
     std::set<std::string> held;
     for (int i = 0; i < image.getNumEntries(); ++i)
-        held.insert(image.getTagName(i));
+        held.emplace(image.getTagName(i));
     for (const ClassInfo& info : knownClasses())
         EXPECT_EQ(held.contains(info.name),
                   info.nature == ClassInfo::OBJECT || info.nature == ClassInfo::DATA)
