@@ -48,6 +48,8 @@ TEST(Program, CheckTellsSoundWarnedAndDamagedFilesApart)
     expectRun("check model.tb", 0, {"model.tb: sound\n"});
     expectRun("check warned.tb --json", 1, {"\"number\": 514"});
     expectRun("check damaged.tb --limit 1", 2, {"1 error, 1 warning, 0 notes; the first 1 are listed"});
+    expectRun("check damaged.tb", 2,
+              {": error 516 reference-range: entry 0 (tbGroup), byte 296: children: "});
 }
 
 // Neither needs the kernel, so neither minds that no module can be found.

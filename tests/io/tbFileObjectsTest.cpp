@@ -69,29 +69,6 @@ std::vector<int> numbersFrom(int first, int count)
     return numbers;
 }
 
-// The bytes of a file whose entries lie on those of the last entry before them that has any.
-std::string shareBytes(FileBuilder& builder)
-{
-    std::size_t dataBytes = 0;
-    for (const FileBuilder::Entry& entry : builder.entries)
-        dataBytes += entry.data.size();
-    const FileBuilder::Entry* owner = nullptr;
-    std::size_t place = builder.build().size() - dataBytes;
-    for (FileBuilder::Entry& entry : builder.entries)
-    {
-        if (!entry.data.empty())
-        {
-            entry.offset = std::uint32_t(place);
-            place += entry.data.size();
-            owner = &entry;
-        }
-        entry.offset = owner->offset;
-        entry.size = owner->size;
-        entry.compression = owner->compression;
-    }
-    return builder.build();
-}
-
 // A group with so many children of the class `name`, and below each of them the same leaves. All children lie on the same
 // bytes, and so do all leaves.
 std::string crowd(const char* name, int numChildren, int numLeaves)
@@ -101,11 +78,11 @@ std::string crowd(const char* name, int numChildren, int numLeaves)
     const auto group = [](int first, int number)
     { return Record().object().word(1).word(1).list(numbersFrom(first, number)); };
     builder.add("tbGroup", group(1, numChildren));
-    for (int i = 0; i < numChildren; ++i)
-        builder.add(name, i == 0 ? group(1 + numChildren, numLeaves) : Record());
-    for (int i = 0; i < numLeaves; ++i)
-        builder.add("tbGroup", i == 0 ? group(0, 0) : Record());
-    return shareBytes(builder);
+    builder.add(name, group(1 + numChildren, numLeaves));
+    builder.addOnSameBytes(name, numChildren - 1);
+    builder.add("tbGroup", group(0, 0));
+    builder.addOnSameBytes("tbGroup", numLeaves - 1);
+    return builder.build();
 }
 
 // A node with an array that is so many bytes long when it is packed, and with so many colliders on the same bytes.
@@ -124,9 +101,9 @@ std::string arrayAndColliders(int packedBytes, int numColliders)
     for (int i = 0; i < 11; ++i)
         collider.integer(0);
     collider.integer(numRays).bytes(std::string(28 * numRays + 4, '\0'));
-    for (int i = 0; i < numColliders; ++i)
-        builder.add("tbCollider", i == 0 ? collider : Record());
-    return shareBytes(builder);
+    builder.add("tbCollider", collider);
+    builder.addOnSameBytes("tbCollider", numColliders - 1);
+    return builder.build();
 }
 
 // Groups one below the other whose names are nearly the same bytes of the file.

@@ -93,14 +93,10 @@ std::string overBudget()
 {
     FileBuilder file;
     const std::vector<unsigned char> packed = pack(std::vector<unsigned char>(100'000'000));
-    for (int i = 0; i < 3; ++i)
-    {
-        FileBuilder::Entry& entry =
-            file.add("tbMaterial", i == 0 ? lengthAnd({packed.begin(), packed.end()}) : std::string());
-        entry.compression = RLE;
-        entry.size = 100'000'000;
-        entry.offset = HEADER_SIZE + TAG_SIZE + 3 * (RECORD_SIZE + RECORD_GAP);
-    }
+    FileBuilder::Entry& first = file.add("tbMaterial", lengthAnd({packed.begin(), packed.end()}));
+    first.compression = RLE;
+    first.size = 100'000'000;
+    file.addOnSameBytes("tbMaterial", 2);
     return file.build();
 }
 
@@ -485,24 +481,6 @@ TEST(Check, WhatTheLibraryRefusesOfTheHostileFilesHasAnError)
         EXPECT_TRUE(reads || hasError(findingsOf(tbtest::readAll(path)))) << path;
     }
     EXPECT_GT(refused, 50);
-}
-
-TEST(Check, FindingsBeyondTheLimitAreCounted)
-{
-    Specimen file;
-    for (int i = 0; i < 10; ++i)
-        file.setRecord(i, RECORD_COMPRESSION, 7);
-    Findings findings(3);
-    Image image(tbtest::sourceOf(file.bytes), findings);
-    EXPECT_EQ(findings.count(), 0u);
-    std::vector<unsigned char> data;
-    for (int i = 0; i < 10; ++i)
-        EXPECT_FALSE(image.readData(i, data, findings));
-    EXPECT_EQ(findings.getKept().size(), 3u);
-    EXPECT_EQ(findings.count(Kind::COMPRESSION_UNKNOWN), 10u);
-    EXPECT_EQ(findings.count(Severity::ERROR), 10u);
-    EXPECT_EQ(textOf(findings.getKept()[1]).find("error 311 compression-unknown: entry 1 (tb"), 0u)
-        << textOf(findings.getKept()[1]);
 }
 
 TEST(Check, TheDocumentIsThatOfTheTable)

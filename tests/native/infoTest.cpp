@@ -16,13 +16,6 @@ FileInfo infoOf(const std::string& bytes, Findings& findings)
     Image image(tbtest::sourceOf(bytes), findings);
     return collectInfo(image, findings);
 }
-
-const TagInfo* find(const FileInfo& info, std::string_view name)
-{
-    const auto place = std::find_if(info.tags.begin(), info.tags.end(),
-                                    [name](const TagInfo& tag) { return tag.name == name; });
-    return place == info.tags.end() ? nullptr : &*place;
-}
 } // namespace
 
 TEST(Info, TagsAreCountedAndPlugInsListed)
@@ -31,9 +24,6 @@ TEST(Info, TagsAreCountedAndPlugInsListed)
     const FileInfo info = infoOf(tbtest::specimenFile(), findings);
     EXPECT_EQ(findings.count(), 0u);
     EXPECT_EQ(info.length, tbtest::specimenFile().size());
-    ASSERT_NE(find(info, "tbMaterial"), nullptr);
-    EXPECT_EQ(find(info, "tbMaterial")->entries, 2u);
-    EXPECT_GT(find(info, "tbMaterial")->bytes, 100u);
     std::uint64_t entries = 0;
     std::uint64_t bytes = 0;
     for (const TagInfo& tag : info.tags)
@@ -43,11 +33,11 @@ TEST(Info, TagsAreCountedAndPlugInsListed)
     }
     EXPECT_EQ(entries, info.numEntries);
     EXPECT_EQ(bytes, info.bytes);
-    const auto portable =
-        std::find_if(info.plugIns.begin(), info.plugIns.end(),
-                     [](const PlugInInfo& plugIn) { return plugIn.module == "TBPORTABLEKERNEL.DLL"; });
-    ASSERT_NE(portable, info.plugIns.end());
-    EXPECT_EQ(portable->name, "Portable classes");
+    EXPECT_TRUE(std::any_of(info.plugIns.begin(), info.plugIns.end(),
+                            [](const PlugInInfo& plugIn) {
+                                return plugIn.module == "TBPORTABLEKERNEL.DLL" &&
+                                       plugIn.name == "Portable classes";
+                            }));
 }
 
 // Sizes add up beyond 32 bits, names are made printable, and what the directory cannot hold is left out.

@@ -1,11 +1,9 @@
 #include <tamber/platform/tbiProcess.h>
 
 #include <tests/support/TempFile.h>
+#include <tests/support/Threads.h>
 
 #include <gtest/gtest.h>
-
-#include <atomic>
-#include <thread>
 
 namespace
 {
@@ -76,20 +74,16 @@ TEST(Process, EndsAreToldApart)
 
 TEST(Process, SeveralAtOnceDoNotDisturbEachOther)
 {
-    std::vector<std::thread> threads;
     std::atomic<int> right = 0;
-    for (int i = 0; i < 6; ++i)
-        threads.emplace_back(
-            [i, &right]
-            {
-                const bool crashes = i % 2 != 0;
-                const tbiProcessEnd end =
-                    tbiRunProcess(crashes ? crash() : order({"exit", std::to_string(i)}));
-                right += end.how == (crashes ? tbiProcessEnd::STOPPED : tbiProcessEnd::EXITED) &&
-                         (crashes || end.code == unsigned(i));
-            });
-    for (std::thread& thread : threads)
-        thread.join();
+    tbtest::startThreads(
+        6,
+        [&right](int i)
+        {
+            const bool crashes = i % 2 != 0;
+            const tbiProcessEnd end = tbiRunProcess(crashes ? crash() : order({"exit", std::to_string(i)}));
+            right += end.how == (crashes ? tbiProcessEnd::STOPPED : tbiProcessEnd::EXITED) &&
+                     (crashes || end.code == unsigned(i));
+        });
     EXPECT_EQ(right, 6);
 }
 

@@ -82,6 +82,18 @@ FileBuilder::Entry& FileBuilder::addPacked(const std::string& className, const s
     return entry;
 }
 
+void FileBuilder::addOnSameBytes(const std::string& className, int number)
+{
+    Entry entry = entries.back();
+    entry.data.clear();
+    entry.onSameBytes = true;
+    for (int i = 0; i < number; ++i)
+    {
+        entry.tag = add(className, {}).tag;
+        entries.back() = entry;
+    }
+}
+
 std::string FileBuilder::build() const
 {
     std::string out;
@@ -100,12 +112,14 @@ std::string FileBuilder::build() const
         out += name;
     }
     std::size_t place = out.size() + (24 + gap) * entries.size();
+    std::size_t start = place;
     std::string data;
     for (const Entry& entry : entries)
     {
+        start = entry.onSameBytes ? start : place;
         out += inOrder(entry.magic, 4, false);
         put(entry.tag);
-        put(entry.offset != 0 ? entry.offset : place);
+        put(entry.offset != 0 ? entry.offset : start);
         put(entry.compression);
         put(entry.size);
         put(entry.version);

@@ -56,6 +56,7 @@ public:
         std::uint32_t compression = 0;
         std::uint32_t size = 0;
         std::uint32_t version = 0x01020000;
+        bool onSameBytes = false; // as those of the entry before it
     };
 
     explicit FileBuilder(bool otherOrder = false) : swapped(otherOrder) {}
@@ -64,6 +65,8 @@ public:
     Entry& add(const std::string& className, const std::string& data);
     /// The same with the data packed.
     Entry& addPacked(const std::string& className, const std::string& data);
+    /// So many more entries on the bytes of the last one.
+    void addOnSameBytes(const std::string& className, int number);
     Record record() const { return Record(swapped); }
     std::string build() const;
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <sstream>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -12,51 +13,34 @@ namespace tbtest
 {
 namespace
 {
-struct Lines
+struct Messages
 {
     std::mutex mutex;
-    std::string unfinished;
-    std::vector<std::string> came;
+    std::string came;
     std::vector<std::string> expected;
     std::vector<std::string> allowed;
 
-    void clear()
+    std::vector<std::string> takeLines()
     {
-        unfinished.clear();
-        came.clear();
-        expected.clear();
-        allowed.clear();
-    }
-
-    void receive(std::string_view text)
-    {
-        for (char c : text)
-        {
-            if (c == '\n')
-                came.push_back(std::exchange(unfinished, {}));
-            else
-                unfinished += c;
-        }
-    }
-
-    void finishLine()
-    {
-        if (!unfinished.empty())
-            came.push_back(std::exchange(unfinished, {}));
+        std::istringstream text(std::exchange(came, {}));
+        std::vector<std::string> lines;
+        for (std::string line; std::getline(text, line);)
+            lines.push_back(line);
+        return lines;
     }
 };
 
 // Messages may come while the process ends, after static objects are gone.
-Lines& lines()
+Messages& messages()
 {
-    static Lines* const theLines = new Lines;
-    return *theLines;
+    static Messages* const theMessages = new Messages;
+    return *theMessages;
 }
 
 void receiveMessage(const char* text)
 {
-    std::lock_guard guard(lines().mutex);
-    lines().receive(text);
+    std::lock_guard guard(messages().mutex);
+    messages().came += text;
 }
 
 bool holds(const std::string& line, const std::string& part)
@@ -68,31 +52,30 @@ class LineChecker : public testing::EmptyTestEventListener
 {
     void OnTestStart(const testing::TestInfo&) override
     {
-        std::lock_guard guard(lines().mutex);
-        lines().clear();
+        std::lock_guard guard(messages().mutex);
+        messages().came.clear();
+        messages().expected.clear();
+        messages().allowed.clear();
     }
 
     void OnTestEnd(const testing::TestInfo&) override
     {
-        std::lock_guard guard(lines().mutex);
-        Lines& all = lines();
-        all.finishLine();
-        for (const std::string& part : all.expected)
+        std::lock_guard guard(messages().mutex);
+        std::vector<std::string> lines = messages().takeLines();
+        for (const std::string& part : messages().expected)
         {
-            auto line = std::find_if(all.came.begin(), all.came.end(),
-                                     [&](const std::string& came) { return holds(came, part); });
-            if (line == all.came.end())
+            const auto line = std::find_if(lines.begin(), lines.end(),
+                                           [&](const std::string& came) { return holds(came, part); });
+            if (line == lines.end())
                 ADD_FAILURE() << "expected message did not come: " << part;
             else
-                all.came.erase(line);
+                lines.erase(line);
         }
-        for (const std::string& line : all.came)
-        {
-            if (std::none_of(all.allowed.begin(), all.allowed.end(),
+        const std::vector<std::string>& allowed = messages().allowed;
+        for (const std::string& line : lines)
+            if (std::none_of(allowed.begin(), allowed.end(),
                              [&](const std::string& part) { return holds(line, part); }))
                 ADD_FAILURE() << "unexpected message: " << line;
-        }
-        all.clear();
     }
 };
 } // namespace
@@ -105,20 +88,19 @@ void watchMessages()
 
 void expectMessage(std::string_view part, int times)
 {
-    std::lock_guard guard(lines().mutex);
-    lines().expected.insert(lines().expected.end(), static_cast<std::size_t>(times), std::string(part));
+    std::lock_guard guard(messages().mutex);
+    messages().expected.insert(messages().expected.end(), static_cast<std::size_t>(times), std::string(part));
 }
 
 void allowMessages(std::string_view part)
 {
-    std::lock_guard guard(lines().mutex);
-    lines().allowed.emplace_back(part);
+    std::lock_guard guard(messages().mutex);
+    messages().allowed.emplace_back(part);
 }
 
 std::vector<std::string> takeMessages()
 {
-    std::lock_guard guard(lines().mutex);
-    lines().finishLine();
-    return std::exchange(lines().came, {});
+    std::lock_guard guard(messages().mutex);
+    return messages().takeLines();
 }
 } // namespace tbtest

@@ -8,6 +8,7 @@
 #include <concepts>
 #include <functional>
 #include <thread>
+#include <vector>
 
 namespace tbtest
 {
@@ -35,6 +36,16 @@ template <class Work>
 void doElsewhere(Work work)
 {
     std::thread(work).join();
+}
+
+/// So many threads that do it, each told its number; they are joined when the list goes.
+template <class Work>
+std::vector<std::jthread> startThreads(int number, Work work)
+{
+    std::vector<std::jthread> threads;
+    for (int i = 0; i < number; ++i)
+        threads.emplace_back(work, i);
+    return threads;
 }
 
 /// An action made of a function; counts how often it was applied.

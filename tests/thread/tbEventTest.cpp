@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 using tbtest::FuncAction;
 
@@ -89,14 +88,12 @@ TEST(Event, OneTriggerWakesEveryThreadThatWaits)
     const tbRef<tbEvent> event = new tbEvent;
     constexpr int NUM_THREADS = 5;
     std::atomic<int> woken{0}, entered{0};
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < NUM_THREADS; ++i)
-        threads.emplace_back(
-            [&]
-            {
-                entered.fetch_add(1);
-                woken.fetch_add(event->waitForTrigger(10000));
-            });
+    const auto threads = tbtest::startThreads(NUM_THREADS,
+                                              [&](int)
+                                              {
+                                                  entered.fetch_add(1);
+                                                  woken.fetch_add(event->waitForTrigger(10000));
+                                              });
     ASSERT_TRUE(tbtest::comesTrue([&] { return entered == NUM_THREADS; }));
     tbtest::sleep(50);
     event->trigger(nullptr);

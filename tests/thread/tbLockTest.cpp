@@ -138,31 +138,25 @@ TEST(Lock, ExcludesUnderLoadAlsoWithTimeOutsAndReentry)
     const tbRef<tbLock> lock = new tbLock;
     int plain = 0; // the thread sanitizer watches it
     std::atomic<int> expected{0};
-    std::vector<std::jthread> threads;
-    for (int t = 0; t < 4; ++t)
-        threads.emplace_back(
-            [&, t]
-            {
-                for (int i = 0; i < 3000; ++i)
-                {
-                    if (t == 0)
-                        lock->acquire(1);
-                    else
-                        lock->acquire();
-                    if (!lock->isHeld())
-                        continue;
-                    if (i % 8 == 0)
-                        lock->acquire();
-                    ++plain;
-                    expected.fetch_add(1);
-                    if (i % 64 == 0)
-                        std::this_thread::yield();
-                    if (i % 8 == 0)
-                        lock->release();
-                    lock->release();
-                }
-            });
-    threads.clear();
+    tbtest::startThreads(4,
+                         [&](int t)
+                         {
+                             for (int i = 0; i < 3000; ++i)
+                             {
+                                 lock->acquire(t == 0 ? 1 : -1);
+                                 if (!lock->isHeld())
+                                     continue;
+                                 if (i % 8 == 0)
+                                     lock->acquire();
+                                 ++plain;
+                                 expected.fetch_add(1);
+                                 if (i % 64 == 0)
+                                     std::this_thread::yield();
+                                 if (i % 8 == 0)
+                                     lock->release();
+                                 lock->release();
+                             }
+                         });
     EXPECT_EQ(plain, expected);
     EXPECT_GE(plain, 9000);
 }

@@ -8,7 +8,6 @@
 #include <array>
 #include <deque>
 #include <random>
-#include <vector>
 
 TEST(Queue, NothingIsTakenFromAnEmptyOneAndNullIsRefused)
 {
@@ -97,17 +96,15 @@ TEST(Queue, LosesNothingBetweenThreads)
     constexpr int NUM_ITEMS = 4000;
     const tbRef<tbQueue> queue = new tbQueue(sizeof(int), 2);
     queue->setMode(tbQueue::GROW);
-    std::vector<std::jthread> writers;
-    for (int t = 0; t < 3; ++t)
-        writers.emplace_back(
-            [&, t]
-            {
-                for (int i = 0; i < NUM_ITEMS; ++i)
-                {
-                    const int item = t * NUM_ITEMS + i;
-                    queue->put(&item);
-                }
-            });
+    const auto writers = tbtest::startThreads(3,
+                                              [&](int t)
+                                              {
+                                                  for (int i = 0; i < NUM_ITEMS; ++i)
+                                                  {
+                                                      const int item = t * NUM_ITEMS + i;
+                                                      queue->put(&item);
+                                                  }
+                                              });
     std::array<int, 3> next{};
     int received = 0;
     EXPECT_TRUE(tbtest::comesTrue(

@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
-
 TEST(Semaphore, CountIsWhatItWasBeforeTheLastInc)
 {
     const tbRef<tbSemaphore> semaphore = new tbSemaphore;
@@ -62,17 +60,15 @@ TEST(Semaphore, EveryIncLetsExactlyOneThreadOn)
 {
     const tbRef<tbSemaphore> semaphore = new tbSemaphore;
     std::atomic<int> passed{0};
-    std::vector<std::jthread> threads;
-    for (int t = 0; t < 4; ++t)
-        threads.emplace_back(
-            [&]
-            {
-                for (int i = 0; i < 500; ++i)
-                {
-                    semaphore->dec();
-                    passed.fetch_add(1);
-                }
-            });
+    auto threads = tbtest::startThreads(4,
+                                        [&](int)
+                                        {
+                                            for (int i = 0; i < 500; ++i)
+                                            {
+                                                semaphore->dec();
+                                                passed.fetch_add(1);
+                                            }
+                                        });
     for (int i = 0; i < 1000; ++i)
     {
         semaphore->inc();
