@@ -1,9 +1,7 @@
-#include <tamber/action/tbAction.h>
-
 #include <tamber/action/tbActionNode.h>
+
 #include <tests/support/SavedCopy.h>
 #include <tests/support/TestScene.h>
-#include <tests/support/Threads.h>
 
 #include <gtest/gtest.h>
 
@@ -47,16 +45,6 @@ public:
 };
 
 } // namespace
-
-TEST(Action, ClassesMakeNoInstancesAndNoCopies)
-{
-    EXPECT_EQ(tbAction::createInstance(), nullptr);
-    EXPECT_EQ(tbActionNode::createInstance(), nullptr);
-    const tbRef<tbtest::FuncAction> action = new tbtest::FuncAction;
-    EXPECT_EQ(action->createCopy(), nullptr);
-    const tbRef<Uncopied> node = new Uncopied;
-    EXPECT_EQ(node->createCopy(), nullptr);
-}
 
 TEST(ActionNode, CopiesOfAGraphReferToTheNewNodesAndLeaveOutWhatHasNoCopy)
 {

@@ -78,31 +78,24 @@ TEST_F(SceneCalls, PassOverANodeThatLeavesTheListMeanwhile)
     EXPECT_EQ(updateOf(scene), "a");
 }
 
-TEST_F(SceneCalls, EndForDetachedAndDestroyedNodes)
-{
-    tbGroup* parent = scene.addGroup();
-    const tbRef<tbGroup> between(scene.addGroup(parent));
-    between->addChild(a.get());
-    scene->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, a.get());
-    auto* outside = new DirectNode('o');
-    outside->ref();
-    scene->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, outside);
-    EXPECT_EQ(updateOf(scene), "ao");
-    between->detach();
-    EXPECT_EQ(updateOf(scene), "o");
-    outside->unRef();
-    EXPECT_EQ(updateOf(scene), "");
-}
-
-TEST_F(SceneCalls, EndWithTheScene)
+TEST_F(SceneCalls, EndWithTheSceneAndForDetachedAndDestroyedNodes)
 {
     {
         tbtest::TestScene former;
         former->addChild(a.get());
         former->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, a.get());
     }
+    tbGroup* parent = scene.addGroup();
+    const tbRef<tbGroup> between(scene.addGroup(parent));
+    between->addChild(a.get());
     scene->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, a.get());
-    EXPECT_EQ(updateOf(scene), "a");
+    tbRef<DirectNode> outside(new DirectNode('o'));
+    scene->addDirectCall(tbScene::DIRECT_UPDATE_BEFORE, outside.get());
+    EXPECT_EQ(updateOf(scene), "ao");
+    between->detach();
+    EXPECT_EQ(updateOf(scene), "o");
+    outside.reset();
+    EXPECT_EQ(updateOf(scene), "");
 }
 
 TEST_F(SceneCalls, AreGivenUpByManyInAnyOrder)

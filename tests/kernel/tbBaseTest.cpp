@@ -1,6 +1,5 @@
 #include <tamber/kernel/tbBase.h>
 
-#include <tamber/kernel/tbArena.h>
 #include <tamber/kernel/tbRef.h>
 
 #include <gtest/gtest.h>
@@ -21,13 +20,8 @@ public:
     BaseTestNamed() { initInstance(); }
     explicit BaseTestNamed(const char* text) : BaseTestNamed() { setName(text); }
     BaseTestNamed(const BaseTestNamed& other) : tbBase(other) { initInstance(); }
-    BaseTestNamed(const BaseTestNamed& other, tbArena* arena) : tbBase(other, Disposable{arena}) {}
 
     tbBase* createCopy() const override { return new BaseTestNamed(*this); }
-    tbBase* createDisposableCopy(tbArena* arena) const override
-    {
-        return new (arena) BaseTestNamed(*this, arena);
-    }
 
 protected:
     ~BaseTestNamed() override
@@ -111,17 +105,4 @@ TEST(Base, LongChainsOfAttributesDieOnAnOrdinaryStack)
     }
     first->unRef();
     EXPECT_EQ(BaseTestNamed::getNum(false), before);
-}
-
-TEST(Base, DisposableCopiesLeaveNoTrace)
-{
-    tbRef<BaseTestNamed> source = new BaseTestNamed("leaf");
-    const int before = BaseTestNamed::getNum(false);
-    tbArena arena;
-    const std::size_t bytes = tbMemory::getSize();
-    const tbBase* copy = source->createDisposableCopy(&arena);
-    EXPECT_STREQ(copy->getName(), "leaf");
-    EXPECT_NE(copy->getName(), source->getName());
-    EXPECT_EQ(BaseTestNamed::getNum(false), before);
-    EXPECT_EQ(tbMemory::getSize(), bytes);
 }

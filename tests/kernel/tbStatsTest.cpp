@@ -21,19 +21,6 @@ protected:
     tbRef<tbStats> stats{new tbStats(tbTraitStack::AUDIO_STACK | tbTraitStack::TRAV_STACK)};
 };
 
-TEST_F(Stats, CountsTheKindsItWasMadeFor)
-{
-    stats->incCount(visual.get());
-    stats->incCount(audio.get());
-    stats->incCount(trav.get());
-    stats->incCount(trav.get());
-    stats->incCount(group.get());
-    EXPECT_EQ(stats->getCount(VisualA::type()), 0);
-    EXPECT_EQ(stats->getCount(AudioA::type()), 1);
-    EXPECT_EQ(stats->getCount(TravA::type()), 2);
-    EXPECT_EQ(stats->getCount(tbGroup::getClassType()), 1);
-}
-
 TEST_F(Stats, TypesMadeLaterCountAfterTheNextReset)
 {
     using Late = tbtest::RecordingTrait<tbTravTrait, 50>;
@@ -67,23 +54,27 @@ TEST_F(Stats, TotalsAddUpUntilReset)
     EXPECT_EQ(stats->getCount(tbGroup::getClassType()), 0);
 }
 
-TEST_F(Stats, CopiesCountTheSameKindsOnTheirOwn)
+TEST_F(Stats, CountTheKindsTheyWereMadeForAndCopiesOnTheirOwn)
 {
     stats->incCount(trav.get());
     stats->addFrame(1.0);
     tbRef<tbStats> copy(static_cast<tbStats*>(stats->createCopy()));
     tbRef<tbStats> assigned(new tbStats(tbTraitStack::VISUAL_STACK));
     *assigned = *stats;
-    stats->reset();
-    for (tbStats* other : {copy.get(), assigned.get()})
+    for (tbStats* each : {stats.get(), copy.get(), assigned.get()})
     {
-        EXPECT_EQ(other->getNumFrames(), 1);
-        other->incCount(visual.get());
-        other->incCount(trav.get());
-        EXPECT_EQ(other->getCount(TravA::type()), 2);
-        other->reset();
-        other->incCount(visual.get());
-        EXPECT_EQ(other->getCount(VisualA::type()), 0);
+        EXPECT_EQ(each->getNumFrames(), 1);
+        EXPECT_EQ(each->getCount(TravA::type()), 1);
+        each->reset();
+        each->incCount(visual.get());
+        each->incCount(audio.get());
+        each->incCount(trav.get());
+        each->incCount(trav.get());
+        each->incCount(group.get());
+        EXPECT_EQ(each->getCount(VisualA::type()), 0);
+        EXPECT_EQ(each->getCount(AudioA::type()), 1);
+        EXPECT_EQ(each->getCount(TravA::type()), 2);
+        EXPECT_EQ(each->getCount(tbGroup::getClassType()), 1);
     }
 }
 } // namespace

@@ -3,6 +3,7 @@
 #include <tamber/kernel/tbBase.h>
 #include <tamber/kernel/tbRef.h>
 #include <tests/support/FileNode.h>
+#include <tests/support/TestScene.h>
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,7 @@
 #include <vector>
 
 using tbtest::FileNode;
+using tbtest::named;
 
 namespace
 {
@@ -97,10 +99,9 @@ TEST(Type, UnknownAndAbstractNamesMakeNothing)
 
 TEST(Type, EnumeratesOwnInstancesBeforeThoseOfDerivedTypes)
 {
-    tbRef<tbBase> bird1 = new TypeTestBird, animal = new FileNode, bird2 = new TypeTestBird;
-    bird1->setName("bird1");
-    animal->setName("animal");
-    bird2->setName("bird2");
+    const tbRef<tbBase> bird1 = named("bird1", new TypeTestBird);
+    const tbRef<tbBase> animal = named("animal", new FileNode);
+    const tbRef<tbBase> bird2 = named("bird2", new TypeTestBird);
     tbType* type = FileNode::getClassType();
     EXPECT_EQ(type->getNum(false), 1);
     EXPECT_EQ(names(type), (std::vector<std::string>{"animal", "bird1", "bird2"}));
@@ -110,10 +111,9 @@ TEST(Type, EnumeratesOwnInstancesBeforeThoseOfDerivedTypes)
 
 TEST(Type, FindStepsThroughInstancesOfOneName)
 {
-    tbRef<tbBase> a = new FileNode, b = new TypeTestBird, other = new TypeTestBird;
-    a->setName("x");
-    b->setName("X");
-    other->setName("y");
+    const tbRef<tbBase> a = named("x", new FileNode);
+    const tbRef<tbBase> b = named("X", new TypeTestBird);
+    const tbRef<tbBase> other = named("y", new TypeTestBird);
     EXPECT_EQ(FileNode::find("x", nullptr, true), a.get());
     EXPECT_EQ(FileNode::find("x", a.get(), true), b.get());
     EXPECT_EQ(FileNode::find("x", b.get(), true), nullptr);

@@ -4,7 +4,6 @@
 
 #include <tests/support/RecordingTraits.h>
 
-#include <array>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -14,8 +13,6 @@ using tbtest::TraitLog;
 
 namespace
 {
-constexpr tbTrait::MODE MODES[] = {tbTrait::OFF, tbTrait::ON, tbTrait::ON, tbTrait::OVERRIDE, tbTrait::FORCE};
-
 // The rule for what is in effect below nested styles, outermost first; null for the default.
 const tbTrait* inEffect(const std::vector<const tbTrait*>& styles, const tbType* type)
 {
@@ -37,14 +34,10 @@ struct Palette
 {
     using Trait = RecordingTrait<Family, Number>;
 
-    Palette()
-    {
-        for (int i = 0; i < 5; ++i)
-            traits[std::size_t(i)] = new Trait(MODES[i]);
-    }
     Trait* pick(std::mt19937& random) { return traits[random() % 5].get(); }
 
-    std::array<tbRef<Trait>, 5> traits;
+    const tbRef<Trait> traits[5] = {new Trait(tbTrait::OFF), new Trait(tbTrait::ON), new Trait(tbTrait::ON),
+                                    new Trait(tbTrait::OVERRIDE), new Trait(tbTrait::FORCE)};
 };
 
 TEST(TraitStackModel, TraversalTraitsInEffectAreOnTheContext)

@@ -129,9 +129,12 @@ TEST_F(KernelTraits, DisposableCopiesLiveInTheArenaUnregistered)
         trait->setApplyMode(tbTrait::OVERRIDE);
         trait->setName("fog");
         const int before = trait->getType()->getNum(true);
+        const std::size_t bytes = tbMemory::getSize();
         auto* copy = static_cast<tbTrait*>(trait->createDisposableCopy(&arena));
         EXPECT_TRUE(trait->isEqual(copy));
         EXPECT_STREQ(copy->getName(), "fog");
+        EXPECT_NE(copy->getName(), trait->getName());
+        EXPECT_EQ(tbMemory::getSize(), bytes);
         EXPECT_EQ(trait->getType()->getNum(true), before);
     }
     EXPECT_EQ(sort->createDisposableCopy(&arena), nullptr);
