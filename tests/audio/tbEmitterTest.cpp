@@ -4,7 +4,6 @@
 #include <tamber/audio/tbAudioLevelScale.h>
 #include <tamber/trav/tbPrune.h>
 #include <tamber/trav/tbTraitStack.h>
-#include <tamber/trav/tbTravContext.h>
 #include <tests/support/Matrices.h>
 #include <tests/support/Near.h>
 #include <tests/support/SavedCopy.h>
@@ -117,7 +116,6 @@ TEST_F(Listener, PrunedContextsTakeNoAudioTraits)
     prune->enable(true);
     const tbRef<tbAudioLevelScale> scale(new tbAudioLevelScale);
     listener->addTrait(scale.get());
-    listener->addTrait(static_cast<tbAudioTrait*>(nullptr));
     listener->addTrait(prune);
     EXPECT_EQ(scale->getRefCount(), 2);
     listener->getTravContext()->reset();

@@ -3,10 +3,8 @@
 #include <tamber/collide/tbColliderMask.h>
 #include <tamber/collide/tbColliderTarget.h>
 #include <tamber/collide/tbSphereFence.h>
-#include <tamber/math/tbQuat.h>
 #include <tamber/thread/tbEvent.h>
 #include <tamber/trav/tbTravPath.h>
-#include <tamber/volume/tbSphere.h>
 #include <tests/support/Matrices.h>
 #include <tests/support/Messages.h>
 #include <tests/support/Near.h>

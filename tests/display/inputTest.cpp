@@ -1,6 +1,5 @@
 #include <tamber/display/tbKeyboard.h>
 #include <tamber/display/tbMouse.h>
-#include <tamber/kernel/tbRef.h>
 
 #include <plugins/null/tbNullWindow.h>
 

@@ -1,9 +1,6 @@
 #include <tamber/display/tbCamera.h>
 
-#include <tamber/kernel/tbRef.h>
-#include <tamber/math/tbMatrix.h>
 #include <tamber/trav/tbCull.h>
-#include <tamber/trav/tbPrune.h>
 #include <tamber/trav/tbTraitStack.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tamber/volume/tbBox.h>
@@ -12,6 +9,8 @@
 #include <plugins/null/tbNullWindow.h>
 
 #include <gtest/gtest.h>
+
+#include <array>
 
 #include <tests/support/Matrices.h>
 #include <tests/support/Near.h>
@@ -51,9 +50,7 @@ TEST_F(CameraTest, PlacementByMatrixAndByAnglesAgree)
     camera->setMatrix(placement());
     EXPECT_TRUE(near(camera->getXYZ(), tbVec3(1, 2, 3)));
     EXPECT_TRUE(near(camera->getHPR(), tbVec3(30, 20, 10), 1e-3f));
-    tbMatrix product;
-    product.mult(camera->getMatrix(), camera->getWorldToCameraMatrix());
-    EXPECT_TRUE(near(product, identity()));
+    EXPECT_TRUE(near(camera->getMatrix() * camera->getWorldToCameraMatrix(), identity()));
 
     tbRef<tbNullCamera> other = new tbNullCamera;
     other->setXYZHPR(tbVec3(1, 2, 3), tbVec3(30, 20, 10));
@@ -69,12 +66,10 @@ TEST_F(CameraTest, ScreenMatricesAreTheChainOfTheOthers)
     camera->makePerspProjMatrix(-1, 2, -0.5f, 1, 2, 500);
     const tbVec4 world(40.0f, 80.0f, 5.0f, 1.0f);
     EXPECT_TRUE(near(tbVec3(7, 8, 9) * tbCamera::getCameraToRenderingMatrix(), tbVec3(7, 9, -8))); // Y up
-    const tbVec4 rendering =
-        world * camera->getWorldToCameraMatrix() * tbCamera::getCameraToRenderingMatrix();
-    EXPECT_TRUE(near(rendering, world * camera->getWorldToRenderingMatrix(), 1e-3f));
-    EXPECT_TRUE(
-        near(rendering * camera->getProjectionMatrix(), world * camera->getWorldToScreenMatrix(), 1e-2f));
-    EXPECT_TRUE(near(world, rendering * camera->getRenderingToWorldMatrix(), 1e-3f));
+    const tbVec4 seen = world * camera->getWorldToCameraMatrix() * tbCamera::getCameraToRenderingMatrix();
+    EXPECT_TRUE(near(seen, world * camera->getWorldToRenderingMatrix(), 1e-3f));
+    EXPECT_TRUE(near(seen * camera->getProjectionMatrix(), world * camera->getWorldToScreenMatrix(), 1e-2f));
+    EXPECT_TRUE(near(world, seen * camera->getRenderingToWorldMatrix(), 1e-3f));
 }
 
 TEST_F(CameraTest, OnlyAChangeOfPlacementRecomputes)
@@ -90,7 +85,6 @@ TEST_F(CameraTest, OnlyAChangeOfPlacementRecomputes)
     camera->clearScreenMatricesChanged();
     camera->setProjectionMatrix(camera->getProjectionMatrix());
     EXPECT_TRUE(camera->screenMatricesChanged());
-    EXPECT_TRUE(camera->isClearEnabled());
 }
 
 TEST_F(CameraTest, ViewportIsCutToTheWindow)
@@ -101,12 +95,10 @@ TEST_F(CameraTest, ViewportIsCutToTheWindow)
     window->setSize(200, 100);
     camera->setViewport(50, 150, 0, 25);
     EXPECT_EQ(viewport(), tbVec4(0.25f, 0.75f, 0, 0.25f));
-    int l, r, b, t;
+    int sides[4];
     window->setSize(400, 1000);
-    camera->getViewport(l, r, b, t);
-    EXPECT_EQ(l, 100);
-    EXPECT_EQ(r, 300);
-    EXPECT_EQ(t, 250);
+    camera->getViewport(sides[0], sides[1], sides[2], sides[3]);
+    EXPECT_EQ(std::to_array(sides), (std::array{100, 300, 0, 250}));
 }
 
 TEST_F(CameraTest, WindowCoordinatesGoToTheWorldAndBack)
@@ -127,7 +119,7 @@ TEST_F(CameraTest, WindowCoordinatesGoToTheWorldAndBack)
     }
     tbVec3 centre;
     camera->getWindowCoords(tbVec3(0, 10, 0) * camera->getMatrix(), centre);
-    EXPECT_TRUE(near(tbVec3(centre[0], centre[1], 0), tbVec3(320, 360, 0), 0.01f));
+    EXPECT_TRUE(near(tbVec2(centre[0], centre[1]), tbVec2(320, 360), 0.01f));
 }
 
 TEST_F(CameraTest, CoordinatesStayNumbersInAWindowWithoutExtent)
@@ -152,21 +144,18 @@ TEST_F(CameraTest, WithoutWindowTheFallbacksHold)
     camera->makeOrthoProjMatrix(-1, 1, -1, 1, 1, 1000);
     EXPECT_EQ(camera->getProjectionMatrix(), identity());
     camera->setViewport(5, 6, 7, 8);
-    EXPECT_EQ(viewport()[1], 1.0f);
+    EXPECT_EQ(viewport(), tbVec4(0, 1, 0, 1));
     tbVec3 win(7, 7, 7);
     camera->getWindowCoords(tbVec3(1, 2, 3), win);
     EXPECT_EQ(win, tbVec3(0, 0, 0));
     camera->applyWindowViewport();
 }
 
-TEST_F(CameraTest, TraitsAreReferencedAndAppliedUnlessPruned)
+TEST_F(CameraTest, TraitsAreHeldAndAppliedWhereAStackIs)
 {
-    tbRef<tbCull> cull = new tbCull;
-    tbRef<tbPrune> prune = new tbPrune;
+    const tbRef<tbCull> cull = new tbCull;
     cull->setMask(0x400);
     camera->addTrait(cull.get());
-    camera->addTrait(static_cast<tbTravTrait*>(nullptr));
-    EXPECT_EQ(camera->getNumTravTraits(), 1);
     EXPECT_EQ(cull->getRefCount(), 2);
 
     camera->applyTraits();
@@ -175,9 +164,7 @@ TEST_F(CameraTest, TraitsAreReferencedAndAppliedUnlessPruned)
     context->reset();
     camera->applyTraits();
     EXPECT_EQ(context->anyFlags(0x5500), 0x400u);
-    camera->removeTrait(prune.get());
     camera->removeTrait(cull.get());
-    EXPECT_EQ(camera->getNumTravTraits(), 0);
     EXPECT_EQ(cull->getRefCount(), 1);
 }
 

@@ -1,6 +1,5 @@
 #include <tamber/math/tbMatrixStack.h>
 
-#include <tamber/math/tbVec3.h>
 #include <tests/support/Matrices.h>
 #include <tests/support/Near.h>
 

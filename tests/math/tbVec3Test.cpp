@@ -1,6 +1,5 @@
 #include <tamber/math/tbVec3.h>
 
-#include <tamber/math/tbVec2.h>
 #include <tests/support/Near.h>
 #include <tests/support/RandomValues.h>
 #include <tests/support/RootScope.h>
@@ -62,27 +61,6 @@ TEST(Vec3, NormalizeLeavesUnitVectorsAndZeroesTinyOnes)
     tbVec3 small(2e-6f, 0, 0);
     EXPECT_NEAR(small.normalize(), 2e-6f, 2e-9f);
     EXPECT_NEAR(small.x, 1.0f, 1e-3f);
-}
-
-TEST(Vec3, NormalizeIsAsPreciseAsTheRoots)
-{
-    const std::pair<TBSQRT_METHOD, float> cases[] = {{TBSQRT_TABLE_256, 1e-2f},
-                                                     {TBSQRT_TABLE_4K, 1e-3f},
-                                                     {TBSQRT_TABLE_16K, 3e-4f},
-                                                     {TBSQRT_EXACT, 1e-6f}};
-    tbtest::Random random(1);
-    for (const auto& [method, tolerance] : cases)
-    {
-        const tbtest::RootScope roots(method);
-        for (int i = 0; i < 1000; ++i)
-        {
-            const tbVec3 direction = random.direction();
-            const float length = random.number(0.01f, 1000.0f);
-            tbVec3 v(direction * length);
-            EXPECT_NEAR(v.normalize() / length, 1.0f, tolerance);
-            EXPECT_TRUE(near(v, direction, tolerance));
-        }
-    }
 }
 
 TEST(Vec3, HeadingAndPitchComeBack)

@@ -4,7 +4,6 @@
 #include <tamber/audio/tbAudioPriorityScale.h>
 #include <tamber/audio/tbEmitter.h>
 #include <tamber/kernel/tbStats.h>
-#include <tamber/trav/tbTravContext.h>
 #include <tests/support/Near.h>
 #include <tests/support/TestScene.h>
 

@@ -9,8 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
-
 using tbtest::makeCollider;
 using tbtest::makeVertices;
 using tbtest::NOT_A_NUMBER;

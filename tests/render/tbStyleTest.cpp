@@ -14,13 +14,6 @@ using Paint = tbtest::RecordingTrait<tbVisualTrait, 40>;
 using Glow = tbtest::RecordingTrait<tbVisualTrait, 41>;
 using Tone = tbtest::RecordingTrait<tbAudioTrait, 40>;
 
-class Style : public testing::Test
-{
-protected:
-    tbRef<tbStyle> style{new tbStyle};
-    tbRef<tbGroup> leaf{new tbGroup};
-};
-
 template <class Trait>
 tbRef<Trait> named(const char* name)
 {
@@ -53,6 +46,22 @@ public:
     const tbAudioTrait* tone = nullptr;
     const tbTravTrait* cull = nullptr;
     int visited = 0;
+};
+
+class Style : public testing::Test
+{
+protected:
+    Style() { style->addChild(leaf.get()); }
+    /// What is on top of the stack of a type when the walk is over.
+    template <class Type>
+    auto* topOf(const Type* type) const
+    {
+        return visitor->getTravContext()->getTraitStack()->getTop(type);
+    }
+
+    tbRef<tbStyle> style{new tbStyle};
+    const tbRef<tbGroup> leaf{new tbGroup};
+    const tbRef<Visitor> visitor{new Visitor};
 };
 
 } // namespace
@@ -131,45 +140,38 @@ TEST_F(Style, TraitsAreInForceBelowAndGoneAfterwards)
     lower->addTrait(blue);
     style->addChild(lower.get());
     lower->addChild(leaf.get());
-    const tbRef<Visitor> visitor = new Visitor;
     tbtest::TraitLog::get().clear();
     visitor->traverse(style.get());
     EXPECT_EQ(visitor->paint, blue);
     EXPECT_EQ(visitor->tone, style->getAudioTrait(0));
     EXPECT_EQ(visitor->cull, style->getTravTrait(0));
     EXPECT_EQ(tbtest::TraitLog::get().onContext, (std::vector<const tbTrait*>{red, blue, red}));
-    tbTraitStack* stack = visitor->getTravContext()->getTraitStack();
-    EXPECT_EQ(stack->getTop(Paint::type()), nullptr);
-    EXPECT_EQ(stack->getTop(tbCull::getClassType()), nullptr);
+    EXPECT_EQ(topOf(Paint::type()), nullptr);
+    EXPECT_EQ(topOf(tbCull::getClassType()), nullptr);
 }
 
 TEST_F(Style, StoppedWalkLeavesItsTraitsPushed)
 {
     auto* paint = new Paint;
     style->addTrait(paint);
-    style->addChild(leaf.get());
-    const tbRef<Visitor> visitor = new Visitor;
     visitor->stopAt = leaf.get();
     visitor->traverse(style.get());
-    EXPECT_EQ(visitor->getTravContext()->getTraitStack()->getTop(Paint::type()), paint);
+    EXPECT_EQ(topOf(Paint::type()), paint);
 }
 
 TEST_F(Style, PrunedTraversalSkipsTheNodeButPopsWhatItPushed)
 {
-    tbRef<tbPrune> prune = new tbPrune;
+    auto* prune = new tbPrune;
     prune->enable(true);
-    style->addTrait(prune.get());
-    style->addChild(leaf.get());
-    const tbRef<Visitor> visitor = new Visitor;
+    style->addTrait(prune);
     visitor->traverse(style.get());
     EXPECT_EQ(visitor->visited, 0);
-    EXPECT_EQ(visitor->getTravContext()->getTraitStack()->getTop(tbPrune::getClassType()), nullptr);
+    EXPECT_EQ(topOf(tbPrune::getClassType()), nullptr);
 }
 
 TEST_F(Style, ContextWithoutTraitStackStillWalks)
 {
     style->addTrait(new tbCull);
-    style->addChild(leaf.get());
     tbRef<tbTraverser> plain = new tbTraverser;
     plain->setTravContext(new tbTravContext);
     plain->setGroupBreakPoint(leaf.get());

@@ -1,7 +1,6 @@
 #include <tamber/render/tbVertexArray.h>
 
 #include <tamber/containers/tbTArray.h>
-#include <tamber/io/tbFile.h>
 #include <tamber/kernel/tbArena.h>
 #include <tamber/kernel/tbRef.h>
 #include <tamber/math/tbUByteVec4.h>
@@ -252,31 +251,4 @@ TEST(VertexArray, SetNumKeepsBytesAsTheyLieAndZeroesTheRest)
     EXPECT_EQ(array.getData(), nullptr);
     array.setNum(1, VA::VT_POSITION);
     EXPECT_EQ(static_cast<const float*>(array.getData())[0], 0.0f);
-}
-
-TEST(VertexArrayFile, SharedArrayIsWrittenOnceAndReadOnce)
-{
-    Held array(new tbVertexArray(7, VA::VT_NORMAL | VA::VT_COLOR | VA::VT_TEXCOORD2 | VA::COLOR_ARGB));
-    array->enableDynamic(true);
-    fillWithNumbers(*array, 3);
-    {
-        tbFile file;
-        ASSERT_TRUE(file.create("shared.vertices"));
-        tbEntry* holder = file.newEntry(file.newTag("holder"));
-        EXPECT_EQ(array->writeRef(&file, holder), array->writeRef(&file, holder));
-        EXPECT_EQ(file.getNumEntries(), 2);
-        ASSERT_TRUE(file.write());
-    }
-    tbFile file;
-    ASSERT_TRUE(file.open("shared.vertices", "r"));
-    tbEntry* holder = file.getEntry(0);
-    ASSERT_TRUE(file.readEntry(holder));
-    tbVertexArray* read = tbVertexArray::readRef(&file, holder);
-    ASSERT_NE(read, nullptr);
-    EXPECT_EQ(tbVertexArray::readRef(&file, holder), read);
-    EXPECT_TRUE(sameBytes(*read, *array));
-
-    const Held kept(read);
-    file.close();
-    EXPECT_EQ(kept->getRefCount(), 1);
 }

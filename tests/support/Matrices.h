@@ -2,6 +2,7 @@
 #pragma once
 
 #include <tamber/math/tbMatrix.h>
+#include <tamber/math/tbVec3.h>
 
 namespace tbtest
 {
@@ -23,6 +24,13 @@ inline tbMatrix scaling(float x, float y, float z)
 {
     tbMatrix m;
     m.makeScale(x, y, z);
+    return m;
+}
+
+inline tbMatrix rotation(float angle, const tbVec3& axis)
+{
+    tbMatrix m;
+    m.makeRot(angle, axis);
     return m;
 }
 

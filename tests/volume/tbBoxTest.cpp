@@ -22,16 +22,14 @@ tbBox cube()
 
 TEST(Box, IsEmptyByItsXAlone)
 {
-    tbBox box;
-    EXPECT_TRUE(box.isEmpty());
-    EXPECT_EQ(box.getMin()->y, std::numeric_limits<float>::max());
-    EXPECT_EQ(box.getMax()->z, -std::numeric_limits<float>::max());
+    constexpr float MOST = std::numeric_limits<float>::max();
+    EXPECT_EQ(tbBox(), tbBox(tbVec3(MOST, MOST, MOST), tbVec3(-MOST, -MOST, -MOST)));
+    EXPECT_TRUE(tbBox().isEmpty());
     EXPECT_FALSE(tbBox(tbVec3(0, 5, 5), tbVec3(0, -5, -5)).isEmpty());
-    box.setMin(tbVec3(0, 0, 0));
-    box.setMax(tbVec3(0, 0, 0));
-    EXPECT_EQ(box.contains(tbVec3(0, 0, 0)), tbVolume::INSIDE);
-    box.extendAround(cube());
-    EXPECT_EQ(box, cube());
+    tbBox point(tbVec3(0, 0, 0), tbVec3(0, 0, 0));
+    EXPECT_EQ(point.contains(tbVec3(0, 0, 0)), tbVolume::INSIDE);
+    point.extendAround(cube());
+    EXPECT_EQ(point, cube());
 }
 
 TEST(Box, TouchingIsPartialAndSpheresAcrossAMaximumFaceCountAsOutside)

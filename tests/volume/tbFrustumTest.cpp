@@ -1,6 +1,5 @@
 #include <tamber/volume/tbFrustum.h>
 
-#include <tamber/volume/tbBox.h>
 #include <tamber/volume/tbSphere.h>
 #include <tests/support/Near.h>
 #include <tests/support/RandomValues.h>
@@ -92,17 +91,12 @@ tbVolume::CONTAINMENT containmentByScheme(const tbFrustum& frustum, const Volume
 
 } // namespace
 
-TEST(Frustum, FromOpeningAngles)
+TEST(Frustum, CentreIsThatOfOneDiagonal)
 {
-    const tbFrustum frustum = wide();
-    EXPECT_NEAR(frustum.getLeft(), -1.0f, 1e-6f);
-    EXPECT_NEAR(frustum.getTop(), 1.0f, 1e-6f);
-    EXPECT_EQ(frustum.getNear(), 1.0f);
-    EXPECT_EQ(frustum.getFar(), 100.0f);
-    EXPECT_TRUE(frustum.isSymmetrical());
     tbVec3 center;
-    frustum.getCenter(center);
-    EXPECT_TRUE(near(center, tbVec3(49.5f, 50.5f, -49.5f), 1e-3f)); // of one diagonal
+    wide().getCenter(center);
+    EXPECT_TRUE(near(center, tbVec3(49.5f, 50.5f, -49.5f), 1e-3f));
+    EXPECT_TRUE(wide().isSymmetrical());
 }
 
 TEST(Frustum, PointsAgreeWithTheDefinition)
@@ -219,11 +213,10 @@ TEST(Frustum, GoesThroughAFileWithItsCorners)
         tbFrustum back;
         EXPECT_EQ(tbtest::storeAndLoad(frustum, back), 18 * 20 + 16);
         for (int face = 0; face < tbFrustum::NUM_FACES; ++face)
-            EXPECT_EQ(back.getFacePlane(face), frustum.getFacePlane(face));
+            EXPECT_EQ(back.getFacePlane(face), frustum.getFacePlane(face)) << face;
+        EXPECT_EQ(tbVec3(back.getNear(), back.getFar(), back.getTop()),
+                  tbVec3(frustum.getNear(), frustum.getFar(), frustum.getTop()));
         for (int corner = 0; corner < tbFrustum::NUM_CORNERS; ++corner)
             EXPECT_TRUE(near(back.getCorners()[corner], frustum.getCorners()[corner]));
-        EXPECT_EQ(back.getNear(), frustum.getNear());
-        EXPECT_EQ(back.getFar(), frustum.getFar());
-        EXPECT_EQ(back.getTop(), frustum.getTop());
     }
 }

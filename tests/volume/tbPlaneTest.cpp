@@ -1,6 +1,5 @@
 #include <tamber/volume/tbPlane.h>
 
-#include <tamber/volume/tbBox.h>
 #include <tamber/volume/tbRay.h>
 #include <tamber/volume/tbSphere.h>
 #include <tests/support/Matrices.h>

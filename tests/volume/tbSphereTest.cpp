@@ -32,8 +32,7 @@ TEST(Sphere, IsEmptyByItsRadiusAlone)
     EXPECT_EQ(sphere.contains(CENTRE), tbVolume::INSIDE);
     sphere.setCenter(tbVec3(1, 2, 3));
     sphere.makeEmpty();
-    EXPECT_EQ(sphere.getRadius(), -1.0f);
-    EXPECT_EQ(*sphere.getCenter(), tbVec3(1, 2, 3));
+    EXPECT_EQ(sphere, tbSphere(tbVec3(1, 2, 3), -1));
 }
 
 TEST(Sphere, ContainsItsSurfaceButNotItself)

@@ -4,7 +4,6 @@
 #include <tamber/kernel/tbArena.h>
 #include <tamber/math/tbUByteVec3.h>
 #include <tamber/math/tbUByteVec4.h>
-#include <tamber/volume/tbBox.h>
 #include <tamber/volume/tbFrustum.h>
 #include <tamber/volume/tbPlane.h>
 #include <tamber/volume/tbRay.h>
@@ -18,6 +17,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -116,15 +116,7 @@ void expectStored(const Value& value, int size)
 
 using Types = std::initializer_list<tbVolume::TYPE>;
 constexpr Types TYPES = {tbVolume::PLANE, tbVolume::BOX, tbVolume::SPHERE, tbVolume::FRUSTUM};
-
-std::vector<std::pair<tbVolume::TYPE, tbVolume::TYPE>> pairsOf(Types types)
-{
-    std::vector<std::pair<tbVolume::TYPE, tbVolume::TYPE>> pairs;
-    for (const tbVolume::TYPE a : types)
-        for (const tbVolume::TYPE b : types)
-            pairs.emplace_back(a, b);
-    return pairs;
-}
+constexpr Types BOUNDED = {tbVolume::BOX, tbVolume::SPHERE, tbVolume::FRUSTUM};
 
 constexpr float MOST = std::numeric_limits<float>::max();
 constexpr float INF = std::numeric_limits<float>::infinity();
@@ -136,28 +128,27 @@ TEST(Volume, AnswersAgreeWithPointsOfBoth)
 {
     const tbtest::RootScope exact;
     tbtest::Random random(40);
-    for (const auto& [typeA, typeB] : pairsOf(TYPES))
+    std::map<std::pair<tbVolume::TYPE, tbVolume::TYPE>, int> partial;
+    for (int i = 0; i < 400 * 16; ++i)
     {
+        const tbVolume::TYPE typeA = TYPES.begin()[i % 4], typeB = TYPES.begin()[i / 4 % 4];
         SCOPED_TRACE(testing::Message() << typeA << " and " << typeB);
-        int counts[3] = {};
-        for (int i = 0; i < 400; ++i)
+        const Volume a = draw(typeA, random);
+        const Volume b = draw(typeB, random);
+        const tbVolume::CONTAINMENT answer = a->contains(*b);
+        const bool touch = a->intersects(*b);
+        partial[{typeA, typeB}] += answer == tbVolume::PARTIAL ? 1 : 0;
+        for (int j = 0; j < 30; ++j)
         {
-            const Volume a = draw(typeA, random);
-            const Volume b = draw(typeB, random);
-            const tbVolume::CONTAINMENT answer = a->contains(*b);
-            const bool touch = a->intersects(*b);
-            ++counts[answer];
-            for (int j = 0; j < 30; ++j)
-            {
-                const bool held = a->contains(pointIn(*b, random)) == tbVolume::INSIDE;
-                EXPECT_TRUE(!held || touch);
-                EXPECT_TRUE(!held || outsideIsLoose(typeA, typeB) || answer != tbVolume::OUTSIDE);
-                EXPECT_TRUE(held || insideIsLoose(typeA, typeB) || answer != tbVolume::INSIDE);
-            }
-            EXPECT_EQ(touch, b->intersects(*a));
+            const bool held = a->contains(pointIn(*b, random)) == tbVolume::INSIDE;
+            EXPECT_TRUE(!held || touch);
+            EXPECT_TRUE(!held || outsideIsLoose(typeA, typeB) || answer != tbVolume::OUTSIDE);
+            EXPECT_TRUE(held || insideIsLoose(typeA, typeB) || answer != tbVolume::INSIDE);
         }
-        EXPECT_GT(counts[tbVolume::PARTIAL], 0);
+        EXPECT_EQ(touch, b->intersects(*a));
     }
+    for (const auto& [types, count] : partial)
+        EXPECT_GT(count, 0) << types.first << " and " << types.second;
 }
 
 TEST(Volume, RaysAgreeWithTheirPoints)
@@ -190,35 +181,32 @@ TEST(Volume, GrowsAroundEverythingAndKeepsWhatItHeld)
 {
     const tbtest::RootScope exact;
     tbtest::Random random(42);
-    for (const auto& [typeA, typeB] : pairsOf({tbVolume::BOX, tbVolume::SPHERE, tbVolume::FRUSTUM}))
+    for (int i = 0; i < 100 * 9; ++i)
     {
-        SCOPED_TRACE(testing::Message() << typeA << " around " << typeB);
-        for (int i = 0; i < 100; ++i)
+        const Volume b = draw(BOUNDED.begin()[i % 3], random);
+        const Volume before = draw(BOUNDED.begin()[i / 3 % 3], random);
+        SCOPED_TRACE(testing::Message() << before->getType() << " around " << b->getType());
+        const Volume grown(before->createCopy());
+        const Volume fresh(before->createCopy());
+        grown->extendAround(*b);
+        fresh->makeEmpty();
+        fresh->extendAround(*b);
+        for (int j = 0; j < 20; ++j)
         {
-            const Volume b = draw(typeB, random);
-            const Volume before = draw(typeA, random);
-            const Volume grown(before->createCopy());
-            const Volume fresh(before->createCopy());
-            grown->extendAround(*b);
-            fresh->makeEmpty();
-            fresh->extendAround(*b);
-            for (int j = 0; j < 20; ++j)
-            {
-                const tbVec3 p = pointIn(*b, random);
-                EXPECT_EQ(grown->contains(p), tbVolume::INSIDE);
-                EXPECT_EQ(fresh->contains(p), tbVolume::INSIDE);
-                EXPECT_EQ(grown->contains(pointIn(*before, random)), tbVolume::INSIDE);
-            }
-            grown->extendAround(tbRay(tbVec3(0, 0, 0), tbVec3(9, 9, 9)));
-            EXPECT_EQ(grown->contains(tbVec3(8.9f, 8.9f, 8.9f)), tbVolume::INSIDE);
+            const tbVec3 p = pointIn(*b, random);
+            EXPECT_EQ(grown->contains(p), tbVolume::INSIDE);
+            EXPECT_EQ(fresh->contains(p), tbVolume::INSIDE);
+            EXPECT_EQ(grown->contains(pointIn(*before, random)), tbVolume::INSIDE);
         }
+        grown->extendAround(tbRay(tbVec3(0, 0, 0), tbVec3(9, 9, 9)));
+        EXPECT_EQ(grown->contains(tbVec3(8.9f, 8.9f, 8.9f)), tbVolume::INSIDE);
     }
 }
 
 TEST(Volume, EmptyOperandsComeFirst)
 {
     tbtest::Random random(43);
-    for (const tbVolume::TYPE typeA : {tbVolume::BOX, tbVolume::SPHERE, tbVolume::FRUSTUM})
+    for (const tbVolume::TYPE typeA : BOUNDED)
     {
         const Volume empty = draw(typeA, random);
         empty->makeEmpty();
