@@ -33,11 +33,7 @@ TEST(Convert, RefusesBeforeAnythingIsRead)
     const TempDirectory folder;
     writeRow("whole.tb");
     std::filesystem::create_directory(folder.path("folder.tb"));
-    const struct
-    {
-        const char* target;
-        const char* reason;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"none", "has no extension that says the format; what can be written: tb"},
         {"x.unheard", "a format that is not known here; what can be written: tb"},
         {"absent/x.tb", "there is no directory "},
@@ -47,8 +43,8 @@ TEST(Convert, RefusesBeforeAnythingIsRead)
         {"x.blend", "files of this format are only read; what can be written: tb"},
 #endif
     };
-    for (const auto& each : cases)
-        EXPECT_EQ(expectRun("convert absent.tb " + folder.path(each.target), 1, {each.reason}).out, "");
+    for (const auto& [target, reason] : cases)
+        EXPECT_EQ(expectRun("convert absent.tb " + folder.path(target), 1, {reason}).out, "");
     EXPECT_EQ(folder.count(), 1) << "nothing was written";
 }
 

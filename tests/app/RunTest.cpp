@@ -69,11 +69,7 @@ TEST(Run, WhatCannotBeDoneIsAnsweredWithTheReason)
     std::filesystem::create_directory("folder.tb");
     writeAll("model.unheard", "anything");
     writeAll("broken.gltf", "{\"asset\": ");
-    const struct
-    {
-        const char* arguments;
-        std::vector<std::string> said;
-    } cases[] = {
+    const std::pair<const char*, std::vector<std::string>> cases[] = {
         {"nowhere.tb", {"nowhere.tb: there is no such file"}},
         {".", {"is not a file"}},
         {"cut.tb", {"cut.tb: "}},
@@ -84,8 +80,8 @@ TEST(Run, WhatCannotBeDoneIsAnsweredWithTheReason)
         {"broken.gltf --save never.tb", {"broken.gltf: "}},
 #endif
     };
-    for (const auto& each : cases)
-        EXPECT_EQ(expectRun(std::string("run ") + each.arguments, 1, each.said).out, "") << each.arguments;
+    for (const auto& [arguments, said] : cases)
+        EXPECT_EQ(expectRun(std::string("run ") + arguments, 1, said).out, "") << arguments;
     EXPECT_TRUE(std::filesystem::is_empty("folder.tb"));
     EXPECT_FALSE(std::filesystem::exists("never.tb"));
 }

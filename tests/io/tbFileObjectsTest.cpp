@@ -227,34 +227,30 @@ TEST_F(FileObjects, PathsThroughTheGraphHaveALimitThatMayBeMoved)
 
 TEST_F(FileObjects, ObjectsTakeNoMoreMemoryThanAFileOfTheirLengthMayTake)
 {
-    const struct
-    {
-        const char* name;
-        std::string bytes;
-        bool good;
-    } cases[] = {{"few lists", crowd("tbGroup", 500, 500), true},
-                 {"lists", crowd("tbGroup", 1500, 1500), false},
-                 {"few scenes", crowd("tbScene", 2000, 0), true},
-                 {"scenes", crowd("tbScene", 30000, 0), false},
-                 {"a packed array", arrayAndColliders(1'000'000, 0), true},
-                 {"colliders", arrayAndColliders(100, 20'000), false},
-                 {"a packed array and colliders", arrayAndColliders(1'000'000, 20'000), false},
-                 {"names", namesInOnePlace(600, 2'000'000), false}};
+    const std::tuple<const char*, std::string, bool> cases[] = {
+        {"few lists", crowd("tbGroup", 500, 500), true},
+        {"lists", crowd("tbGroup", 1500, 1500), false},
+        {"few scenes", crowd("tbScene", 2000, 0), true},
+        {"scenes", crowd("tbScene", 30000, 0), false},
+        {"a packed array", arrayAndColliders(1'000'000, 0), true},
+        {"colliders", arrayAndColliders(100, 20'000), false},
+        {"a packed array and colliders", arrayAndColliders(1'000'000, 20'000), false},
+        {"names", namesInOnePlace(600, 2'000'000), false}};
     tbtest::allowMessages("together");
     tbtest::allowMessages("what else is damaged is not listed");
-    for (const auto& each : cases)
+    for (const auto& [name, bytes, good] : cases)
     {
-        SCOPED_TRACE(each.name);
-        tbtest::writeAll(path, each.bytes);
+        SCOPED_TRACE(name);
+        tbtest::writeAll(path, bytes);
         const std::size_t memory = tbMemory::getSize();
         const tbtest::Cost cost;
         ASSERT_TRUE(file.open(path.c_str(), "r"));
         const tbRef<tbBase> root = file.readObject(0);
         EXPECT_TRUE(root);
-        EXPECT_LE(cost.bytes(), tbtest::mostBytes(each.bytes.size()));
-        EXPECT_LE(tbMemory::getSize() - memory, tbtest::mostBytes(each.bytes.size()));
-        EXPECT_EQ(file.getLastError(), each.good ? tbFile::FILE_OK : tbFile::FILE_READ_ERROR);
-        EXPECT_EQ(std::strstr(file.getErrorText(), "together") == nullptr, each.good) << file.getErrorText();
+        EXPECT_LE(cost.bytes(), tbtest::mostBytes(bytes.size()));
+        EXPECT_LE(tbMemory::getSize() - memory, tbtest::mostBytes(bytes.size()));
+        EXPECT_EQ(file.getLastError(), good ? tbFile::FILE_OK : tbFile::FILE_READ_ERROR);
+        EXPECT_EQ(std::strstr(file.getErrorText(), "together") == nullptr, good) << file.getErrorText();
         file.close();
     }
 }

@@ -77,14 +77,12 @@ TEST_F(FileWrite, RunsArePackedWhenItPays)
     std::string mixed;
     for (int i = 0; i < 300; ++i)
         mixed += char(i);
-    const struct
-    {
-        std::string data;
-        std::size_t packedSize; // 0 when it does not pay
-    } entries[] = {{std::string(9, 'x'), 0},
-                   {std::string(1000, 'x'), 9},
-                   {mixed, 0},
-                   {std::string(255, 'a') + "b" + std::string(600, 'c') + std::string(255, 'd'), 13}};
+    // With how many bytes it packs into, 0 when it does not pay.
+    const std::pair<std::string, std::size_t> entries[] = {
+        {std::string(9, 'x'), 0},
+        {std::string(1000, 'x'), 9},
+        {mixed, 0},
+        {std::string(255, 'a') + "b" + std::string(600, 'c') + std::string(255, 'd'), 13}};
     for (const bool swapped : {false, true})
     {
         ASSERT_TRUE(file.create(path.c_str()));
@@ -92,10 +90,10 @@ TEST_F(FileWrite, RunsArePackedWhenItPays)
         std::size_t size = 96 + 68 + 112 * 5 + 1000;
         addEntry(std::string(1000, 'x')); // made before packing was asked for
         file.setCompression(tbEntry::RLE);
-        for (const auto& each : entries)
+        for (const auto& [data, packedSize] : entries)
         {
-            file.newEntry(0)->writeChunk(each.data.data(), int(each.data.size()));
-            size += each.packedSize > 0 ? 4 + each.packedSize : each.data.size();
+            file.newEntry(0)->writeChunk(data.data(), int(data.size()));
+            size += packedSize > 0 ? 4 + packedSize : data.size();
         }
         ASSERT_TRUE(file.write());
         EXPECT_EQ(tbtest::readAll(path).size(), size);
@@ -104,8 +102,8 @@ TEST_F(FileWrite, RunsArePackedWhenItPays)
         {
             tbEntry* entry = file.getEntry(i + 1);
             ASSERT_TRUE(file.readEntry(entry));
-            EXPECT_EQ(entry->getCompression() == tbEntry::RLE, entries[i].packedSize > 0) << i;
-            EXPECT_EQ(dataOf(i + 1), entries[i].data);
+            EXPECT_EQ(entry->getCompression() == tbEntry::RLE, entries[i].second > 0) << i;
+            EXPECT_EQ(dataOf(i + 1), entries[i].first);
         }
     }
 }

@@ -49,11 +49,7 @@ TEST_F(ModelFiles, AreBelowTheModelOrTheSearchPaths)
 {
     tbtest::allowMessages("is not opened");
     tbAddFilePath(top.path("found").c_str());
-    const struct
-    {
-        std::string name;
-        bool opens;
-    } rows[] = {
+    const std::pair<std::string, bool> rows[] = {
         {"m.obj", true},
         {"sub/near.mtl", true},
         {"sub\\near.mtl", true},
@@ -76,9 +72,8 @@ TEST_F(ModelFiles, AreBelowTheModelOrTheSearchPaths)
         tbModelFiles files(isAbsolute ? model.c_str() : relative.c_str());
         const std::string directory =
             isAbsolute ? top.path("models/") : "./" + relative.substr(0, relative.size() - 5);
-        for (const auto& row : rows)
-            EXPECT_EQ(opens(files, row.name.empty() ? "" : directory + row.name), row.opens)
-                << directory << row.name;
+        for (const auto& [name, isOpened] : rows)
+            EXPECT_EQ(opens(files, name.empty() ? "" : directory + name), isOpened) << directory << name;
         EXPECT_EQ(files.exists((directory + "../secret").c_str()), false);
     }
 }

@@ -98,11 +98,7 @@ TEST(Diff, ListsWhatDiffersWithItsPlace)
     Entries longer = with(5, "tbGroup", group("below", {}));
     longer[4] = {"tbGroup", group("new", {5})};
     longer[0].second = group("root", {4, 1, 2});
-    const struct
-    {
-        Entries other;
-        std::string differences;
-    } cases[] = {
+    const std::pair<Entries, std::string> cases[] = {
         {with(3, "tbAudioLevelScale", scale(2)), "value /root/b[1].traits scale: 1 -> 2\n"},
         {with(1, "tbGroup", group("x", {})), "value /root/tbGroup[0] name: \"\" -> \"x\"\n"},
         {with(1, "tbGroup", group("", {}).byte(7)),
@@ -121,8 +117,8 @@ TEST(Diff, ListsWhatDiffersWithItsPlace)
          "\"b\"\n"},
         {with(4, "tbGroup", group("lost", {})), "missing entry 4 : none -> tbGroup \"lost\"\n"},
     };
-    for (const auto& example : cases)
-        EXPECT_EQ(textOf(diff(base, example.other)), example.differences);
+    for (const auto& [other, differences] : cases)
+        EXPECT_EQ(textOf(diff(base, other)), differences);
     EXPECT_EQ(textOf(diff(mesh({0, 1, 2, 3, 4, 5}, {0, 1, 0}), mesh({0, 1, 2, 3, 4, 6}, {0, 1, 1}))),
               "value /root/wheel indices[2]: 0 -> 1\n"
               "value /root/wheel vertices[1].position: 3 4 5 -> 3 4 6\n");
@@ -134,13 +130,7 @@ TEST(Diff, ListsWhatDiffersWithItsPlace)
 TEST(Diff, ToleranceIsAbsoluteForSmallNumbersAndRelativeForLarge)
 {
     const float infinity = std::numeric_limits<float>::infinity();
-    const struct
-    {
-        float a;
-        float b;
-        double tolerance;
-        bool equal;
-    } cases[] = {
+    const std::tuple<float, float, double, bool> cases[] = {
         {0, 1e-7f, 0, false},
         {0, 1e-7f, 1e-6, true},
         {0.5f, 0.51f, 0.02, true},
@@ -154,12 +144,11 @@ TEST(Diff, ToleranceIsAbsoluteForSmallNumbersAndRelativeForLarge)
         {infinity, -infinity, 10, false},
         {0.0f, -0.0f, 0, true},
     };
-    for (const auto& example : cases)
+    for (const auto& [a, b, tolerance, equal] : cases)
     {
-        const Entries a = {{"tbAudioLevelScale", scale(example.a)}};
-        const Entries b = {{"tbAudioLevelScale", scale(example.b)}};
-        EXPECT_EQ(diff(a, b, {example.tolerance, 50}).count == 0, example.equal)
-            << example.a << ' ' << example.b;
+        const Entries one = {{"tbAudioLevelScale", scale(a)}};
+        const Entries other = {{"tbAudioLevelScale", scale(b)}};
+        EXPECT_EQ(diff(one, other, {tolerance, 50}).count == 0, equal) << a << ' ' << b;
     }
 }
 

@@ -45,12 +45,6 @@ std::string errorOf(std::string_view text)
     return {};
 }
 
-// The text of a file of one entry.
-std::string textOf(const std::string& className, const std::string& data)
-{
-    return dumped(tbtest::buildFile({{className, data}}));
-}
-
 const std::string HEADER = "tamber text 1\norder little\nversion 0x01020000\n";
 } // namespace
 
@@ -121,12 +115,7 @@ TEST(Text, DamagedFilesReadBackByteForByte)
 TEST(Text, WhatDeviatesIsStated)
 {
     const auto object = [] { return tbtest::Record().object(); };
-    const struct
-    {
-        const char* said;
-        std::string className;
-        std::string data;
-    } cases[] = {
+    const std::tuple<const char*, const char*, std::string> cases[] = {
         {"  flags dynamic|0x80\n", "tbGroup", tbtest::Record().integer(0).word(0x81).integer(0)},
         {"  attributes count=-5\n", "tbGroup", tbtest::Record().integer(0).word(0).integer(-5)},
         {"  attributes @0 none 7\n", "tbBase",
@@ -150,10 +139,10 @@ TEST(Text, WhatDeviatesIsStated)
         {"entry 0 Unknown\n  data 0102\n", "Unknown", tbtest::Record().byte(1).byte(2)},
         {"entry 0 \"tb \\\"\"\n", "tb \"", tbtest::Record().byte(1)},
     };
-    for (const auto& example : cases)
+    for (const auto& [said, className, data] : cases)
     {
-        const std::string text = textOf(example.className, example.data);
-        EXPECT_NE(text.find(example.said), text.npos) << example.said << "\nis not in\n" << text;
+        const std::string text = dumped(tbtest::buildFile({{className, data}}));
+        EXPECT_NE(text.find(said), text.npos) << said << "\nis not in\n" << text;
     }
 }
 
@@ -171,11 +160,7 @@ TEST(Text, EntriesMayBeCalledAnything)
 TEST(Text, ErrorsNameThePlaceAndTheRule)
 {
     const std::string base = HEADER + "entry 0 tbAudioLevelScale\n  name none\n  flags 0\n  attributes\n";
-    const struct
-    {
-        std::string text;
-        const char* error;
-    } cases[] = {
+    const std::pair<std::string, const char*> cases[] = {
         {"", "line 1, column 1: \"tamber\" should stand here"},
         {"tamber text 2\n", "line 1, column 13: this version"},
         {HEADER + "entry 0 tbBase\n  flags 0\n", "line 5, column 3: the field \"name\" should"},
@@ -197,9 +182,9 @@ TEST(Text, ErrorsNameThePlaceAndTheRule)
         {HEADER + "length 9000000000\n", "line 4, column 8: the number is larger"},
         {HEADER + "raw 96 00\n", "line 4, column 5: there are not so many"},
     };
-    for (const auto& example : cases)
-        EXPECT_EQ(errorOf(example.text).rfind(example.error, 0), 0u)
-            << example.text << "gives: " << errorOf(example.text) << "\nnot: " << example.error;
+    for (const auto& [text, error] : cases)
+        EXPECT_TRUE(errorOf(text).starts_with(error))
+            << text << "gives: " << errorOf(text) << "\nnot: " << error;
 }
 
 // Whatever is done to a text, it builds a file or names what is wrong.
