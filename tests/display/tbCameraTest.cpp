@@ -95,10 +95,10 @@ TEST_F(CameraTest, ViewportIsCutToTheWindow)
     window->setSize(200, 100);
     camera->setViewport(50, 150, 0, 25);
     EXPECT_EQ(viewport(), tbVec4(0.25f, 0.75f, 0, 0.25f));
-    int sides[4];
+    std::array<int, 4> sides;
     window->setSize(400, 1000);
     camera->getViewport(sides[0], sides[1], sides[2], sides[3]);
-    EXPECT_EQ(std::to_array(sides), (std::array{100, 300, 0, 250}));
+    EXPECT_EQ(sides, (std::array{100, 300, 0, 250}));
 }
 
 TEST_F(CameraTest, WindowCoordinatesGoToTheWorldAndBack)

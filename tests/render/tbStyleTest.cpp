@@ -80,9 +80,9 @@ TEST_F(Style, NewerTraitOfATypeTakesTheOldersPlace)
     EXPECT_EQ(older->getRefCount(), 1);
     EXPECT_EQ(newer->getRefCount(), 2);
 
-    style->addTrait(newer.get());
+    style->addTrait(glow.get());
     EXPECT_EQ(style->getNumVisualTraits(), 2);
-    EXPECT_EQ(newer->getRefCount(), 2);
+    EXPECT_EQ(glow->getRefCount(), 2);
     style->addTrait(static_cast<tbVisualTrait*>(nullptr));
     EXPECT_EQ(style->getNumVisualTraits(), 2);
 }
