@@ -470,6 +470,18 @@ TEST(Check, WhatTheLibraryRefusesOfTheHostileFilesHasAnError)
     EXPECT_GT(refused, 50);
 }
 
+TEST(Check, FindingsBeyondTheLimitAreCounted)
+{
+    Findings findings(3);
+    Finding finding;
+    finding.kind = Kind::COMPRESSION_UNKNOWN;
+    for (int i = 0; i < 10; ++i)
+        findings.add(finding);
+    EXPECT_EQ(findings.getKept().size(), 3u);
+    EXPECT_EQ(findings.count(Kind::COMPRESSION_UNKNOWN), 10u);
+    EXPECT_EQ(findings.count(Severity::ERROR), 10u);
+}
+
 TEST(Check, TheDocumentIsThatOfTheTable)
 {
     EXPECT_TRUE(tbtest::readAll(TAMBER_SOURCE "/docs/check.md") == describeKinds())
