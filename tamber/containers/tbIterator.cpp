@@ -332,7 +332,9 @@ bool tbIterator::read(tbEntry* entry, int wantedItems)
         takeItems(wantedItems);
     else // setting the number of items gives each a value, so there are never more items than values
         numItems = std::clamp(storedItems, 0, std::max(itemTimes.capacity, itemFrameCounts.capacity));
-    currentItem = item >= 0 && item < numItems ? item : -1;
+    // One that stops at the end has ended when it stands behind the last item.
+    const bool mayEnd = numItems > 0 && cycle != CYCLE_WRAP && cycle != CYCLE_REVERSE;
+    currentItem = item < 0 || (item >= numItems && !mayEnd) ? -1 : std::min(item, numItems);
     return !entry->hasFailed();
 }
 

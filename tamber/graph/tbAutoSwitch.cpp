@@ -142,17 +142,24 @@ void tbAutoSwitch::setChildFrameCount(int frames)
     iterator.setItemFrameCount(frames);
 }
 
+// Gives each item its time anew, which takes as long as there are items.
+void tbAutoSwitch::countChildren()
+{
+    if (!isReading)
+        iterator.setNumItems(getNumChildren());
+}
+
 bool tbAutoSwitch::addChild(tbGroup* child)
 {
     const bool added = tbSwitch::addChild(child);
-    iterator.setNumItems(getNumChildren());
+    countChildren();
     return added;
 }
 
 bool tbAutoSwitch::insertChild(int i, tbGroup* child)
 {
     const bool inserted = tbSwitch::insertChild(i, child);
-    iterator.setNumItems(getNumChildren());
+    countChildren();
     return inserted;
 }
 
@@ -210,7 +217,10 @@ void tbAutoSwitch::apply(tbCollider* collider) const
 
 tbEntry* tbAutoSwitch::read(tbFile* file, tbEntry* entry)
 {
+    isReading = true;
     entry = tbSwitch::read(file, entry);
+    isReading = false;
+    countChildren();
     if (!entry)
         return nullptr;
     enabled = entry->readInt() != 0;

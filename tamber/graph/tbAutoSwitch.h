@@ -67,6 +67,9 @@ protected:
     void clone(const tbAutoSwitch& other);
 
 private:
+    void countChildren();
+
     bool enabled = true;
+    bool isReading = false; // children, which are counted when all are there
     tbIterator iterator;
 };

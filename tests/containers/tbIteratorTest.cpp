@@ -145,36 +145,39 @@ TEST(Iterator, CopiesHaveArraysOfTheirOwn)
     EXPECT_EQ(second.getItemFrameCount(0), 0);
 }
 
-TEST(Iterator, ReadsNoItemThatItHasNot)
+TEST(Iterator, ReadsNoItemThatItHasNotButTheEnd)
 {
     constexpr int OWN = -1; // as many items as it has values for
     const struct
     {
         int item, values, items, wanted;
         int itemRead, itemsRead;
-    } cases[] = {{0, 3, 3, OWN, 0, 3},        {2, 3, 3, OWN, 2, 3},     {3, 3, 3, OWN, -1, 3},
+    } cases[] = {{0, 3, 3, OWN, 0, 3},        {2, 3, 3, OWN, 2, 3},     {3, 3, 3, OWN, 3, 3},
                  {-1, 3, 3, OWN, -1, 3},      {-2, 3, 3, OWN, -1, 3},   {INT_MIN, 3, 3, OWN, -1, 3},
-                 {2, 3, 4, OWN, 2, 3},        {2, 3, 2, OWN, -1, 2},    {0, 3, -1, OWN, -1, 0},
-                 {0, 0, INT_MAX, OWN, -1, 0}, {1, 3, INT_MAX, 2, 1, 2}, {2, 3, 3, 2, -1, 2},
+                 {2, 3, 4, OWN, 2, 3},        {2, 3, 2, OWN, 2, 2},     {0, 3, -1, OWN, -1, 0},
+                 {0, 0, INT_MAX, OWN, -1, 0}, {1, 3, INT_MAX, 2, 1, 2}, {2, 3, 3, 2, 2, 2},
                  {4, 3, 3, 5, 4, 5},          {0, 3, 3, 0, -1, 0}};
     for (const auto& c : cases)
-    {
-        tbtest::Record record;
-        record.byte(0).byte(0).byte(0).byte(0).integer(c.item).integer(1).integer(0).integer(0);
-        record.integer(c.values).bytes(std::string(std::size_t(4 * c.values), '\0')); // times
-        record.integer(0).integer(0);
-        record.integer(c.values).bytes(std::string(std::size_t(4 * c.values), '\0')); // frames
-        record.integer(c.items);
-        const tbtest::TempDirectory directory;
-        tbFile file;
-        ASSERT_TRUE(file.create(directory.path("iterator.tb").c_str()));
-        tbEntry* entry = file.newEntry(file.newTag("tbAnything"));
-        entry->writeChunk(record.get().data(), int(record.get().size()));
-        entry->reset();
-        tbIterator iterator;
-        EXPECT_TRUE(iterator.read(entry, c.wanted));
-        EXPECT_EQ(iterator.getSelectedItem(), c.itemRead) << &c - cases;
-        EXPECT_EQ(iterator.getNumItems(), c.itemsRead) << &c - cases;
-        EXPECT_EQ(entry->getRemaining(), 0) << &c - cases;
-    }
+        for (const int cycle : {tbIterator::CYCLE_STOP, tbIterator::CYCLE_WRAP})
+        {
+            SCOPED_TRACE(testing::Message() << "case " << &c - cases << ", cycle " << cycle);
+            const bool ends = cycle == tbIterator::CYCLE_WRAP && c.itemRead == c.itemsRead;
+            tbtest::Record record;
+            record.byte(0).byte(cycle).byte(0).byte(0).integer(c.item).integer(1).integer(0).integer(0);
+            record.integer(c.values).bytes(std::string(std::size_t(4 * c.values), '\0')); // times
+            record.integer(0).integer(0);
+            record.integer(c.values).bytes(std::string(std::size_t(4 * c.values), '\0')); // frames
+            record.integer(c.items);
+            const tbtest::TempDirectory directory;
+            tbFile file;
+            ASSERT_TRUE(file.create(directory.path("iterator.tb").c_str()));
+            tbEntry* entry = file.newEntry(file.newTag("tbAnything"));
+            entry->writeChunk(record.get().data(), int(record.get().size()));
+            entry->reset();
+            tbIterator iterator;
+            EXPECT_TRUE(iterator.read(entry, c.wanted));
+            EXPECT_EQ(iterator.getSelectedItem(), ends ? -1 : c.itemRead);
+            EXPECT_EQ(iterator.getNumItems(), c.itemsRead);
+            EXPECT_EQ(entry->getRemaining(), 0);
+        }
 }

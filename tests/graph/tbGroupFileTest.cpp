@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <map>
+#include <numeric>
 #include <random>
 #include <set>
 #include <vector>
@@ -229,6 +230,29 @@ TEST_F(GroupFile, NodesThatFailAmidAListDoNotMakeItSearch)
     tbtest::allowMessages();
     const double failing = secondsToRead(path, "tbSwitch");
     EXPECT_LE(failing, 2.5 * secondsToRead(path, "tbGroup"));
+}
+
+TEST_F(GroupFile, LongListsTakeTheirTimeWhateverReadsThem)
+{
+    tbtest::allowMessages(); // what follows the children of a switch is missing
+    for (const char* className : {"tbGroup", "tbSwitch", "tbAutoSwitch", "tbRangeSwitch"})
+    {
+        constexpr int NUM = 200'000;
+        FileBuilder builder;
+        builder.gap = 0;
+        std::vector<int> children(NUM);
+        std::iota(children.begin(), children.end(), 1);
+        builder.add(className, builder.record().object().word(1).word(1).list(children));
+        for (int i = 0; i < NUM; ++i)
+            builder.add("tbGroup", builder.record().object().word(1).word(1).integer(0));
+        const std::string bytes = builder.build();
+        tbtest::writeAll(path, bytes);
+        const tbtest::Cost cost;
+        tbFile file;
+        ASSERT_TRUE(file.open(path.c_str(), "r"));
+        const tbRef<tbBase> root(file.readObject(0));
+        EXPECT_LT(cost.seconds(), tbtest::mostSeconds(bytes.size())) << className;
+    }
 }
 
 TEST_F(GroupFile, NoEdgeIsDoubledWhereNodesEditOtherEdges)
