@@ -11,9 +11,11 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <filesystem>
 #include <optional>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -23,6 +25,7 @@ namespace
 constexpr mode_t OWNER_ONLY = S_IRUSR | S_IWUSR;
 constexpr mode_t USUAL = OWNER_ONLY | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH; // without the process's umask
 constexpr int NAME_ATTEMPTS = 1000;
+constexpr int MOST_LINKS = 40;
 
 // Descriptors 0 to 2 are the standard streams, and 0 is not one that callers can tell from none.
 int aboveStandardStreams(int descriptor)
@@ -164,11 +167,25 @@ bool makeBeside(tbiReplacement& replacement, mode_t rights)
     return false;
 }
 
+// Where links lead to at whose end nothing stands.
+std::string endOfLinks(std::string path)
+{
+    std::error_code none;
+    for (int links = 0; links < MOST_LINKS; ++links)
+    {
+        const std::filesystem::path next = std::filesystem::read_symlink(path, none);
+        if (none)
+            break;
+        path = (std::filesystem::path(path).parent_path() / next).string();
+    }
+    return path;
+}
+
 bool beginReplacement(tbiReplacement& replacement, const char* target, tbiNewFileRights newRights)
 {
     replacement.target = tbiFinalPlace(target);
     if (replacement.target.empty()) // nothing stands there yet
-        replacement.target = tbiNativePath(target);
+        replacement.target = endOfLinks(tbiNativePath(target));
     std::optional<mode_t> rights;
     if (!mayBeReplaced(replacement.target, rights))
         return false;

@@ -1,8 +1,6 @@
 #include <tamber/platform/tbiPath.h>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <tamber/platform/tbiFile.h>
 
 void tbiToNativePath(char* path) noexcept
 {
@@ -13,11 +11,7 @@ void tbiToNativePath(char* path) noexcept
 
 bool tbiIsReadableFile(const char* path) noexcept
 {
-    const int descriptor = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0)
-        return false;
-    struct stat status = {};
-    const bool regular = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
-    close(descriptor);
-    return regular;
+    const int descriptor = tbiOpenFile(path);
+    tbiCloseFile(descriptor);
+    return descriptor > 0;
 }
