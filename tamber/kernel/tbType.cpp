@@ -267,15 +267,21 @@ tbType* tbType::findType(const char* className)
     return initRegistered(className) ? lastTypeNamed(className, nameHash) : nullptr;
 }
 
-tbBase* tbType::createInstance(const char* className)
+const tbType* tbType::findTypeToCreate(const char* className)
 {
     if (!className)
         return nullptr;
     tbiLockGuard guard(tbiLocks::type);
     const unsigned nameHash = hashName(className);
     if (const tbType* type = firstTypeNamed(className, nameHash))
-        return type->create();
-    const tbType* type = initRegistered(className) ? lastTypeNamed(className, nameHash) : nullptr;
+        return type;
+    return initRegistered(className) ? lastTypeNamed(className, nameHash) : nullptr;
+}
+
+tbBase* tbType::createInstance(const char* className)
+{
+    tbiLockGuard guard(tbiLocks::type);
+    const tbType* type = findTypeToCreate(className);
     return type ? type->create() : nullptr;
 }
 

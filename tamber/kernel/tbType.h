@@ -36,6 +36,8 @@ public:
     static void initClass(const char* name, InitClassFunc initClass);
     /// The type of that name, case ignored, set up now if it was only registered; null when unknown.
     static tbType* findType(const char* name);
+    /// The type of that name of which createInstance() makes one: the first where several have it.
+    static const tbType* findTypeToCreate(const char* name);
     /// A new instance, count 0, of the class of that name; null when unknown or when the class makes none.
     static tbBase* createInstance(const char* name);
     /// Drops the registrations of a plug-in's classes that were never set up.
