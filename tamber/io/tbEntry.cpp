@@ -37,6 +37,11 @@ void tbEntry::setHandle(const void* object)
     bind(object, KIND_OTHER);
 }
 
+void tbEntry::setHandle(const tbBase* object)
+{
+    bind(object, object ? KIND_OBJECT : KIND_OTHER);
+}
+
 template <class Word>
 Word tbEntry::take(Word marker, int alignment)
 {

@@ -2,6 +2,7 @@
 
 #include <tamber/kernel/tbMemory.h>
 
+class tbBase;
 class tbiUnpacker;
 
 // One entry of a file: a flat record of values that a cursor reads and writes. Entries belong to their tbFile, which
@@ -98,10 +99,14 @@ public:
     /// True when the data is in the other byte order; values that are written into it are, too.
     bool isByteSwapped() const { return byteSwapped; }
     COMPRESSION getCompression() const { return compression; }
+    /// How the data is to be packed when the file is written.
     void setCompression(COMPRESSION method) { compression = method; }
     /// What the entry stands for, null when nothing was read from it or written into it yet. Not referenced.
     const void* getHandle() const { return handle; }
     void setHandle(const void* object);
+    /// References in the file lead to it from then on.
+    void setHandle(const tbBase* object);
+    void setHandle(std::nullptr_t) { setHandle(static_cast<const void*>(nullptr)); }
 
 private:
     friend class tbBase;
@@ -110,9 +115,16 @@ private:
     // What the handle points at, so that no reference takes one thing for another.
     enum KIND : unsigned char
     {
-        KIND_OTHER, // known to whoever called setHandle()
+        KIND_OTHER, // no object, known to whoever called setHandle()
         KIND_OBJECT,
         KIND_DATA // the class that the tag names, shared data with a reference count
+    };
+    // How the data lies in the file.
+    enum FORM : unsigned char
+    {
+        FORM_PLAIN,
+        FORM_PACKED,
+        FORM_UNKNOWN
     };
     enum STATE : unsigned char
     {
@@ -125,6 +137,12 @@ private:
     ~tbEntry();
 
     static constexpr int FIRST_CAPACITY = 1024;
+
+    /// The file holds the data in the form that the entry's compression stands for.
+    void learnForm()
+    {
+        form = compression == NO_COMPRESSION ? FORM_PLAIN : compression == RLE ? FORM_PACKED : FORM_UNKNOWN;
+    }
 
     /// False when memory is out; the entry stands for nothing then.
     bool bind(const void* object, KIND handleKind);
@@ -169,7 +187,8 @@ private:
     int cursor = 0;
     bool byteSwapped = false;
     STATE state = STATE_IDLE;
-    KIND kind = KIND_OTHER;
+    KIND kind : 4 = KIND_OTHER;
+    FORM form : 4 = FORM_PLAIN;
     bool failed : 1 = false;
     bool held : 1 = false;         // the file holds a reference on the object
     bool budgeted : 1 = false;     // its size stands in the file's sum

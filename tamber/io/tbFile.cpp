@@ -10,6 +10,7 @@
 #include <tamber/kernel/tbiText.h>
 #include <tamber/platform/tbiFile.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -21,6 +22,7 @@ using namespace tbiFileLayout;
 constexpr int DEFAULT_DEPTH = 1024;
 constexpr unsigned DEFAULT_OBJECTS = 1u << 24;
 constexpr int MOST_MESSAGES = 20;
+constexpr int MOST_UNKNOWN = 100; // classes that are named
 constexpr int LARGEST_COUNT = int(tbListStorage::COUNT_MASK);
 
 std::string printable(const tbiTag* tag)
@@ -35,12 +37,12 @@ std::string describe(const tbEntry* entry, const tbTList<tbiTag*>& tags)
     return "entry " + std::to_string(entry->getDirNum()) + " (" + printable(tag) + "), byte ";
 }
 
-std::uint32_t hashName(const char* name)
+std::uint64_t hashName(const char* name)
 {
-    std::uint32_t hash = 2166136261u;
+    std::uint64_t hash = 0xCBF29CE484222325u;
     for (int i = 0; i < TAG_NAME_SIZE - 1 && name[i] != 0; ++i)
-        hash = (hash ^ static_cast<unsigned char>(name[i])) * 16777619u;
-    return hash ^ (hash >> 15);
+        hash = (hash ^ static_cast<unsigned char>(name[i])) * 0x100000001B3u;
+    return hash;
 }
 
 std::uint32_t hashHandle(const void* handle)
@@ -173,13 +175,18 @@ void tbFile::reportUnknownClass(const tbEntry* entry)
     tbiTag* tag = tags[entry->tag];
     state->fault.set(entry, std::int64_t{entry->recordPlace} + RECORD_TAG,
                      " of the file: ", "no plug-in supplies the class", true);
-    if (std::exchange(tag->reported, true))
+    if (std::exchange(tag->reported, true) || state->numUnknown > MOST_UNKNOWN)
         return;
+    const bool isListed = ++state->numUnknown <= MOST_UNKNOWN;
     tbiWithoutThrow(
         [&]
         {
-            tbMessage("%s: no plug-in supplies the class %s, its objects are left out\n",
-                      state->label.c_str(), printable(tag).c_str());
+            if (isListed)
+                tbMessage("%s: no plug-in supplies the class %s, its objects are left out\n",
+                          state->label.c_str(), printable(tag).c_str());
+            else
+                tbMessage("%s: which other classes no plug-in supplies is not listed\n",
+                          state->label.c_str());
         });
 }
 
@@ -308,6 +315,7 @@ bool tbFile::readDirectory(const unsigned char* records, int number)
         entry->fileOffset = load<std::uint32_t>(records + RECORD_OFFSET, byteSwapped);
         entry->compression =
             tbEntry::COMPRESSION(load<std::uint32_t>(records + RECORD_COMPRESSION, byteSwapped));
+        entry->learnForm();
         entry->dataSize = int(load<std::uint32_t>(records + RECORD_DATA_SIZE, byteSwapped));
         entry->version = load<std::uint32_t>(records + RECORD_VERSION, byteSwapped);
         if (entry->fileOffset == 0)
@@ -421,10 +429,8 @@ tbiTag* tbFile::addTag(const char* className)
     tag->index = tags.getNum();
     std::strncpy(tag->name, className, TAG_NAME_SIZE - 1);
     tag->isData = isDataClass(tag->name);
-    if (tags.add(tag) >= 0 && state->tagNames.add(hashName(tag->name), tag))
+    if (tags.add(tag) >= 0)
         return tag;
-    if (tags.getNum() > tag->index)
-        tags.removeLast();
     delete tag;
     return nullptr;
 }
@@ -446,15 +452,36 @@ int tbFile::findTag(const char* className) const
 {
     if (!className)
         return -1;
-    int first = -1;
-    state->tagNames.visitAll(hashName(className),
-                             [&](const tbiTag* tag)
-                             {
-                                 if (std::strncmp(tag->name, className, TAG_NAME_SIZE - 1) == 0 &&
-                                     (first < 0 || tag->index < first))
-                                     first = tag->index;
-                             });
-    return first;
+    const auto isNamed = [=](const tbiTag* tag)
+    { return std::strncmp(tag->name, className, TAG_NAME_SIZE - 1) == 0; };
+    if (!learnTagNames())
+    {
+        const auto found = std::find_if(tags.begin(), tags.end(), isNamed);
+        return found == tags.end() ? -1 : (*found)->index;
+    }
+    const tbiTagName wanted = {hashName(className), 0};
+    const auto& names = state->tagNames;
+    for (auto name = std::lower_bound(names.begin(), names.end(), wanted);
+         name != names.end() && name->hash == wanted.hash; ++name)
+        if (isNamed(tags[name->tag]))
+            return name->tag;
+    return -1;
+}
+
+// Nobody asks for the names of most files. False when memory is out.
+bool tbFile::learnTagNames() const
+{
+    auto& names = state->tagNames;
+    const auto known = std::ptrdiff_t(names.size());
+    const auto number = std::size_t(tags.getNum());
+    if (names.capacity() < number &&
+        !tbiWithoutThrow(false, [&] { return names.reserve(number + number / 2), true; }))
+        return false;
+    for (int i = int(known); i < tags.getNum(); ++i)
+        names.push_back({hashName(tags[i]->name), i});
+    std::sort(names.begin() + known, names.end());
+    std::inplace_merge(names.begin(), names.begin() + known, names.end());
+    return true;
 }
 
 const char* tbFile::getTagDesc(int tag) const

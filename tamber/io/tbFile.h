@@ -192,6 +192,7 @@ private:
     void giveBack(tbEntry* entry);
 
     // References
+    bool spendOnReferences(tbEntry* referrer, int number);
     bool spendOnReference(tbEntry* referrer, int index);
     tbBase* follow(int index, const tbEntry* referrer, bool nested);
     tbBase* makeObject(tbEntry* entry, const tbEntry* referrer);
@@ -209,6 +210,7 @@ private:
     void dropHold(tbEntry* entry);
     void dropHolds();
     bool learnHandles() const;
+    bool learnTagNames() const;
     bool rebind(tbEntry* entry, const void* object);
 
     // Writing

@@ -103,7 +103,7 @@ void tbPlugIn::loadListed(tbEntry* entry)
     const int number = entry->readCount(SMALLEST_RECORD);
     if (number > MOST_PLUGINS)
         entry->fail("more plug-ins than a file may list");
-    std::vector<std::string> tried;
+    std::vector<std::string> tried{tbiModuleName(tbiCompanionModule)};
     for (int i = 0; i < number && !entry->hasFailed(); ++i)
     {
         readText(entry);

@@ -53,12 +53,14 @@ bool tbFile::loadData(tbEntry* entry)
         lastError = FILE_BAD_FORMAT;
         return false;
     }
-    switch (entry->compression)
+    switch (entry->form)
     {
-    case tbEntry::NO_COMPRESSION:
+    case tbEntry::FORM_PLAIN:
         return loadPlain(entry);
-    case tbEntry::RLE:
+    case tbEntry::FORM_PACKED:
         return loadPacked(entry);
+    case tbEntry::FORM_UNKNOWN:
+        break;
     }
     reportAt(entry, entry->recordPlace + RECORD_COMPRESSION, "an unknown compression");
     return false;
@@ -79,7 +81,7 @@ bool tbFile::checkPlace(const tbEntry* entry, std::int64_t length)
 bool tbFile::spendBudget(tbEntry* entry, std::int64_t packedBytes)
 {
     const bool read = entry->state == tbEntry::STATE_STARTED;
-    const bool packed = entry->compression == tbEntry::RLE;
+    const bool packed = entry->form == tbEntry::FORM_PACKED;
     const std::int64_t work = entry->budgeted ? 0 : entry->dataSize + packedBytes;
     const std::int64_t bytes =
         (entry->dataCounted ? 0 : entry->dataSize) + (read ? tbiFileState::OBJECT_COST : 0);
@@ -256,6 +258,7 @@ bool tbFile::writeData(tbEntry* entry)
     const bool whole = !entry->unpacker || unpacked;
     if (whole)
         writeBytes(entry, unpacked ? unpacked : entry->data);
+    entry->learnForm();
     tbMemory::free(unpacked);
     if (!loaded)
         entry->freeData();

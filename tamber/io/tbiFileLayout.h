@@ -2,6 +2,7 @@
 
 #include <tamber/kernel/tbMemory.h>
 
+#include <compare>
 #include <cstring>
 
 // Where things lie in a file. All integers are 32 bits wide, in the byte order of the writing machine.
@@ -77,6 +78,15 @@ struct tbiFileHeader : tbAllocated<tbiFileHeader>
     std::uint32_t version = 0;
     std::uint32_t numEntries = 0;
     std::uint32_t numTags = 0;
+};
+
+// By what a tag is found. The order is that of the tags where names are the same.
+struct tbiTagName
+{
+    std::uint64_t hash;
+    int tag;
+
+    auto operator<=>(const tbiTagName&) const = default;
 };
 
 struct tbiTag : tbAllocated<tbiTag>

@@ -46,7 +46,7 @@ tbBase* tbFile::readObjectRef(tbEntry* entry)
 {
     const int index = entry->readInt();
     const bool nested = state->readDepth > 0 || entry->objectRecord;
-    if (index < 0 || (nested && !spendOnReference(entry, index)))
+    if (index < 0 || !spendOnReference(entry, index))
         return nullptr;
     return nested && isKnown(index) ? followKnown(index) : follow(index, entry, nested);
 }
@@ -58,7 +58,8 @@ int tbFile::readKnownRefs(tbEntry* entry, const tbType* type, tbBase** objects, 
         return 0; // what it gets is the program's
     const std::int64_t start = tbiFileLayout::aligned(entry->cursor, 4);
     const std::int64_t inData = (entry->available - start) / 4; // packed data goes the other way
-    const std::int64_t end = std::min({std::int64_t(most), inData, state->getReferencesLeft()});
+    const std::int64_t paid = state->readDepth > 0 ? state->getReferencesLeft() : inData;
+    const std::int64_t end = std::min({std::int64_t(most), inData, paid});
     int number = 0;
     for (; number < end; ++number)
     {
@@ -70,7 +71,7 @@ int tbFile::readKnownRefs(tbEntry* entry, const tbType* type, tbBase** objects, 
     }
     if (number == 0)
         return 0;
-    spendOnMade(entry, number * tbiFileState::REFERENCE_WORK, number * tbiFileState::REFERENCE_COST);
+    spendOnReferences(entry, number);
     entry->cursor = int(start) + 4 * number;
     return number;
 }
@@ -115,10 +116,17 @@ bool tbEntry::checkMemory(std::int64_t bytes)
     return false;
 }
 
+// What a program reads record by record is its own affair, and may be read again.
+inline bool tbFile::spendOnReferences(tbEntry* referrer, int number)
+{
+    return state->readDepth == 0 || spendOnMade(referrer, number * tbiFileState::REFERENCE_WORK,
+                                                number * tbiFileState::REFERENCE_COST);
+}
+
 // Whether it leads anywhere or not: both take time.
 bool tbFile::spendOnReference(tbEntry* referrer, int index)
 {
-    if (spendOnMade(referrer, tbiFileState::REFERENCE_WORK, tbiFileState::REFERENCE_COST))
+    if (spendOnReferences(referrer, 1))
         return true;
     if (!std::exchange(state->budgetReported, true))
         reportReference(referrer, index, "the references together make more than a file of this length can");
@@ -235,7 +243,7 @@ const tbType* tbFile::findClass(tbiTag* tag) const
 {
     if (state->readDepth > 0 && tag->askedIn == state->numGraphs)
         return tag->type;
-    tag->type = tbType::findType(tag->name);
+    tag->type = tbType::findTypeToCreate(tag->name);
     tag->isScene = tag->type && tag->type->isOfType(tbScene::getClassType());
     tag->askedIn = state->numGraphs;
     return tag->type;

@@ -51,10 +51,11 @@ struct tbiFileState : tbAllocated<tbiFileState>
     std::string errorText;
     tbiFault fault;
     int numMessages = 0;
+    int numUnknown = 0; // classes that nobody supplies and that were named
 
     tbiHashTable<tbEntry> handles;
-    bool handlesKnown = true; // the table holds all handles
-    tbiHashTable<tbiTag> tagNames;
+    bool handlesKnown = true;         // the table holds all handles
+    std::vector<tbiTagName> tagNames; // sorted, of the first tags
     bool firstEntriesKnown = true;
 
     tbiFileWindow window;
@@ -179,7 +180,7 @@ struct tbiFileState : tbAllocated<tbiFileState>
         target = path ? path : "";
         label = std::move(name);
         errorText.clear();
-        numMessages = 0;
+        numMessages = numUnknown = 0;
         depthReported = pathsReported = budgetReported = false;
     }
 };

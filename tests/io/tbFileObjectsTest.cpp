@@ -193,6 +193,48 @@ TEST_F(FileObjects, UnknownClassesAreNamedOnceAndLeftOut)
     const tbRef<FileNode> root = readBytes(builder.build());
     ASSERT_TRUE(root);
     EXPECT_EQ(root->children.size(), 1u);
+
+    builder.entries.resize(1);
+    for (int i = 0; i < 150; ++i)
+        builder.add("tbNobodysClass" + std::to_string(i), "");
+    builder.entries[0].data = nodeRecord(builder, numbersFrom(1, 150));
+    builder.entries[0].size = std::uint32_t(builder.entries[0].data.size());
+    tbtest::expectMessage("no plug-in supplies the class tbNobodysClass", 100);
+    tbtest::expectMessage("which other classes no plug-in supplies is not listed");
+    EXPECT_TRUE(readBytes(builder.build()));
+}
+
+TEST_F(FileObjects, WhatAProgramPutsIntoAnEntryIsReferredToWhenItIsAnObject)
+{
+    const std::string bytes = graph({{1}, {}});
+    const tbRef<FileNode> own = new FileNode;
+    for (const bool isObject : {true, false})
+    {
+        ASSERT_TRUE(file.open(directory.write("own.tb", bytes).c_str(), "r"));
+        if (isObject)
+            file.getEntry(1)->setHandle(own.get());
+        else
+            file.getEntry(1)->setHandle(&bytes);
+        if (!isObject)
+            tbtest::expectMessage("a reference to an entry of another kind");
+        const tbRef<FileNode> root = static_cast<FileNode*>(file.readObject(0));
+        file.close();
+        ASSERT_TRUE(root);
+        EXPECT_EQ(root->children.size(), isObject ? 1u : 0u);
+        EXPECT_EQ(own->getRefCount(), isObject ? 2 : 1);
+    }
+}
+
+TEST_F(FileObjects, AProgramMayReadARecordAsOftenAsItLikes)
+{
+    std::vector<std::vector<int>> children(101);
+    children[0] = numbersFrom(1, 100);
+    ASSERT_TRUE(file.open(directory.write("again.tb", graph(children)).c_str(), "r"));
+    const tbRef<FileNode> node = new FileNode;
+    for (int i = 0; i < 5000; ++i)
+        ASSERT_TRUE(node->read(&file, file.getEntry(0)));
+    EXPECT_EQ(node->children.size(), 5000u * 100u);
+    EXPECT_EQ(file.getLastError(), tbFile::FILE_OK);
 }
 
 TEST_F(FileObjects, NestingHasALimitThatMayBeMoved)

@@ -1,5 +1,6 @@
 #include <tamber/io/tbFile.h>
 
+#include <tests/support/Cost.h>
 #include <tests/support/FileBuilder.h>
 #include <tests/support/Messages.h>
 #include <tests/support/TempFile.h>
@@ -78,6 +79,21 @@ TEST_F(File, TagsAreFoundOnSixtyThreeCharacters)
     EXPECT_EQ(file.findTag("TBONE"), file.findTag(nullptr));
     EXPECT_EQ(file.getNumTags(), 1);
     EXPECT_EQ(file.newEntry(1), nullptr);
+}
+
+TEST_F(File, TagsOfOneNameTakeNoLongerThanOthers)
+{
+    constexpr int NUM = 100'000;
+    FileBuilder builder;
+    builder.add("tbOne", "data");
+    builder.tags.insert(builder.tags.end(), NUM, "tbOne");
+    builder.tags.emplace_back("tbTwo");
+    const std::string bytes = builder.build();
+    const tbtest::Cost cost;
+    ASSERT_TRUE(openBytes(bytes));
+    EXPECT_EQ(file.findTag("tbOne"), 0);
+    EXPECT_EQ(file.findTag("tbTwo"), NUM + 1);
+    EXPECT_LT(cost.seconds(), tbtest::mostSeconds(bytes.size()));
 }
 
 TEST_F(File, EntriesAreFoundByHandleAndTag)

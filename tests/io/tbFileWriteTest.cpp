@@ -160,6 +160,25 @@ TEST_F(FileWrite, RewritingKeepsWhatWasNeverLoadedAndItsByteOrder)
     EXPECT_EQ(file.getEntry(2)->readInt(), 6);
 }
 
+TEST_F(FileWrite, AFileThatWasOpenedIsPackedAsIsWantedThen)
+{
+    for (const auto before : {tbEntry::NO_COMPRESSION, tbEntry::RLE})
+        for (const auto wanted : {tbEntry::NO_COMPRESSION, tbEntry::RLE})
+        {
+            SCOPED_TRACE(testing::Message() << before << " to " << wanted);
+            ASSERT_TRUE(file.create(path.c_str()));
+            addEntry(std::string(5000, 'x'))->setCompression(before);
+            ASSERT_TRUE(file.write());
+            ASSERT_TRUE(file.open(path.c_str(), "rw"));
+            file.getEntry(0)->setCompression(wanted);
+            ASSERT_TRUE(file.write()) << file.getErrorText();
+            ASSERT_TRUE(file.open(path.c_str(), "r"));
+            EXPECT_EQ(file.getEntry(0)->getCompression(), wanted);
+            ASSERT_TRUE(file.readEntry(file.getEntry(0)));
+            EXPECT_EQ(dataOf(0), std::string(5000, 'x'));
+        }
+}
+
 TEST_F(FileWrite, ProgressRisesToTheEnd)
 {
     static std::vector<double> heard;
@@ -256,4 +275,13 @@ TEST_F(FileWrite, ReplacedFileKeepsItsRightsAndTheLinksToIt)
     EXPECT_TRUE(fs::is_symlink(link));
     EXPECT_TRUE(tbFile::isTamberFormat(path.c_str()));
     EXPECT_EQ(fs::status(path).permissions(), rights);
+
+    // Links to nothing lead on as well, where the system tells where to.
+    file.close();
+    fs::remove(path);
+    ASSERT_TRUE(file.create(link.c_str()));
+    addEntry("data");
+    ASSERT_TRUE(file.write());
+    EXPECT_EQ(fs::is_symlink(link), fs::path::preferred_separator == '/');
+    EXPECT_EQ(fs::exists(path), fs::path::preferred_separator == '/');
 }
