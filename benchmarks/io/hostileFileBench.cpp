@@ -194,6 +194,14 @@ std::string failingNodes()
     return file.build();
 }
 
+// Hardly any entries, and tags that all have the same name.
+std::string sameTags()
+{
+    File file(std::vector<const char*>(FILE_SIZE / 68, "tbGroup"));
+    file.add(group({}));
+    return file.build();
+}
+
 // Every node of a level has every node of the next as a child.
 template <std::uint32_t WIDTH>
 std::string lattice()
@@ -318,6 +326,7 @@ BENCHMARK_CAPTURE(readFile, lattice100, lattice<100>)->Unit(benchmark::kMillisec
 BENCHMARK_CAPTURE(readFile, latticeNarrow, lattice<30>)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, lattice16, lattice<15>)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, failingNodes, failingNodes)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(readFile, sameTags, sameTags)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, sharedLists, sharedLists)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, packedSmall, packedSmall)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(readFile, packedInOnePlace, packedInOnePlace)->Unit(benchmark::kMillisecond);

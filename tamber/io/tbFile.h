@@ -192,6 +192,7 @@ private:
     void giveBack(tbEntry* entry);
 
     // References
+    bool spendOnClass(tbEntry* entry, const tbiTag& tag);
     bool spendOnReferences(tbEntry* referrer, int number);
     bool spendOnReference(tbEntry* referrer, int index);
     tbBase* follow(int index, const tbEntry* referrer, bool nested);

@@ -99,4 +99,5 @@ struct tbiTag : tbAllocated<tbiTag>
     std::uint32_t askedIn = 0;    // number of the graph in which the class was asked for last
     const tbType* type = nullptr; // the answer
     bool isScene = false;         // the answer is a class of scenes
+    bool isCollider = false;
 };

@@ -1,6 +1,7 @@
 // How references from entry to entry are followed, and how much a file may make of them.
 #include <tamber/io/tbFile.h>
 
+#include <tamber/collide/tbCollider.h>
 #include <tamber/graph/tbScene.h>
 #include <tamber/io/tbiFileLayout.h>
 #include <tamber/io/tbiFileState.h>
@@ -133,6 +134,19 @@ bool tbFile::spendOnReference(tbEntry* referrer, int index)
     return false;
 }
 
+// For what an object takes because it is of its class, however short its record is.
+bool tbFile::spendOnClass(tbEntry* entry, const tbiTag& tag)
+{
+    if (!tag.isScene && !tag.isCollider)
+        return true;
+    const std::int64_t cost = tag.isScene ? tbiFileState::SCENE_COST : 0;
+    const std::int64_t length = tag.isScene ? tbiFileState::SCENE_LENGTH : tbiFileState::COLLIDER_LENGTH;
+    if (length > state->lengthLeft || !spendOnMade(entry, cost, cost))
+        return false;
+    state->lengthLeft -= length;
+    return true;
+}
+
 tbEntry* tbFile::findTarget(int index, const tbEntry* referrer)
 {
     tbEntry* target = entries.indexInRange(index) ? entries[index] : nullptr;
@@ -203,11 +217,11 @@ tbBase* tbFile::makeObject(tbEntry* entry, const tbEntry* referrer)
         reportReference(referrer, entry->dirNum, "a scene inside a scene");
         return nullptr;
     }
-    if (tag->isScene && !spendOnMade(entry, tbiFileState::SCENE_COST, tbiFileState::SCENE_COST))
+    if (!spendOnClass(entry, *tag))
     {
         entry->failed = true;
         reportAt(entry, entry->recordPlace + RECORD_TAG,
-                 "the scenes together take more than a file of this length can");
+                 "the scenes and colliders together take more than a file of this length can");
         return nullptr;
     }
     tbBase* object = type->isWritable() ? type->create() : nullptr;
@@ -245,6 +259,7 @@ const tbType* tbFile::findClass(tbiTag* tag) const
         return tag->type;
     tag->type = tbType::findTypeToCreate(tag->name);
     tag->isScene = tag->type && tag->type->isOfType(tbScene::getClassType());
+    tag->isCollider = tag->type && tag->type->isOfType(tbCollider::getClassType());
     tag->askedIn = state->numGraphs;
     return tag->type;
 }

@@ -65,12 +65,14 @@ struct tbiFileState : tbAllocated<tbiFileState>
     std::int64_t workLeft = 0;  // bytes that entries hold, or that load in the time that something else takes
     std::int64_t bytesLeft = 0; // of memory for entries that were loaded and what is made of them
     std::int64_t openLeft = 0;  // of memory for what objects are reading themselves from
+    std::int64_t lengthLeft = 0; // bytes of the file, for objects that take much longer to make than to read
 
     static constexpr std::int64_t SMALLEST_WORK = std::int64_t{256} << 20;
     static constexpr std::int64_t WORK_FACTOR = 160;
     static constexpr std::int64_t FIRST_BYTES = std::int64_t{24} << 20;
     static constexpr std::int64_t BYTES_FACTOR = 128; // the best that packing can do
     static constexpr std::int64_t FIRST_OPEN = std::int64_t{1} << 20;
+    static constexpr std::int64_t FIRST_LENGTH = std::int64_t{64} << 10;
 
     // What objects take that their data does not tell, in bytes.
     static constexpr std::int64_t REFERENCE_WORK =
@@ -78,6 +80,10 @@ struct tbiFileState : tbAllocated<tbiFileState>
     static constexpr std::int64_t REFERENCE_COST = 64; // an edge, at both ends
     static constexpr std::int64_t OBJECT_COST = 1344;  // as much as the largest class but scenes takes
     static constexpr std::int64_t SCENE_COST = 6144;   // its contexts, stacks, locks and lists
+
+    // Of the file, that is read in the time that making one takes, or so.
+    static constexpr std::int64_t SCENE_LENGTH = 240;
+    static constexpr std::int64_t COLLIDER_LENGTH = 192;
 
     tbProgressFunc progress = nullptr;
     std::int64_t bytesDone = 0; // of all that the entries hold, since the file was opened or write() began
@@ -107,6 +113,7 @@ struct tbiFileState : tbAllocated<tbiFileState>
         workLeft = std::max(SMALLEST_WORK, WORK_FACTOR * length);
         bytesLeft = FIRST_BYTES + BYTES_FACTOR * length;
         openLeft = FIRST_OPEN + length;
+        lengthLeft = FIRST_LENGTH + length;
     }
     /// For what an entry's object takes beyond its data: time and memory. Lists that share bytes make many edges of
     /// few. False, and nothing spent, where a file of this length can make no more.
@@ -164,7 +171,7 @@ struct tbiFileState : tbAllocated<tbiFileState>
         tagNames.clear();
         firstEntriesKnown = true;
         window.detach();
-        dataStart = workLeft = bytesLeft = openLeft = 0;
+        dataStart = workLeft = bytesLeft = openLeft = lengthLeft = 0;
         readDepth = openScenes = writeDepth = 0;
         paths = 0;
         sceneBelow = false;

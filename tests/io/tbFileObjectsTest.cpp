@@ -272,7 +272,7 @@ TEST_F(FileObjects, ObjectsTakeNoMoreMemoryThanAFileOfTheirLengthMayTake)
     const std::tuple<const char*, std::string, bool> cases[] = {
         {"few lists", crowd("tbGroup", 500, 500), true},
         {"lists", crowd("tbGroup", 1500, 1500), false},
-        {"few scenes", crowd("tbScene", 2000, 0), true},
+        {"few scenes", crowd("tbScene", 300, 0), true},
         {"scenes", crowd("tbScene", 30000, 0), false},
         {"a packed array", arrayAndColliders(1'000'000, 0), true},
         {"colliders", arrayAndColliders(100, 20'000), false},
