@@ -16,6 +16,9 @@ constexpr std::uint64_t REFERENCE_COST = 64;  // bytes that count for an edge, a
 constexpr std::uint64_t OBJECT_COST = 1344;   // bytes that count for any object
 constexpr std::uint64_t SCENE_COST = 6144;    // and for what a scene takes beyond that
 constexpr std::uint64_t RAY_COST = 416;       // and for each ray of a collider
+constexpr std::uint64_t FIRST_LENGTH = std::uint64_t{64} << 10; // of a file, and its own
+constexpr std::uint64_t SCENE_LENGTH = 240;                     // of it for each scene
+constexpr std::uint64_t COLLIDER_LENGTH = 192;                  // and for each collider
 constexpr std::uint16_t HAS_GEOMETRY = 0x0200;
 constexpr std::uint16_t HAS_EMITTER = 0x0400;
 
@@ -126,6 +129,8 @@ private:
             reportSceneInside(entry);
         if (isOf(info, scene))
             spend(entry, SCENE_COST, SCENE_COST, "with what scenes take");
+        if (isOf(info, scene) || isOf(info, collider))
+            spendLength(entry, isOf(info, scene) ? SCENE_LENGTH : COLLIDER_LENGTH);
         if (info && state.facts[place].readable)
             spend(entry, 0, OBJECT_COST + RAY_COST * state.facts[place].numRays, "with what objects take");
         if (state.facts[place].readable && !state.image.beginReading(entry))
@@ -137,6 +142,14 @@ private:
     {
         if (!state.image.spendOnMade(work, bytes))
             reportBudget(entry, what);
+    }
+
+    void spendLength(int entry, std::uint64_t length)
+    {
+        if (length > lengthLeft)
+            reportBudget(entry, "with their number of scenes and colliders");
+        else
+            lengthLeft -= length;
     }
 
     void reportBudget(int entry, const char* what)
@@ -212,7 +225,9 @@ private:
     bool budgetReported = false;
     bool hidesReferences = false; // what lies below an object could not be told
     int openScenes = 0;
+    std::uint64_t lengthLeft = FIRST_LENGTH + state.image.getLength(); // of the file
     const ClassInfo* scene = findClass("tbScene");
+    const ClassInfo* collider = findClass("tbCollider");
     const ClassInfo* group = findClass("tbGroup");
     const ClassInfo* geometry = findClass("tbGeometry");
     const ClassInfo* emitter = findClass("tbEmitter");
