@@ -131,7 +131,7 @@ Lists randomLists(unsigned seed)
 // `className` that has children itself.
 double secondsToRead(const std::string& path, const char* className)
 {
-    constexpr int WIDTH = 1000;
+    const int width = tbtest::isCostMeasured() ? 1000 : 50;
     FileBuilder builder;
     const auto group = [&builder](int first, int number, int amid = -1)
     {
@@ -140,12 +140,12 @@ double secondsToRead(const std::string& path, const char* className)
             record.integer(amid >= 0 && i == number / 2 ? amid : first + i);
         return record;
     };
-    builder.add("tbGroup", group(1, WIDTH));
-    for (int i = 0; i < WIDTH; ++i)
-        builder.add("tbGroup", group(1 + 2 * WIDTH, WIDTH, 1 + WIDTH + i));
-    for (int i = 0; i < WIDTH; ++i)
-        builder.add(className, group(1 + 2 * WIDTH, 2).integer(77)); // states of which none is there
-    for (int i = 0; i < WIDTH; ++i)
+    builder.add("tbGroup", group(1, width));
+    for (int i = 0; i < width; ++i)
+        builder.add("tbGroup", group(1 + 2 * width, width, 1 + width + i));
+    for (int i = 0; i < width; ++i)
+        builder.add(className, group(1 + 2 * width, 2).integer(77)); // states of which none is there
+    for (int i = 0; i < width; ++i)
         builder.add("tbGroup", group(0, 0));
     tbtest::writeAll(path, builder.build());
     double lowest = 1e9;
@@ -237,13 +237,13 @@ TEST_F(GroupFile, LongListsTakeTheirTimeWhateverReadsThem)
     tbtest::allowMessages(); // what follows the children of a switch is missing
     for (const char* className : {"tbGroup", "tbSwitch", "tbAutoSwitch", "tbRangeSwitch"})
     {
-        constexpr int NUM = 200'000;
+        const int number = tbtest::isCostMeasured() ? 200'000 : 2'000;
         FileBuilder builder;
         builder.gap = 0;
-        std::vector<int> children(NUM);
+        std::vector<int> children(std::size_t(number), 0);
         std::iota(children.begin(), children.end(), 1);
         builder.add(className, builder.record().object().word(1).word(1).list(children));
-        for (int i = 0; i < NUM; ++i)
+        for (int i = 0; i < number; ++i)
             builder.add("tbGroup", builder.record().object().word(1).word(1).integer(0));
         const std::string bytes = builder.build();
         tbtest::writeAll(path, bytes);

@@ -35,6 +35,11 @@ std::size_t Cost::bytes() const
     return MEASURE_COST ? statusBytes("VmHWM:") - held : 0;
 }
 
+bool isCostMeasured()
+{
+    return MEASURE_COST;
+}
+
 std::size_t mostBytes(std::size_t size)
 {
     return (std::size_t{64} << 20) + 160 * size;

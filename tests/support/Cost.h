@@ -20,6 +20,9 @@ private:
     std::size_t held;
 };
 
+/// False under a sanitizer, where small inputs do.
+bool isCostMeasured();
+
 /// What reading a file of `size` bytes may cost: 64 MiB and 160 times the file; 1 s and 1 s more for each 10 MB.
 std::size_t mostBytes(std::size_t size);
 double mostSeconds(std::size_t size);
