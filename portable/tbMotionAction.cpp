@@ -118,10 +118,10 @@ void tbMotionAction::updateDirect(tbScene* scene, bool)
         apply(scene, nullptr);
 }
 
-// Two that hold each other would never be released.
+// Two that hold each other would never be released. What is above the other parents was seen when they came.
 void tbMotionAction::addedTo(tbGroup* parent)
 {
-    if (held && held->hasDescendant(this))
+    if (held && (held.get() == parent || held->hasDescendant(parent)))
     {
         held->ref();
         tbTransform* above = held.get();

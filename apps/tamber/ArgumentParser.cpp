@@ -67,11 +67,11 @@ CLI::Validator checkOf(const NumberRange& range, const OptionTarget& target)
     return CLI::Range(int(range.least), int(range.most)).description(range.text);
 }
 
-std::string refuseNotANumber(const std::string& text)
+std::string refuseNotFinite(const std::string& text)
 {
     double value = 0;
-    return CLI::detail::lexical_cast(text, value) && std::isnan(value) ? text + " is not a number"
-                                                                       : std::string();
+    return CLI::detail::lexical_cast(text, value) && !std::isfinite(value) ? text + " is not a finite number"
+                                                                           : std::string();
 }
 
 CLI::Option* addOption(CLI::App& app, const CommandTable& table, const OptionRow& row)
@@ -85,7 +85,7 @@ CLI::Option* addOption(CLI::App& app, const CommandTable& table, const OptionRow
     if (row.range)
         option->check(checkOf(*row.range, row.target));
     if (std::holds_alternative<double*>(row.target))
-        option->check(CLI::Validator(refuseNotANumber, ""));
+        option->check(CLI::Validator(refuseNotFinite, ""));
     if (!row.excluded.empty())
         option->excludes(row.excluded);
     return option;

@@ -3,6 +3,7 @@
 #include "CommandError.h"
 #include "ModelFile.h"
 
+#include <apps/tamber/native/Finding.h>
 #include <tamber/collide/tbCollider.h>
 #include <tamber/graph/tbModel.h>
 #include <tamber/graph/tbScene.h>
@@ -20,10 +21,11 @@ tbVec3 pointOf(const std::vector<float>& numbers)
     return tbVec3(numbers[0], numbers[1], numbers[2]);
 }
 
-// A node's name, or its class where it has none.
+// A node's name, or its class where it has none, as it may stand on a terminal.
 std::string labelOf(const tbGroup* node)
 {
-    return node->getName() && *node->getName() ? node->getName() : node->getType()->getName();
+    return native::printable(node->getName() && *node->getName() ? node->getName()
+                                                                 : node->getType()->getName());
 }
 
 std::string pathOf(const tbHit& hit)

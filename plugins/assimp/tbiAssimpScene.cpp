@@ -19,11 +19,14 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <set>
 #include <vector>
 
 namespace
 {
+constexpr std::size_t LONGEST_BASE = MAXLEN - 16; // leaves room for a number
+
 /// Text forms put names in quotes as they are.
 aiString textOf(std::string text)
 {
@@ -224,10 +227,12 @@ private:
     std::string uniqueName(const tbiExportMaterial& material)
     {
         const char* given = material.material ? material.material->getName() : nullptr;
-        const std::string base = given && *given ? given : "material";
+        const std::string base =
+            std::string(textOf(given && *given ? given : "material").C_Str()).substr(0, LONGEST_BASE);
+        int& uses = numUses[base];
         std::string name = base;
-        for (int i = 2; !names.insert(name).second; ++i)
-            name = base + "_" + std::to_string(i);
+        while (!names.insert(name).second)
+            name = base + "_" + std::to_string(++uses + 1);
         return name;
     }
 
@@ -235,6 +240,7 @@ private:
     aiScene& target;
     std::vector<int> places; // of the meshes in the target, -1 for what is left out
     std::set<std::string> names;
+    std::map<std::string, int> numUses; // of what a name begins with
 };
 } // namespace
 

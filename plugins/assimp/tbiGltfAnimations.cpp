@@ -1,6 +1,7 @@
 #include "tbiGltfAnimations.h"
 
 #include <portable/tbKeyFrameAction.h>
+#include <tamber/graph/tbTransform.h>
 
 #include "tbiExportScene.h"
 
@@ -73,17 +74,25 @@ private:
 
 tbiGltfAnimations::tbiGltfAnimations(const tbiExportScene& scene) : places(scene.nodes.size())
 {
-    std::map<std::pair<std::string, int>, int> known; // by name and how often the node had the name before
+    std::map<const tbGroup*, std::size_t> nodes; // the first of each
     for (std::size_t node = 0; node < scene.nodes.size(); ++node)
+        nodes.try_emplace(scene.nodes[node].source, node);
+    std::map<std::pair<std::string, int>, int> known; // by name and how often the node had the name before
+    std::map<std::pair<std::size_t, std::string>, int> before;
+    for (std::size_t holder = 0; holder < scene.nodes.size(); ++holder)
     {
-        std::map<std::string, int> before;
-        for (const tbKeyFrameAction* action : scene.nodes[node].actions)
+        for (const tbKeyFrameAction* action : scene.nodes[holder].actions)
         {
+            // What it moves may lie elsewhere.
+            const tbTransform* target = action->getTarget();
+            const auto moved = target && !action->hasParent(target) ? nodes.find(target) : nodes.end();
+            const std::size_t node = moved == nodes.end() ? holder : moved->second;
             const unsigned kinds = kindsOf(*action);
             if (kinds == 0)
                 continue;
             const std::string name = action->getName() ? action->getName() : "";
-            const auto [place, isNew] = known.try_emplace({name, before[name]++}, int(animations.size()));
+            const auto [place, isNew] =
+                known.try_emplace({name, before[{node, name}]++}, int(animations.size()));
             if (isNew)
                 animations.push_back({name, {}});
             animations[std::size_t(place->second)].channels.push_back({int(node), action});

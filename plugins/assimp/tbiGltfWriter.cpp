@@ -105,7 +105,12 @@ private:
         const std::string name = nameOf(scene.nodes[std::size_t(index)]);
         const bool isMoved = !animations.placesOf(index).empty();
         const bool isUnclear = isMoved && (name.empty() || names.at(name) > 1);
-        return isUnclear ? name + "#" + std::to_string(index) : name;
+        if (!isUnclear)
+            return name;
+        std::string unique = name + "#" + std::to_string(index);
+        while (names.contains(unique))
+            unique += '#';
+        return unique;
     }
 
     void writeNodes(tbiJson& json)

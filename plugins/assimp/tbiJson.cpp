@@ -51,7 +51,10 @@ tbiJson& tbiJson::number(float value)
     char digits[32];
     const std::to_chars_result end =
         std::to_chars(digits, digits + sizeof digits, std::isfinite(value) ? value : 0.0f);
-    return raw(std::string_view(digits, std::size_t(end.ptr - digits)));
+    const std::string_view shortest(digits, std::size_t(end.ptr - digits));
+    // Readers take whole numbers for integers, of 32 bits where they are negative.
+    const bool isLong = std::fabs(value) >= 0x1p31f && shortest.find_first_of(".e") == std::string_view::npos;
+    return raw(isLong && std::isfinite(value) ? std::string(shortest) + ".0" : std::string(shortest));
 }
 
 tbiJson& tbiJson::numbers(const float* values, int count)

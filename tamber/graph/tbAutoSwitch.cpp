@@ -64,14 +64,18 @@ tbGroup* tbAutoSwitch::cloneGroup() const
 
 void tbAutoSwitch::copy(const tbAutoSwitch& other)
 {
+    isFilling = true;
     tbSwitch::copy(other);
+    isFilling = false;
     enabled = other.enabled;
     iterator = other.iterator;
 }
 
 void tbAutoSwitch::clone(const tbAutoSwitch& other)
 {
+    isFilling = true;
     tbSwitch::clone(other);
+    isFilling = false;
     enabled = other.enabled;
     iterator = other.iterator;
 }
@@ -145,7 +149,7 @@ void tbAutoSwitch::setChildFrameCount(int frames)
 // Gives each item its time anew, which takes as long as there are items.
 void tbAutoSwitch::countChildren()
 {
-    if (!isReading)
+    if (!isFilling)
         iterator.setNumItems(getNumChildren());
 }
 
@@ -217,9 +221,9 @@ void tbAutoSwitch::apply(tbCollider* collider) const
 
 tbEntry* tbAutoSwitch::read(tbFile* file, tbEntry* entry)
 {
-    isReading = true;
+    isFilling = true;
     entry = tbSwitch::read(file, entry);
-    isReading = false;
+    isFilling = false;
     countChildren();
     if (!entry)
         return nullptr;

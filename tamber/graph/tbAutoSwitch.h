@@ -70,6 +70,6 @@ private:
     void countChildren();
 
     bool enabled = true;
-    bool isReading = false; // children, which are counted when all are there
+    bool isFilling = false; // children come, which are counted when all are there
     tbIterator iterator;
 };

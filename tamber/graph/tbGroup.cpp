@@ -84,9 +84,8 @@ tbGroup::~tbGroup()
     visitStamp = DYING;
     if (directCalls > 0)
         tbiDirectCalls::forget(this);
-    for (int i = children.getNum() - 1; i >= 0; --i)
-        if (i < children.getNum())
-            letGo(children[i]);
+    while (children.getNum() > 0)
+        letGoLast();
     while (parents.getNum() > 0)
     {
         tbGroup* parent = parents[parents.getNum() - 1];

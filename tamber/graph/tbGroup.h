@@ -211,6 +211,8 @@ private:
     template <class Link>
     bool attach(tbGroup* child, Link link);
     bool letGo(tbGroup* child);
+    void letGoLast();
+    void hasLet(tbGroup* child);
     void yieldTo(tbGroup* node, tbGroup* parent, bool keepOrder);
     void splitFromParents();
     bool isDying() const { return visitStamp == DYING; }

@@ -65,9 +65,23 @@ bool tbGroup::letGo(tbGroup* child)
     if (!tbiNodeLinks::find(this, child, edge))
         return false;
     tbiNodeLinks::remove(this, child, edge);
+    hasLet(child);
+    return true;
+}
+
+// The same for the last of the children that there are, which needs no search.
+void tbGroup::letGoLast()
+{
+    tbiNodeLinks::Edge edge;
+    tbGroup* child = tbiNodeLinks::findLast(this, edge);
+    tbiNodeLinks::remove(this, child, edge);
+    hasLet(child);
+}
+
+void tbGroup::hasLet(tbGroup* child)
+{
     child->removedFrom(this);
     child->unRef();
-    return true;
 }
 
 bool tbGroup::removeChild(tbGroup* child)

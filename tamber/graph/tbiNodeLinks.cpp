@@ -335,6 +335,13 @@ bool tbiNodeLinks::find(const tbGroup* parent, const tbGroup* child, Edge& edge)
     return true;
 }
 
+tbGroup* tbiNodeLinks::findLast(const tbGroup* parent, Edge& edge)
+{
+    edge.inChildren = endOf(parent->children) - 1;
+    edge.inParents = oppositeOf(parent->children, edge.inChildren);
+    return slotsOf(parent->children)[edge.inChildren];
+}
+
 bool tbiNodeLinks::contains(const tbGroup* parent, const tbGroup* child)
 {
     const bool inChildren = countOf(parent->children) <= countOf(child->parents);

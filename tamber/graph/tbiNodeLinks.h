@@ -28,6 +28,8 @@ public:
 
     // Edits.
     static bool find(const tbGroup* parent, const tbGroup* child, Edge& edge);
+    /// The last child of a parent that has some, and the edge to it, without a search.
+    static tbGroup* findLast(const tbGroup* parent, Edge& edge);
     /// Makes room for more children, or parents, of a node. False when a list is full or memory is out.
     static bool reserveChildren(tbGroup* parent, int more)
     {

@@ -9,6 +9,13 @@ namespace
 {
 
 constexpr int STEPS_PER_SEGMENT = 64;
+constexpr int MOST_STEPS = 1 << 20; // of a curve, where it has no more segments
+
+// In how many lines a segment is measured.
+int stepsPerSegment(int numSegments)
+{
+    return std::clamp(MOST_STEPS / std::max(numSegments, 1), 1, STEPS_PER_SEGMENT);
+}
 
 tbVec3 zero()
 {
@@ -125,7 +132,8 @@ tbVec3 tbSpline::getTangent(float parameter) const
 
 void tbSpline::measure() const
 {
-    const int steps = getNumSegments() * STEPS_PER_SEGMENT;
+    const int perSegment = stepsPerSegment(getNumSegments());
+    const int steps = getNumSegments() * perSegment;
     if (!lengths.empty() || steps == 0)
         return;
     if (!tbTryAllocate([&] { lengths.reserve(std::size_t(steps) + 1); }))
@@ -135,7 +143,7 @@ void tbSpline::measure() const
     double length = 0;
     for (int i = 1; i <= steps; ++i)
     {
-        const tbVec3 next = getPosition(float(i) / STEPS_PER_SEGMENT);
+        const tbVec3 next = getPosition(float(i) / float(perSegment));
         const tbVec3 step = next - last;
         length += std::sqrt(double(step.sqrLength()));
         lengths.push_back(float(length));
@@ -159,7 +167,7 @@ float tbSpline::getParameterAtLength(float distance) const
         return float(getNumSegments());
     const float before = *(behind - 1);
     const float inStep = *behind > before ? (distance - before) / (*behind - before) : 0.0f;
-    return (float(behind - lengths.begin() - 1) + inStep) / STEPS_PER_SEGMENT;
+    return (float(behind - lengths.begin() - 1) + inStep) / float(stepsPerSegment(getNumSegments()));
 }
 
 void tbSpline::write(tbEntry* entry) const

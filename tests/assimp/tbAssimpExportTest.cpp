@@ -122,6 +122,12 @@ tbRef<tbModel> makeModel()
         node->addChild(plain.get());
         top->addChild(node.get());
     }
+    for (int i = 0; i < 10; ++i) // names that are made of those before
+    {
+        tbRef<tbTransform> node = new tbTransform;
+        node->setName(("same#" + std::to_string(i)).c_str());
+        top->addChild(node.get());
+    }
     top->getChild(1)->addChild(makeMotion("walk").get());
     top->getChild(1)->addChild(makeMotion(nullptr).get());
     top->getChild(2)->addChild(makeMotion("walk").get());
@@ -156,6 +162,8 @@ TEST(AssimpExport, GltfBringsBackWhatWasWritten)
 {
     const TempDirectory folder;
     const tbRef<tbModel> model = makeModel();
+    auto* moved = static_cast<tbTransform*>(model->getChild(0)->getChild(0)->getChild(1));
+    moved->setXYZ(-4294967296.0f, 2, 3); // whole, and beyond what 32 bits hold
     const std::string before = nativeBytes(folder, *model);
     for (const char* extension : {"glb", "gltf", "GLB"})
     {

@@ -73,6 +73,13 @@ TEST(Spline, LengthsMeasureTheWay)
         last = next;
     }
     EXPECT_TRUE(tbtest::near(curve.getPositionAtLength(1e9f), curve.getPoint(3)));
+
+    // Of very long curves each segment is measured in fewer steps.
+    tbSpline wayOn(tbSpline::LINEAR);
+    for (int i = 0; i <= 100'000; ++i)
+        wayOn.addPoint(tbVec3(float(i), 0, 0));
+    EXPECT_NEAR(wayOn.getLength(), 100'000.0f, 1.0f);
+    EXPECT_NEAR(wayOn.getParameterAtLength(30'000.5f), 30'000.5f, 0.1f);
 }
 
 TEST(Spline, TooFewPointsAndNoNumbersEndAtTheStart)

@@ -3,6 +3,7 @@
 #include <portable/tbKeyFrameAction.h>
 #include <portable/tbPathAction.h>
 #include <tamber/thread/tbEvent.h>
+#include <tests/support/Cost.h>
 #include <tests/support/Near.h>
 #include <tests/support/SavedCopy.h>
 #include <tests/support/TestScene.h>
@@ -128,6 +129,23 @@ TEST(MotionActions, ComeBackFromFilesBelowTheirTarget)
     const tbRef<tbTransform> read = tbtest::savedCopy(root.get());
     ASSERT_TRUE(read && read->getNumChildren() == 1);
     EXPECT_EQ(static_cast<tbPathAction*>(read->getChild(0))->getTarget(), read.get());
+}
+
+TEST(PathAction, MayLieBelowManyNodes)
+{
+    const int number = tbtest::isCostMeasured() ? 20'000 : 500;
+    const tbRef<tbTransform> target(new tbTransform);
+    const tbRef<tbTransform> root(new tbTransform);
+    tbPathAction* path = addPath(root.get());
+    path->setTarget(target.get());
+    for (int i = 0; i < number; ++i)
+    {
+        root->addChild(new tbGroup);
+        root->getChild(i + 1)->addChild(path);
+    }
+    const tbtest::Cost cost;
+    EXPECT_TRUE(tbtest::savedCopy(root.get()));
+    EXPECT_LE(cost.seconds(), 1.0);
 }
 
 TEST(PathAction, ATargetThatOnlyAFileNamedLivesAsLongAsTheAction)
