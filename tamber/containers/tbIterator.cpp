@@ -276,13 +276,19 @@ bool tbIterator::applyCycle()
     return true;
 }
 
+// It has ended, then, when it stands behind the last item, however far.
+bool tbIterator::stopsAtEnd() const
+{
+    return numItems > 0 && cycle != CYCLE_WRAP && cycle != CYCLE_REVERSE;
+}
+
 void tbIterator::write(tbEntry* entry) const
 {
     entry->writeByte(char(paused));
     entry->writeByte(char(cycle));
     entry->writeByte(char(mode));
     entry->writeByte(char(direction));
-    entry->writeInt(currentItem);
+    entry->writeInt(stopsAtEnd() ? std::min(currentItem, numItems) : currentItem);
     entry->writeInt(step);
     entry->writeFloat(totalTime);
     entry->writeFloat(itemTime);
@@ -332,9 +338,7 @@ bool tbIterator::read(tbEntry* entry, int wantedItems)
         takeItems(wantedItems);
     else // setting the number of items gives each a value, so there are never more items than values
         numItems = std::clamp(storedItems, 0, std::max(itemTimes.capacity, itemFrameCounts.capacity));
-    // One that stops at the end has ended when it stands behind the last item.
-    const bool mayEnd = numItems > 0 && cycle != CYCLE_WRAP && cycle != CYCLE_REVERSE;
-    currentItem = item < 0 || (item >= numItems && !mayEnd) ? -1 : std::min(item, numItems);
+    currentItem = item < 0 || (item >= numItems && !stopsAtEnd()) ? -1 : std::min(item, numItems);
     return !entry->hasFailed();
 }
 

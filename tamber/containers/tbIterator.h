@@ -94,6 +94,7 @@ private:
     bool stepByTime();
     bool stepByFrames();
     bool applyCycle();
+    bool stopsAtEnd() const;
     void takeItems(int n);
     float shareOfTime() const;
     int shareOfFrames() const;

@@ -179,5 +179,14 @@ TEST(Iterator, ReadsNoItemThatItHasNotButTheEnd)
             EXPECT_EQ(iterator.getSelectedItem(), ends ? -1 : c.itemRead);
             EXPECT_EQ(iterator.getNumItems(), c.itemsRead);
             EXPECT_EQ(entry->getRemaining(), 0);
+
+            for (int i = 0; i < 3; ++i)
+                iterator.update(); // goes on behind the end
+            tbEntry* again = file.newEntry(0);
+            iterator.write(again);
+            again->reset();
+            tbIterator copy;
+            EXPECT_TRUE(copy.read(again, c.itemsRead));
+            EXPECT_EQ(copy.getSelectedItem(), std::min(iterator.getSelectedItem(), c.itemsRead));
         }
 }

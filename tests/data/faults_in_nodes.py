@@ -82,6 +82,7 @@ auto("35-capacity-negative", lambda r: r.byte(0, 1, 0, 0).int(0, 1).float(1, 0).
 auto("35-items-beyond-arrays", lambda r: r.iterator(2000000000, times=(1, 1)))
 auto("35-items-negative", lambda r: r.iterator(-3, times=(1, 1)))
 auto("35-item-beyond", lambda r: r.iterator(2, current=2, times=(1, 1)), both=True)
+auto("35-item-beyond-the-end", lambda r: r.iterator(2, current=7, modes=(0, 0, 0, 0), times=(1, 1)))
 auto("35-item-negative", lambda r: r.iterator(2, current=-7, times=(1, 1)))
 auto("35-time-zero", lambda r: r.iterator(2, current=0, time=0, times=(0, 0)))
 auto("35-time-negative", lambda r: r.iterator(2, current=0, time=-1, times=(-1, -1)))
