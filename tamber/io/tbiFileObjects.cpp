@@ -140,10 +140,9 @@ bool tbFile::spendOnClass(tbEntry* entry, const tbiTag& tag)
     if (!tag.isScene && !tag.isCollider)
         return true;
     const std::int64_t cost = tag.isScene ? tbiFileState::SCENE_COST : 0;
-    const std::int64_t length = tag.isScene ? tbiFileState::SCENE_LENGTH : tbiFileState::COLLIDER_LENGTH;
-    if (length > state->lengthLeft || !spendOnMade(entry, cost, cost))
+    if (tbiFileState::HEAVY_LENGTH > state->lengthLeft || !spendOnMade(entry, cost, cost))
         return false;
-    state->lengthLeft -= length;
+    state->lengthLeft -= tbiFileState::HEAVY_LENGTH;
     return true;
 }
 

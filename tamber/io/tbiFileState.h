@@ -81,9 +81,8 @@ struct tbiFileState : tbAllocated<tbiFileState>
     static constexpr std::int64_t OBJECT_COST = 1344;  // as much as the largest class but scenes takes
     static constexpr std::int64_t SCENE_COST = 6144;   // its contexts, stacks, locks and lists
 
-    // Of the file, that is read in the time that making one takes, or so.
-    static constexpr std::int64_t SCENE_LENGTH = 240;
-    static constexpr std::int64_t COLLIDER_LENGTH = 192;
+    // Of the file, for a scene and for a collider: no file that was written by the library has less for an entry.
+    static constexpr std::int64_t HEAVY_LENGTH = tbiFileLayout::RECORD_SPACE;
 
     tbProgressFunc progress = nullptr;
     std::int64_t bytesDone = 0; // of all that the entries hold, since the file was opened or write() began

@@ -1,5 +1,8 @@
 #include <tamber/io/tbFile.h>
 
+#include <tamber/collide/tbCollider.h>
+#include <tamber/graph/tbScene.h>
+
 #include <tests/support/Cost.h>
 #include <tests/support/FileBuilder.h>
 #include <tests/support/FileNode.h>
@@ -295,6 +298,19 @@ TEST_F(FileObjects, ObjectsTakeNoMoreMemoryThanAFileOfTheirLengthMayTake)
         EXPECT_EQ(std::strstr(file.getErrorText(), "together") == nullptr, good) << file.getErrorText();
         file.close();
     }
+}
+
+TEST_F(FileObjects, HoweverManyScenesAndCollidersWereSavedComeBack)
+{
+    const tbRef<FileNode> root = new FileNode;
+    for (int i = 0; i < 2000; ++i)
+        root->add(new tbScene);
+    for (int i = 0; i < 8000; ++i)
+        root->add(new tbCollider);
+    ASSERT_TRUE(save(root.get()));
+    const tbRef<FileNode> read = readBytes(tbtest::readAll(path));
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->children.size(), root->children.size());
 }
 
 TEST_F(FileObjects, DeeperGraphIsNotWrittenAtAll)

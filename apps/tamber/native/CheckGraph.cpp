@@ -17,8 +17,7 @@ constexpr std::uint64_t OBJECT_COST = 1344;   // bytes that count for any object
 constexpr std::uint64_t SCENE_COST = 6144;    // and for what a scene takes beyond that
 constexpr std::uint64_t RAY_COST = 416;       // and for each ray of a collider
 constexpr std::uint64_t FIRST_LENGTH = std::uint64_t{64} << 10; // of a file, and its own
-constexpr std::uint64_t SCENE_LENGTH = 240;                     // of it for each scene
-constexpr std::uint64_t COLLIDER_LENGTH = 192;                  // and for each collider
+constexpr std::uint64_t HEAVY_LENGTH = 112;                     // of it for each scene and collider
 constexpr std::uint16_t HAS_GEOMETRY = 0x0200;
 constexpr std::uint16_t HAS_EMITTER = 0x0400;
 
@@ -130,7 +129,7 @@ private:
         if (isOf(info, scene))
             spend(entry, SCENE_COST, SCENE_COST, "with what scenes take");
         if (isOf(info, scene) || isOf(info, collider))
-            spendLength(entry, isOf(info, scene) ? SCENE_LENGTH : COLLIDER_LENGTH);
+            spendLength(entry);
         if (info && state.facts[place].readable)
             spend(entry, 0, OBJECT_COST + RAY_COST * state.facts[place].numRays, "with what objects take");
         if (state.facts[place].readable && !state.image.beginReading(entry))
@@ -144,12 +143,12 @@ private:
             reportBudget(entry, what);
     }
 
-    void spendLength(int entry, std::uint64_t length)
+    void spendLength(int entry)
     {
-        if (length > lengthLeft)
+        if (HEAVY_LENGTH > lengthLeft)
             reportBudget(entry, "with their number of scenes and colliders");
         else
-            lengthLeft -= length;
+            lengthLeft -= HEAVY_LENGTH;
     }
 
     void reportBudget(int entry, const char* what)

@@ -79,7 +79,7 @@ constexpr KindInfo KINDS[] = {
      "All entries together unpack to at most 24 MiB and 128 times the file's length, where each reference "
      "counts 64 bytes and each scene 6,144 bytes more. With what is packed, and 320 bytes for each "
      "reference, they are at most 256 MiB or 160 times the file's length, whichever is more. 64 KiB and the "
-     "file's length are at least 240 bytes for each scene and 192 for each collider.",
+     "file's length are at least 112 bytes for each scene and each collider.",
      "This entry and others behind it cannot be read."},
 
     {Kind::PLUGIN_LIST_TWICE, Severity::WARNING, "plugin-list-twice", "A file has one list of plug-ins.",
