@@ -58,7 +58,6 @@ void tbScene::initMembers()
     modsSemaphore = new tbSemaphore(1, 1);
     preUpdateEvent = new tbEvent;
     postUpdateEvent = new tbEvent;
-    lists = new tbiSceneLists;
     travContext = new tbTravContext;
     if (!travContext)
         return;

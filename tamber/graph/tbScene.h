@@ -109,6 +109,6 @@ private:
     tbRef<tbTravContext> travContext;
     tbRef<tbEvent> preUpdateEvent;
     tbRef<tbEvent> postUpdateEvent;
-    tbiSceneLists* lists = nullptr;
+    tbiSceneLists* lists = nullptr; // made with the first entry of one of them
     tbSphere volume;
 };

@@ -105,14 +105,24 @@ void forEachScene(Visit visit)
 
 } // namespace
 
+tbiSceneLists* tbiDirectCalls::makeLists(tbScene* scene)
+{
+    if (!scene->lists)
+        scene->lists = new tbiSceneLists;
+    return scene->lists;
+}
+
 void tbiDirectCalls::add(tbScene* scene, int kind, tbGroup* node)
 {
-    if (scene->lists && scene->lists->directCalls[kind].add(node))
+    const tbiLockGuard guard(tbiLocks::type);
+    tbiSceneLists* lists = makeLists(scene);
+    if (lists && lists->directCalls[kind].add(node))
         ++node->directCalls;
 }
 
 void tbiDirectCalls::remove(tbScene* scene, int kind, tbGroup* node)
 {
+    const tbiLockGuard guard(tbiLocks::type);
     if (scene->lists && scene->lists->directCalls[kind].remove(node))
         --node->directCalls;
 }
@@ -141,6 +151,7 @@ void tbiDirectCalls::forget(tbGroup* node)
 
 void tbiDirectCalls::forget(tbScene* scene)
 {
+    const tbiLockGuard guard(tbiLocks::type);
     if (!scene->lists)
         return;
     for (tbiDirectCallList& list : scene->lists->directCalls)
@@ -152,12 +163,15 @@ void tbiDirectCalls::forget(tbScene* scene)
 
 void tbiDirectCalls::addEmitter(tbScene* scene, tbEmitter* emitter)
 {
-    if (scene->lists && scene->lists->playing.add(emitter))
+    const tbiLockGuard guard(tbiLocks::type);
+    tbiSceneLists* lists = makeLists(scene);
+    if (lists && lists->playing.add(emitter))
         numPlaying.fetch_add(1, std::memory_order_relaxed);
 }
 
 void tbiDirectCalls::removeEmitter(tbScene* scene, tbEmitter* emitter)
 {
+    const tbiLockGuard guard(tbiLocks::type);
     if (scene->lists && scene->lists->playing.remove(emitter))
         numPlaying.fetch_sub(1, std::memory_order_relaxed);
 }

@@ -48,7 +48,8 @@ public:
     tbiPlayingList playing;
 };
 
-// The lists of all scenes together. A node knows in how many it stands, so that one in none costs nothing.
+// The lists of all scenes together. A node knows in how many it stands, so that one in none costs nothing. They change
+// under the type lock, because a dying node or emitter looks for itself in the lists of every scene.
 class tbiDirectCalls
 {
 public:
@@ -64,4 +65,8 @@ public:
     static void addEmitter(tbScene* scene, tbEmitter* emitter);
     static void removeEmitter(tbScene* scene, tbEmitter* emitter);
     static void forgetEmitter(tbEmitter* emitter);
+
+private:
+    /// Null when memory is out.
+    static tbiSceneLists* makeLists(tbScene* scene);
 };

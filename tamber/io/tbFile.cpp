@@ -301,11 +301,14 @@ bool tbFile::readTags(const unsigned char* records, int number)
 
 bool tbFile::readDirectory(const unsigned char* records, int number)
 {
-    entries.setSize(number);
+    entries.setSize(number + 1); // a list makes more room as soon as its last slot is wanted
+    if (!state->makeDirectory(number))
+        return setError(FILE_READ_ERROR, "memory is out");
     for (int i = 0; i < number; ++i, records += RECORD_SIZE)
     {
-        auto* entry = new tbEntry(this, int(load<std::uint32_t>(records + RECORD_TAG, byteSwapped)));
-        if (!entry || addEntry(entry) < 0)
+        const int tagIndex = int(load<std::uint32_t>(records + RECORD_TAG, byteSwapped));
+        auto* entry = new (static_cast<void*>(state->directory + i)) tbEntry(this, tagIndex);
+        if (!addEntry(entry))
             return setError(FILE_READ_ERROR, "memory is out");
         entry->recordPlace = std::uint32_t(HEADER_SIZE + std::int64_t{TAG_SIZE} * tags.getNum() +
                                            std::int64_t{RECORD_SIZE} * i);
@@ -393,7 +396,7 @@ void tbFile::freeAll()
     descriptor = -1;
     openMode = MODE_CLOSED;
     for (tbEntry* entry : entries)
-        delete entry;
+        dispose(entry);
     entries.setSize(0);
     for (tbiTag* tag : tags)
         delete tag;
@@ -491,20 +494,23 @@ const char* tbFile::getTagDesc(int tag) const
 
 // Entries
 
-int tbFile::addEntry(tbEntry* entry)
+// False when memory is out, or there are more than a file can hold.
+bool tbFile::addEntry(tbEntry* entry)
 {
-    if (entry->dirNum >= 0)
-        return entry->dirNum;
-    const int number = entries.add(entry);
-    if (number < 0)
-    {
-        delete entry;
-        return -1;
-    }
-    entry->dirNum = number;
+    entry->dirNum = entries.add(entry);
+    if (entry->dirNum < 0)
+        return false;
     if (tags.indexInRange(entry->tag) && tags[entry->tag]->firstEntry < 0)
-        tags[entry->tag]->firstEntry = number;
-    return number;
+        tags[entry->tag]->firstEntry = entry->dirNum;
+    return true;
+}
+
+void tbFile::dispose(tbEntry* entry)
+{
+    if (state->isInDirectory(entry))
+        entry->~tbEntry();
+    else
+        delete entry;
 }
 
 tbEntry* tbFile::newEntry(int tag)
@@ -512,12 +518,13 @@ tbEntry* tbFile::newEntry(int tag)
     if (!tags.indexInRange(tag))
         return nullptr;
     auto* entry = new tbEntry(this, tag);
-    if (entry && addEntry(entry) >= 0)
+    if (entry && addEntry(entry))
     {
         entry->byteSwapped = state->swapOutput;
         entry->compression = state->compression;
         return entry;
     }
+    delete entry;
     failWrite("more entries than a file can hold");
     return nullptr;
 }
@@ -635,6 +642,6 @@ bool tbFile::removeEntry(tbEntry* entry)
     composeFault();
     dropHold(entry);
     rebind(entry, nullptr);
-    delete entry;
+    dispose(entry);
     return true;
 }

@@ -177,7 +177,8 @@ private:
     bool readTables();
     bool readTags(const unsigned char* records, int number);
     bool readDirectory(const unsigned char* records, int number);
-    int addEntry(tbEntry* entry);
+    bool addEntry(tbEntry* entry);
+    void dispose(tbEntry* entry);
     tbiTag* addTag(const char* className);
     void freeAll();
 

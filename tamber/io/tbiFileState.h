@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -53,6 +54,8 @@ struct tbiFileState : tbAllocated<tbiFileState>
     int numMessages = 0;
     int numUnknown = 0; // classes that nobody supplies and that were named
 
+    tbEntry* directory = nullptr; // room for the entries that the file had when it was opened, in one block
+    int directorySize = 0;
     tbiHashTable<tbEntry> handles;
     bool handlesKnown = true;         // the table holds all handles
     std::vector<tbiTagName> tagNames; // sorted, of the first tags
@@ -124,6 +127,18 @@ struct tbiFileState : tbAllocated<tbiFileState>
         bytesLeft -= bytes;
         return true;
     }
+    /// Room for `number` entries, in which nothing is made yet. False when memory is out.
+    bool makeDirectory(int number)
+    {
+        directory = static_cast<tbEntry*>(tbMemory::malloc(std::size_t(number) * sizeof(tbEntry)));
+        directorySize = directory ? number : 0;
+        return directory != nullptr;
+    }
+    bool isInDirectory(const tbEntry* entry) const
+    {
+        const std::less<const tbEntry*> before;
+        return !before(entry, directory) && before(entry, directory + directorySize);
+    }
     /// How many references can be followed.
     std::int64_t getReferencesLeft() const
     {
@@ -165,6 +180,9 @@ struct tbiFileState : tbAllocated<tbiFileState>
     /// Forgets the file that was open; the last error stays to be asked for.
     void close()
     {
+        tbMemory::free(directory);
+        directory = nullptr;
+        directorySize = 0;
         handles.clear();
         handlesKnown = true;
         tagNames.clear();

@@ -285,8 +285,10 @@ tbBase* tbType::createInstance(const char* className)
     return type ? type->create() : nullptr;
 }
 
+// Under the lock, so that the constructors, each of which moves the object on to the type of its class, find it held.
 tbBase* tbType::create() const
 {
+    tbiLockGuard guard(tbiLocks::type);
     const tbiMemoryWatch memory;
     tbBase* object = createFunc ? createFunc() : nullptr;
     return tbiWhole(object, memory);

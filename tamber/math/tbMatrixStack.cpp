@@ -18,15 +18,9 @@ tbMatrix* allocate(int count)
 
 tbMatrixStack::tbMatrixStack(int size, GROWTH growth)
     : capacity(std::max(size & 0xFFFF, 1)),
-      id(0),
       unlimited(growth == UNLIMITED)
 {
-    matrices = allocate(capacity);
-    if (!matrices)
-        useSpare();
-    top = matrices;
-    for (int i = 0; i < capacity; ++i)
-        matrices[i].makeIdent();
+    bottom.makeIdent();
 }
 
 tbMatrixStack::tbMatrixStack(const tbMatrixStack& other)
@@ -55,55 +49,45 @@ void tbMatrixStack::copyFrom(const tbMatrixStack& other)
     capacity = other.capacity;
     id = other.id;
     unlimited = other.unlimited;
-    matrices = allocate(capacity);
-    if (matrices)
-    {
-        top = std::copy(other.matrices, other.top, matrices);
-        std::for_each(top, matrices + capacity, [](tbMatrix& m) { m.makeIdent(); });
-    }
-    else
-    {
-        useSpare();
-        top = matrices;
-    }
-    *top = *other.top;
-}
-
-void tbMatrixStack::useSpare()
-{
-    matrices = &spare;
-    capacity = 1;
+    matrices = top = last = &bottom;
+    bottom = *other.top;
+    if (other.getDepth() > 0 && moveTo(capacity))
+        top = std::copy(other.matrices, other.top + 1, matrices) - 1;
 }
 
 void tbMatrixStack::release()
 {
-    if (matrices != &spare)
+    if (matrices != &bottom)
         tbMemory::free(matrices);
 }
 
 bool tbMatrixStack::raise()
 {
-    if (getDepth() >= capacity - 1 && !(unlimited && grow()))
+    if (top == last && !makeRoom())
         return false;
     ++top;
     changed();
     return true;
 }
 
-bool tbMatrixStack::grow()
+bool tbMatrixStack::makeRoom()
 {
-    if (capacity > MAX_CAPACITY / 2)
-        return false;
-    const int depth = getDepth();
-    tbMatrix* larger = allocate(2 * capacity);
+    if (getDepth() < capacity - 1)
+        return moveTo(capacity);
+    return unlimited && capacity <= MAX_CAPACITY / 2 && moveTo(2 * capacity);
+}
+
+bool tbMatrixStack::moveTo(int room)
+{
+    tbMatrix* larger = allocate(room);
     if (!larger)
         return false;
-    std::for_each(std::copy(matrices, top + 1, larger), larger + 2 * capacity,
-                  [](tbMatrix& m) { m.makeIdent(); });
+    tbMatrix* newTop = std::copy(matrices, top + 1, larger) - 1;
     release();
     matrices = larger;
-    top = matrices + depth;
-    capacity *= 2;
+    top = newTop;
+    last = matrices + room - 1;
+    capacity = room;
     return true;
 }
 

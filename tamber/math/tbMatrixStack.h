@@ -60,16 +60,17 @@ public:
 private:
     /// Moves the top up to a slot whose contents are undefined; false when there is no room.
     bool raise();
-    bool grow();
+    bool makeRoom();
+    bool moveTo(int room);
     void copyFrom(const tbMatrixStack& other);
-    void useSpare();
     void release();
     void changed() { ++id; }
 
-    tbMatrix* matrices; // the spare one when memory is out
-    tbMatrix* top;
-    tbMatrix spare;
+    tbMatrix* matrices = &bottom; // on the heap from the first push on
+    tbMatrix* top = &bottom;
+    tbMatrix* last = &bottom; // of those that there is room for
+    tbMatrix bottom;
     std::int32_t capacity;
-    std::uint16_t id;
-    std::uint8_t unlimited;
+    std::uint16_t id = 0;
+    bool unlimited;
 };

@@ -135,18 +135,16 @@ bool tbLock::take() const
 bool tbLock::acquireFor(int milliseconds) const
 {
     tbiThreadRecord* thread = tbiThreadRecord::current();
+    if (getOwnerWord() == thread->getWord())
+    {
+        ++depth;
+        return true;
+    }
     std::uintptr_t seen = 0;
     if (!owner.compare_exchange_strong(seen, thread->getWord(), std::memory_order_acquire,
-                                       std::memory_order_relaxed))
-    {
-        if ((seen & ~CONTENDED) == thread->getWord())
-        {
-            ++depth;
-            return true;
-        }
-        if (milliseconds == 0 || !waitFor(thread, milliseconds))
-            return false;
-    }
+                                       std::memory_order_relaxed) &&
+        (milliseconds == 0 || !waitFor(thread, milliseconds)))
+        return false;
     depth = 1;
     place.store(thread->add(this), std::memory_order_relaxed);
     return true;

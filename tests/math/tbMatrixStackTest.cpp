@@ -96,6 +96,21 @@ TEST(MatrixStack, UnlimitedStacksGrowAroundTheirOwnTop)
     }
 }
 
+// Every scene, camera and collider has two of them, and few are ever walked.
+TEST(MatrixStack, TakesItsMemoryWithTheFirstPush)
+{
+    const std::size_t before = tbMemory::getSize();
+    tbMatrixStack stack(16);
+    stack.load(moved(1));
+    tbMatrixStack copy(stack);
+    EXPECT_EQ(tbMemory::getSize(), before);
+    copy.pushIdent();
+    EXPECT_GE(tbMemory::getSize(), before + 16 * sizeof(tbMatrix));
+    EXPECT_EQ(copy.getDepth(), 1);
+    copy.pop();
+    EXPECT_EQ(copy.getTop(), moved(1));
+}
+
 TEST(MatrixStack, CopiesStandAlone)
 {
     tbMatrixStack stack(4);
