@@ -71,20 +71,25 @@ private:
         return !choice || choice->isActive(i);
     }
 
+    /// A trait of the class is in force from here on where the apply modes let it.
+    template <class Trait>
+    static void take(const Trait*& inForce, const tbVisualTrait* trait)
+    {
+        const auto* taken = as<Trait>(trait);
+        if (taken && taken->replaces(inForce))
+            inForce = taken;
+    }
+
     static tbiExportMaterial withTraits(tbiExportMaterial material, const tbGroup& node)
     {
         const auto* style = as<tbStyle>(&node);
         for (int i = 0; style && i < style->getNumVisualTraits(); ++i)
         {
             const tbVisualTrait* trait = style->getVisualTrait(i);
-            if (const auto* surface = as<tbMaterial>(trait))
-                material.material = surface;
-            else if (const auto* texture = as<tbTexture>(trait))
-                material.texture = texture;
-            else if (const auto* blend = as<tbBlend>(trait))
-                material.blend = blend;
-            else if (const auto* cull = as<tbFaceCull>(trait))
-                material.cull = cull;
+            take(material.material, trait);
+            take(material.texture, trait);
+            take(material.blend, trait);
+            take(material.cull, trait);
         }
         return material;
     }

@@ -37,6 +37,15 @@ public:
     virtual bool isEqual(tbTrait* other) const = 0;
 
     MODE getApplyMode() const { return mode; }
+    /// Whether the modes let this trait take effect where `above`, of the same type, is in effect; null for none.
+    bool replaces(const tbTrait* above) const
+    {
+        if (mode == OFF || !above)
+            return mode != OFF;
+        if (above->mode == OVERRIDE)
+            return this == above || mode == FORCE;
+        return above->mode == ON || above->mode == FORCE;
+    }
     bool isShareable() const { return shareable != 0; }
 
 protected:

@@ -25,8 +25,6 @@ public:
         Trait* getTop() const { return static_cast<Trait*>(traits.getTop()); }
         /// What is in effect: the top, or the default when there is none; may be null.
         Trait* getEffective() const { return traits.isEmpty() ? defaultTrait : getTop(); }
-        /// Whether the modes let `trait` onto the stack.
-        bool accepts(const Trait* trait) const;
         bool hasApplied(const Trait* trait) const
         {
             return trait == applied && trait->serial == appliedSerial;
@@ -70,7 +68,7 @@ public:
     int findAccepting(const Trait* trait) const
     {
         const int index = indexOf(trait);
-        return index >= 0 && slots[index].accepts(trait) ? index : -1;
+        return index >= 0 && trait->replaces(slots[index].getTop()) ? index : -1;
     }
 
     /// Pushes a trait that was accepted.
@@ -106,26 +104,6 @@ private:
     bool built = false;
     tbiTypeSet touched;
 };
-
-template <class Trait>
-bool tbiTraitFamily<Trait>::Slot::accepts(const Trait* trait) const
-{
-    if (trait->getApplyMode() == tbTrait::OFF)
-        return false;
-    const Trait* top = getTop();
-    if (!top)
-        return true;
-    switch (top->getApplyMode())
-    {
-    case tbTrait::ON:
-    case tbTrait::FORCE:
-        return true;
-    case tbTrait::OVERRIDE:
-        return trait == top || trait->getApplyMode() == tbTrait::FORCE;
-    default:
-        return false;
-    }
-}
 
 template <class Trait>
 bool tbiTraitFamily<Trait>::update(bool keepDefaults)

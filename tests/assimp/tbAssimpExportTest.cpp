@@ -221,6 +221,39 @@ TEST(AssimpExport, FailuresLeaveOldFilesAndSayWhy)
     EXPECT_EQ(folder.count(), 3);
 }
 
+TEST(AssimpExport, TheMaterialThatIsInEffectCounts)
+{
+    const TempDirectory folder;
+    makeModel();
+    using Mode = tbTrait::MODE;
+    const std::tuple<Mode, Mode, const char*> cases[] = {
+        {tbTrait::ON, tbTrait::ON, "below"},       {tbTrait::ON, tbTrait::OFF, "above"},
+        {tbTrait::OVERRIDE, tbTrait::ON, "above"}, {tbTrait::OVERRIDE, tbTrait::FORCE, "below"},
+        {tbTrait::OFF, tbTrait::OFF, ""},          {tbTrait::FORCE, tbTrait::ON, "below"},
+    };
+    const std::string path = folder.path("modes.obj");
+    for (const auto& [aboveMode, belowMode, inEffect] : cases)
+    {
+        tbRef<tbStyle> above = new tbStyle;
+        const tbRef<tbStyle> below = makePart(tbMesh::TRIANGLES, 3, tbVertexArray::VT_POSITION, "part");
+        above->addChild(below.get());
+        for (const auto& [style, mode, name] :
+             {std::tuple{above.get(), aboveMode, "above"}, std::tuple{below.get(), belowMode, "below"}})
+        {
+            tbRef<tbMaterial> material = new tbMaterial;
+            material->setName(name);
+            material->setApplyMode(mode);
+            style->addTrait(material.get());
+        }
+        ASSERT_TRUE(tbLoader::exportFile(above.get(), path.c_str())) << tbLoader::getErrorMessage();
+        const std::string text = readAll(path) + readAll(folder.path("modes.mtl"));
+        for (const std::string name : {"above", "below"})
+            EXPECT_EQ(text.find("usemtl " + name) != std::string::npos, name == inEffect)
+                << aboveMode << belowMode << '\n'
+                << text;
+    }
+}
+
 TEST(AssimpExport, TakesWhatASwitchShowsAndEndsOnLattices)
 {
     const TempDirectory folder;
