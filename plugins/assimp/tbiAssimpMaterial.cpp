@@ -14,10 +14,11 @@
 #include <assimp/material.h>
 #include <assimp/scene.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <functional>
 #include <limits>
+#include <string_view>
 #include <vector>
 
 namespace
@@ -163,7 +164,7 @@ void tbiAssimpMaterials::addNotedTraits(int id, const tbiExtras& notes, unsigned
         place->second = tbiMakeNotedTraits(notes, hasPath ? scene.GetEmbeddedTexture(path.C_Str()) : nullptr);
         for (tbRef<tbVisualTrait>& trait : place->second)
             if (trait->isOfType(tbTexture::getClassType()))
-                trait = shareTexture(static_cast<tbTexture*>(trait.get()));
+                trait = shareTexture(static_cast<tbTexture*>(trait.get())).get();
     }
     for (const tbRef<tbVisualTrait>& trait : place->second)
         style.addTrait(trait.get());
@@ -191,27 +192,38 @@ void tbiAssimpMaterials::addTexture(const aiMaterial& source, Traits& traits)
     const aiTextureType type = pathOf(source, path);
     if (type == aiTextureType_NONE)
         return;
+    TextureSource origin{path.C_Str(), aiTextureMapMode_Wrap, aiTextureMapMode_Wrap};
+    source.Get(AI_MATKEY_MAPPINGMODE_U(type, 0), std::get<1>(origin));
+    source.Get(AI_MATKEY_MAPPINGMODE_V(type, 0), std::get<2>(origin));
+    tbRef<tbTexture>& texture = textures[origin];
+    if (!texture)
+        texture = shareTexture(makeTexture(origin));
+    traits.emplace_back(texture.get());
+}
+
+tbRef<tbTexture> tbiAssimpMaterials::makeTexture(const TextureSource& source) const
+{
+    const auto& [path, modeU, modeV] = source;
     tbRef<tbTexture> texture = new tbTexture;
-    if (const aiTexture* image = scene.GetEmbeddedTexture(path.C_Str()))
+    if (const aiTexture* image = scene.GetEmbeddedTexture(path.c_str()))
         embedImage(*image, *texture);
     else
-        texture->setFileName(path.C_Str());
-    int modeU = aiTextureMapMode_Wrap;
-    int modeV = aiTextureMapMode_Wrap;
-    source.Get(AI_MATKEY_MAPPINGMODE_U(type, 0), modeU);
-    source.Get(AI_MATKEY_MAPPINGMODE_V(type, 0), modeV);
+        texture->setFileName(path.c_str());
     texture->setWrap(toWrap(modeU), toWrap(modeV));
-    traits.push_back(shareTexture(texture));
+    return texture;
 }
 
 /// The equal one that came before, where there is one.
-tbRef<tbVisualTrait> tbiAssimpMaterials::shareTexture(const tbRef<tbTexture>& texture)
+tbRef<tbTexture> tbiAssimpMaterials::shareTexture(const tbRef<tbTexture>& texture)
 {
-    const auto same =
-        std::find_if(textures.begin(), textures.end(),
-                     [&](const tbRef<tbTexture>& earlier) { return earlier->isEqual(texture.get()); });
-    if (same != textures.end())
-        return same->get();
-    textures.push_back(texture);
-    return texture.get();
+    const std::string_view image(static_cast<const char*>(texture->getImage()), texture->getImageSize());
+    const std::string_view name = texture->getFileName() ? texture->getFileName() : "";
+    const std::hash<std::string_view> hashOf;
+    const std::size_t hash = hashOf(image) ^ hashOf(name);
+    const auto [first, end] = alike.equal_range(hash);
+    for (auto earlier = first; earlier != end; ++earlier)
+        if (earlier->second->isEqual(texture.get()))
+            return earlier->second;
+    alike.emplace(hash, texture);
+    return texture;
 }

@@ -3,6 +3,9 @@
 #include <tamber/kernel/tbRef.h>
 
 #include <map>
+#include <string>
+#include <tuple>
+#include <unordered_map>
 #include <vector>
 
 struct aiMaterial;
@@ -29,13 +32,18 @@ public:
 
 private:
     using Traits = std::vector<tbRef<tbVisualTrait>>;
+    /// Name of the image, and the modes of both coordinates.
+    using TextureSource = std::tuple<std::string, int, int>;
 
     Traits convert(const aiMaterial& source);
     void addTexture(const aiMaterial& source, Traits& traits);
-    tbRef<tbVisualTrait> shareTexture(const tbRef<tbTexture>& texture);
+    tbRef<tbTexture> makeTexture(const TextureSource& source) const;
+    tbRef<tbTexture> shareTexture(const tbRef<tbTexture>& texture);
 
     const aiScene& scene;
     std::vector<Traits> materials;
     std::map<int, Traits> noted; // by number
-    std::vector<tbRef<tbTexture>> textures;
+    std::map<TextureSource, tbRef<tbTexture>> textures;
+    std::unordered_multimap<std::size_t, tbRef<tbTexture>>
+        alike; // all textures, by the hash of name and image
 };
