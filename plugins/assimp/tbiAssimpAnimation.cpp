@@ -3,7 +3,7 @@
 #include <portable/tbKeyFrameAction.h>
 #include <tamber/graph/tbTransform.h>
 
-#include "tbiGltfAnimations.h"
+#include "tbiActionNotes.h"
 
 #include <assimp/anim.h>
 #include <assimp/scene.h>
@@ -30,29 +30,17 @@ void addKeys(Table& table, const Key* keys, unsigned count, double secondsPerTic
         table.addKey(float(keys[i].mTime * secondsPerTick), convert(keys[i].mValue));
 }
 
-constexpr unsigned ALL_KINDS =
-    tbiGltfAnimations::POSITIONS | tbiGltfAnimations::ROTATIONS | tbiGltfAnimations::SCALES;
-
-/// The kinds of keys to take of an animation.
-unsigned kindsOf(const tbiMovedNode& node, unsigned animation)
+tbRef<tbKeyFrameAction> convertChannel(const aiNodeAnim& channel, double secondsPerTick, const float* note)
 {
-    for (std::size_t i = 0; i + 1 < node.notes.size(); i += 2)
-        if (node.notes[i] == float(animation) && node.notes[i + 1] >= 0.0f && node.notes[i + 1] < 16.0f)
-            return unsigned(node.notes[i + 1]);
-    return ALL_KINDS;
-}
-
-tbRef<tbKeyFrameAction> convertChannel(const aiNodeAnim& channel, double secondsPerTick, unsigned kinds)
-{
+    const unsigned kinds = tbiActionNotes::kindsOf(note);
     tbRef<tbKeyFrameAction> action = new tbKeyFrameAction;
-    if (kinds & tbiGltfAnimations::POSITIONS)
+    if (kinds & tbiActionNotes::POSITIONS)
         addKeys(action->getPositions(), channel.mPositionKeys, channel.mNumPositionKeys, secondsPerTick);
-    if (kinds & tbiGltfAnimations::ROTATIONS)
+    if (kinds & tbiActionNotes::ROTATIONS)
         addKeys(action->getRotations(), channel.mRotationKeys, channel.mNumRotationKeys, secondsPerTick);
-    if (kinds & tbiGltfAnimations::SCALES)
+    if (kinds & tbiActionNotes::SCALES)
         addKeys(action->getScales(), channel.mScalingKeys, channel.mNumScalingKeys, secondsPerTick);
-    action->setExtrapolation(tbExtrapolation::LOOP);
-    action->pause(true);
+    tbiActionNotes::take(*action, note);
     return action;
 }
 } // namespace
@@ -69,9 +57,10 @@ void tbiAddAnimations(const aiScene& scene, const tbiNodesByName& nodes)
             const auto node = nodes.find(animation.mChannels[j]->mNodeName.C_Str());
             if (node == nodes.end())
                 continue;
-            const unsigned kinds = kindsOf(node->second, i);
-            const auto action = convertChannel(*animation.mChannels[j], 1.0 / ticks, kinds);
-            if (animation.mName.length > 0 && !(kinds & tbiGltfAnimations::UNNAMED))
+            const float* note = tbiActionNotes::find(node->second.notes, i);
+            const auto action = convertChannel(*animation.mChannels[j], 1.0 / ticks, note);
+            const bool isNamed = animation.mName.length > 0;
+            if (isNamed && !(tbiActionNotes::kindsOf(note) & tbiActionNotes::UNNAMED))
                 action->setName(animation.mName.C_Str());
             node->second.transform->addChild(action.get());
         }

@@ -7,8 +7,7 @@
 struct aiScene;
 class tbTransform;
 
-/// A transform that animations may move. `notes` holds pairs of an animation's number and the kinds of keys to take,
-/// as tbiGltfAnimations has them; without a pair for an animation all are taken.
+/// A transform that animations may move, and what our own files note of its actions, see tbiActionNotes.
 struct tbiMovedNode
 {
     tbTransform* transform;
@@ -19,5 +18,5 @@ struct tbiMovedNode
 using tbiNodesByName = std::unordered_map<std::string, tbiMovedNode>;
 
 /// Gives every transform that an animation of the source moves a tbKeyFrameAction as a child, named after the animation.
-/// They are paused: a program plays what it wants.
+/// They are paused, unless our own file notes that they play: a program plays what it wants.
 void tbiAddAnimations(const aiScene& scene, const tbiNodesByName& nodes);

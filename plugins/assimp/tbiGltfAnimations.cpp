@@ -3,6 +3,7 @@
 #include <portable/tbKeyFrameAction.h>
 #include <tamber/graph/tbTransform.h>
 
+#include "tbiActionNotes.h"
 #include "tbiExportScene.h"
 
 #include <map>
@@ -10,13 +11,6 @@
 
 namespace
 {
-unsigned kindsOf(const tbKeyFrameAction& action)
-{
-    return (action.getPositions().getNumKeys() > 0 ? tbiGltfAnimations::POSITIONS : 0u) |
-           (action.getRotations().getNumKeys() > 0 ? tbiGltfAnimations::ROTATIONS : 0u) |
-           (action.getScales().getNumKeys() > 0 ? tbiGltfAnimations::SCALES : 0u);
-}
-
 void append(std::vector<float>& floats, const tbVec3& value)
 {
     floats.insert(floats.end(), {value[0], value[1], value[2]});
@@ -72,7 +66,7 @@ private:
 };
 } // namespace
 
-tbiGltfAnimations::tbiGltfAnimations(const tbiExportScene& scene) : places(scene.nodes.size())
+tbiGltfAnimations::tbiGltfAnimations(const tbiExportScene& scene) : notes(scene.nodes.size())
 {
     std::map<const tbGroup*, std::size_t> nodes; // the first of each
     for (std::size_t node = 0; node < scene.nodes.size(); ++node)
@@ -87,8 +81,7 @@ tbiGltfAnimations::tbiGltfAnimations(const tbiExportScene& scene) : places(scene
             const tbTransform* target = action->getTarget();
             const auto moved = target && !action->hasParent(target) ? nodes.find(target) : nodes.end();
             const std::size_t node = moved == nodes.end() ? holder : moved->second;
-            const unsigned kinds = kindsOf(*action);
-            if (kinds == 0)
+            if ((tbiActionNotes::kindsOf(*action) & tbiActionNotes::ALL_KEYS) == 0)
                 continue;
             const std::string name = action->getName() ? action->getName() : "";
             const auto [place, isNew] =
@@ -96,7 +89,7 @@ tbiGltfAnimations::tbiGltfAnimations(const tbiExportScene& scene) : places(scene
             if (isNew)
                 animations.push_back({name, {}});
             animations[std::size_t(place->second)].channels.push_back({int(node), action});
-            places[node].push_back({place->second, kinds | (name.empty() ? UNNAMED : 0u)});
+            tbiActionNotes::append(notes[node], place->second, *action);
         }
     }
 }

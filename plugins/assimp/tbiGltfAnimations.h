@@ -13,24 +13,10 @@ struct tbiExportScene;
 class tbiGltfAnimations
 {
 public:
-    // What an action of a node became.
-    struct Place
-    {
-        int animation;
-        unsigned kinds; // bits of KINDS, and UNNAMED
-    };
-    enum : unsigned
-    {
-        POSITIONS = 1,
-        ROTATIONS = 2,
-        SCALES = 4,
-        UNNAMED = 8
-    };
-
     explicit tbiGltfAnimations(const tbiExportScene& scene);
 
-    /// Of the actions of a node that have keys.
-    const std::vector<Place>& placesOf(int node) const { return places[std::size_t(node)]; }
+    /// The notes of the actions that move a node and have keys, see tbiActionNotes.
+    const std::vector<float>& notesOf(int node) const { return notes[std::size_t(node)]; }
     /// Adds the list to the object that is open in `json`, where there is any animation.
     void writeList(tbiGltfBuffer& buffer, tbiJson& json) const;
 
@@ -47,5 +33,5 @@ private:
     };
 
     std::vector<Animation> animations;
-    std::vector<std::vector<Place>> places; // by node
+    std::vector<std::vector<float>> notes; // by node
 };

@@ -103,7 +103,7 @@ private:
     std::string fileNameOf(int index) const
     {
         const std::string name = nameOf(scene.nodes[std::size_t(index)]);
-        const bool isMoved = !animations.placesOf(index).empty();
+        const bool isMoved = !animations.notesOf(index).empty();
         const bool isUnclear = isMoved && (name.empty() || names.at(name) > 1);
         if (!isUnclear)
             return name;
@@ -140,7 +140,7 @@ private:
         children.insert(children.end(), below.begin(), below.end());
         const tbMatrix matrix = tbiExportScene::placementOf(node);
         const std::string fileName = fileNameOf(index);
-        const bool isMoved = !animations.placesOf(index).empty();
+        const bool isMoved = !animations.notesOf(index).empty();
         json.beginObject();
         if (!fileName.empty())
             json.key("name").string(fileName);
@@ -159,10 +159,8 @@ private:
         if (isMoved)
         {
             marks.key(tbiGltfMarks::MATRIX).numbers(matrix.getData(), 16);
-            std::vector<int> places;
-            for (const tbiGltfAnimations::Place& place : animations.placesOf(index))
-                places.insert(places.end(), {place.animation, int(place.kinds)});
-            marks.key(tbiGltfMarks::ACTIONS).integers(places);
+            const std::vector<float>& notes = animations.notesOf(index);
+            marks.key(tbiGltfMarks::ACTIONS).numbers(notes.data(), int(notes.size()));
         }
         if (!node.meshes.empty())
             noteMesh(marks, node.meshes.front());

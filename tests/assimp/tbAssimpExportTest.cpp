@@ -91,8 +91,12 @@ tbRef<tbKeyFrameAction> makeMotion(const char* name)
     for (int i = 0; i < 3; ++i)
         motion->getRotations().addKey(float(i) * 0.3f, tbQuat(0.6f, 0, 0, i == 1 ? -0.8f : 0.8f));
     motion->getScales().addKey(0.125f, tbVec3(1, 2, 3));
-    motion->setExtrapolation(tbExtrapolation::LOOP);
-    motion->pause(true);
+    motion->setExtrapolation(name ? tbExtrapolation::PING_PONG : tbExtrapolation::LOOP);
+    motion->getScales().setExtrapolation(tbExtrapolation::CLAMP);
+    motion->getPositions().addKey(0.5f, tbVec3(4, 5, 6));
+    motion->getPositions().setInterpolation(name ? tbInterpolation::CATMULL_ROM : tbInterpolation::STEP);
+    motion->setSpeed(name ? -1.75f : 1.0f);
+    motion->pause(!name);
     return motion;
 }
 
