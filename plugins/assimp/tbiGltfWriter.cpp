@@ -13,6 +13,7 @@
 #include "tbiGltfMeshes.h"
 #include "tbiJson.h"
 #include "tbiModelError.h"
+#include "tbiPlacement.h"
 
 #include <cmath>
 #include <cstdint>
@@ -22,38 +23,6 @@
 namespace
 {
 constexpr const char* TURN_NAME = "Z-up to Y-up";
-
-/// Place, turn and size whose product is a matrix, where there are such.
-struct Placement
-{
-    tbVec3 translation;
-    tbQuat rotation;
-    tbVec3 scale;
-};
-
-bool decompose(const tbMatrix& matrix, Placement& placement)
-{
-    constexpr float TOLERANCE = 1e-4f;
-    matrix.getXYZ(placement.translation);
-    tbMatrix rotation = tbMatrix::identity();
-    for (int i = 0; i < 3; ++i)
-    {
-        const tbVec3 row(matrix[i][0], matrix[i][1], matrix[i][2]);
-        const float length = std::sqrt(row[0] * row[0] + row[1] * row[1] + row[2] * row[2]);
-        if (!(length > 0.0f))
-            return false;
-        placement.scale[i] = length;
-        rotation.setRow(i, row[0] / length, row[1] / length, row[2] / length, 0, tbMatrix::MATRIX_ROT);
-    }
-    tbMatrix back;
-    placement.rotation.setMatrix(rotation);
-    placement.rotation.getMatrix(back);
-    for (int i = 0; i < 3; ++i) // also false for what is skewed or mirrored
-        for (int j = 0; j < 3; ++j)
-            if (!(std::fabs(back[i][j] - rotation[i][j]) < TOLERANCE))
-                return false;
-    return matrix[0][3] == 0.0f && matrix[1][3] == 0.0f && matrix[2][3] == 0.0f && matrix[3][3] == 1.0f;
-}
 
 class Writer
 {
@@ -170,9 +139,9 @@ private:
 
     static void writePlacement(tbiJson& json, const tbMatrix& matrix, bool isMoved)
     {
-        Placement placement;
-        if (isMoved && decompose(matrix, placement))
+        if (isMoved) // the format wants no matrix there; the exact one is noted
         {
+            tbiPlacement placement(matrix);
             const tbQuat& turn = placement.rotation;
             const float rotation[] = {-turn[0], -turn[1], -turn[2], turn[3]};
             json.key("translation").numbers(&placement.translation[0], 3);

@@ -177,6 +177,39 @@ TEST(AssimpExport, GltfBringsBackWhatWasWritten)
     }
 }
 
+TEST(AssimpExport, GltfHasNoMatrixWhereANodeMoves)
+{
+    const TempDirectory folder;
+    makeModel();
+    const std::string path = folder.path("moved.gltf");
+    const auto expectScale = [&path](tbMatrix matrix, const char* scale)
+    {
+        matrix.setXYZ(7, 8, 9);
+        {
+            tbRef<tbTransform> root = new tbTransform;
+            tbRef<tbTransform> node = new tbTransform(matrix);
+            node->addChild(makeMotion("moves").get());
+            root->addChild(node.get());
+            ASSERT_TRUE(tbLoader::exportFile(root.get(), path.c_str())) << tbLoader::getErrorMessage();
+        }
+        const std::string text = readAll(path);
+        const std::size_t start = text.find("[7,8,9]");
+        const std::string given = text.substr(start, text.find("extras", start) - start);
+        EXPECT_NE(given.find(std::string("\"scale\":") + scale), std::string::npos) << given;
+        EXPECT_EQ(given.find("matrix"), std::string::npos) << given;
+        const tbRef<tbGroup> back = read(path); // our own file says it exactly
+        EXPECT_EQ(*tbKeyFrameAction::find("moves", nullptr, true)->getTarget()->getMatrix(), matrix);
+    };
+    tbMatrix matrix = tbMatrix::identity();
+    matrix.preScale(2, 3, -4);
+    expectScale(matrix, "[2,3,-4]");
+    matrix.setRow(1, 6, 3, 0, 0, tbMatrix::MATRIX_ROT);
+    expectScale(matrix, "[2,3,-4]"); // skewed
+    matrix.setRow(0, 0, 0, 0, 0, tbMatrix::MATRIX_ROT);
+    matrix.setRow(1, 0, 0, 0, 0, tbMatrix::MATRIX_ROT);
+    expectScale(matrix, "[0,0,4]");
+}
+
 TEST(AssimpExport, EveryFormatKeepsShapeAndPlace)
 {
     const TempDirectory folder;
