@@ -19,27 +19,18 @@ static_assert(sizeof(void*) != 8 || sizeof(tbGroup) <= 88, "nodes are many: keep
 namespace
 {
 
-// Visits a subtree in pre-order from a list, so that depth costs no stack.
+// Visits a subtree in pre-order, each node once, from a list, so that depth costs no stack.
 class PreOrder
 {
 public:
-    enum VISIT
-    {
-        EVERY_PATH,
-        ONCE
-    };
-
-    PreOrder(const tbGroup* root, VISIT nodesWithSeveralParents) : visit(nodesWithSeveralParents)
-    {
-        waiting.push(root);
-    }
+    explicit PreOrder(const tbGroup* root) { waiting.push(root); }
 
     const tbGroup* next()
     {
         while (!waiting.isEmpty())
         {
             const tbGroup* node = waiting.pop();
-            if (visit == ONCE && node->getNumParents() > 1 && !seen.addUnique(node))
+            if (node->getNumParents() > 1 && !seen.addUnique(node))
                 continue;
             const auto children = node->getChildren();
             for (std::size_t i = children.size(); i > 0; --i)
@@ -48,9 +39,10 @@ public:
         }
         return nullptr;
     }
+    /// Nodes that were visited are visited again where other paths lead to them.
+    void forgetVisits() { seen.reset(); }
 
 private:
-    VISIT visit;
     tbiLocalStack<const tbGroup*> waiting;
     tbiPointerSet seen;
 };
@@ -149,7 +141,7 @@ bool tbGroup::hasDescendant(const tbGroup* node) const
 
 bool tbGroup::hasDescendantOfType(const tbType* type) const
 {
-    PreOrder nodes(this, PreOrder::ONCE);
+    PreOrder nodes(this);
     while (const tbGroup* node = nodes.next())
         if (node->isOfType(type))
             return true;
@@ -162,10 +154,12 @@ tbGroup* tbGroup::findGroup(const char* wanted, const tbGroup* previous) const
     return findGroupRec(wanted, previous, passed);
 }
 
-// Passes over the first match whenever there is a `previous`, whatever it is: callers step on once.
+// Passes over the first match whenever there is a `previous`, whatever it is: callers step on once. A shared node is a
+// match on each path to it, so the second one may be the first again; what holds no match is looked through once
+// before the first one and once after it.
 tbGroup* tbGroup::findGroupRec(const char* wanted, const tbGroup* previous, bool& passed) const
 {
-    PreOrder nodes(this, PreOrder::EVERY_PATH);
+    PreOrder nodes(this);
     while (const tbGroup* node = nodes.next())
     {
         if (tbStrcmp(wanted, node->getName(), true) != 0)
@@ -173,6 +167,7 @@ tbGroup* tbGroup::findGroupRec(const char* wanted, const tbGroup* previous, bool
         if (!previous || passed)
             return const_cast<tbGroup*>(node);
         passed = true;
+        nodes.forgetVisits();
     }
     return nullptr;
 }

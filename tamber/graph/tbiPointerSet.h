@@ -16,6 +16,7 @@ public:
         bool isNew = false;
         return cells.make(key, isNew) && isNew;
     }
+    void reset() { cells.reset(); }
 
 private:
     struct Cell

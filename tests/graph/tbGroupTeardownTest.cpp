@@ -157,6 +157,9 @@ TEST(GroupTeardown, ADeepLatticeIsAttachedAndDetachedInNoTime)
     EXPECT_TRUE(root->anyTravFlags(0x200));
     EXPECT_TRUE(root->hasDescendant(last));
     EXPECT_FALSE(root->hasDescendantOfType(tbTransform::getClassType()));
+    last->setName("bottom");
+    EXPECT_EQ(root->findGroup("nobody", root.get()), nullptr);
+    EXPECT_EQ(root->findGroup("bottom", last), last); // by the second path
     EXPECT_TRUE(root->removeChild(top.get()));
     EXPECT_FALSE(root->anyTravFlags(0x200));
 }
