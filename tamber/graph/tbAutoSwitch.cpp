@@ -1,6 +1,7 @@
 #include <tamber/graph/tbAutoSwitch.h>
 
 #include <tamber/graph/tbScene.h>
+#include <tamber/graph/tbiPropagation.h>
 #include <tamber/io/tbEntry.h>
 #include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbTravContext.h>
@@ -155,6 +156,7 @@ void tbAutoSwitch::countChildren()
 
 bool tbAutoSwitch::addChild(tbGroup* child)
 {
+    const tbiKeep keepThis(this);
     const bool added = tbSwitch::addChild(child);
     countChildren();
     return added;
@@ -162,6 +164,7 @@ bool tbAutoSwitch::addChild(tbGroup* child)
 
 bool tbAutoSwitch::insertChild(int i, tbGroup* child)
 {
+    const tbiKeep keepThis(this);
     const bool inserted = tbSwitch::insertChild(i, child);
     countChildren();
     return inserted;

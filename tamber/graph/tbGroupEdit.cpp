@@ -58,7 +58,7 @@ bool tbGroup::insertChild(int i, tbGroup* child)
                   { return i >= 0 && i <= getNumChildren() && tbiNodeLinks::insert(this, i, child); });
 }
 
-// Cuts the edge to a child, tells its subtree and drops the reference.
+// Cuts the edge to a child, tells its subtree and drops the reference. The hooks may drop the last one on this node.
 bool tbGroup::letGo(tbGroup* child)
 {
     tbiNodeLinks::Edge edge;
@@ -80,6 +80,7 @@ void tbGroup::letGoLast()
 
 void tbGroup::hasLet(tbGroup* child)
 {
+    const tbiKeep keepThis(this);
     child->removedFrom(this);
     child->unRef();
 }
@@ -117,6 +118,7 @@ void tbGroup::yieldTo(tbGroup* node, tbGroup* parent, bool keepOrder)
 {
     if ((node == parent || parent->hasChild(node)) && parent->removeChild(this))
         return;
+    const tbiKeep keepParent(parent);
     const bool placed = tbiNodeLinks::replace(parent, this, node, keepOrder);
     if (placed)
         node->ref();

@@ -102,6 +102,7 @@ void tbiPropagation::added(tbGroup* node, tbGroup* parent, bool isFresh)
         addedWithAll(node, parent);
 }
 
+// Hooks may take any of these nodes out of the graph: those that are still needed are held.
 void tbiPropagation::addedWithAll(tbGroup* node, tbGroup* parent)
 {
     struct Frame
@@ -110,8 +111,10 @@ void tbiPropagation::addedWithAll(tbGroup* node, tbGroup* parent)
         tbGroup* parent;
         int next;
     };
+    const tbiKeep keepParent(parent);
     tbiLocalStack<Frame> frames;
     std::uint32_t stamp = 0;
+    node->ref();
     frames.push({node, parent, node->getNumChildren()});
     while (!frames.isEmpty())
     {
@@ -122,11 +125,14 @@ void tbiPropagation::addedWithAll(tbGroup* node, tbGroup* parent)
         {
             const Frame done = frames.pop();
             tellAdded(done.node, done.parent);
+            done.node->unRef();
             continue;
         }
         tbGroup* child = frame.node->getChild(i);
         const bool descend = child->getNumChildren() > 0 && firstVisit(child, stamp);
-        if (!descend || !frames.push({child, frame.node, child->getNumChildren()}))
+        if (descend && frames.push({child, frame.node, child->getNumChildren()}))
+            child->ref();
+        else
             tellAdded(child, frame.node);
     }
 }

@@ -6,6 +6,7 @@
 #include <tamber/kernel/tbRef.h>
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -28,6 +29,17 @@ protected:
 
 private:
     unsigned own;
+};
+
+/// A node that calls back when it comes under a parent and when it leaves one.
+class HookNode : public tbGroup
+{
+public:
+    std::function<void()> hook = [] {};
+
+protected:
+    void addedTo(tbGroup*) override { hook(); }
+    void removedFrom(tbGroup*) override { hook(); }
 };
 
 /// Nodes below several parents, once for each path to them.

@@ -1,4 +1,5 @@
 // Graphs that are deep, wide or shared come down in any order, on an ordinary stack and in linear time.
+#include <tamber/graph/tbAutoSwitch.h>
 #include <tamber/graph/tbTransform.h>
 #include <tamber/trav/tbTravContext.h>
 #include <tests/graph/GraphModel.h>
@@ -11,6 +12,7 @@
 
 using tbtest::addNew;
 using tbtest::ContentNode;
+using tbtest::HookNode;
 
 namespace
 {
@@ -135,6 +137,24 @@ TEST(GroupTeardown, WhatOutlivesADyingParentIsToldWithEverythingBelow)
     EXPECT_TRUE(survivor->anyTravFlags(tbGroup::TF_UPDATE));
     EXPECT_TRUE(survivor->anyTravFlags(tbGroup::TF_MATRIX));
     EXPECT_TRUE(below->anyTravFlags(tbGroup::TF_UPDATE));
+}
+
+// What only the graph holds goes while nodes below it are told of an edit.
+TEST(GroupTeardown, HooksMayTakeAwayTheNodesThatAreJustEdited)
+{
+    const tbRef<tbGroup> root(new tbGroup);
+    const tbRef<tbGroup> child(new tbGroup);
+    auto* hooked = addNew(addNew(child.get(), new tbGroup), new HookNode);
+    child->addChild(new tbGroup);
+    tbGroup* parent = addNew(root.get(), new tbAutoSwitch);
+    parent->addChild(child.get());
+    hooked->hook = [&] { root->removeChildren(); };
+    EXPECT_TRUE(parent->removeChild(child.get()));
+    EXPECT_TRUE(addNew(root.get(), new tbAutoSwitch)->addChild(child.get()));
+    EXPECT_EQ(child->getNumParents(), 0);
+    hooked->hook = [&] { child->removeChildren(); };
+    EXPECT_TRUE(root->addChild(child.get()));
+    EXPECT_EQ(child->getNumChildren(), 0);
 }
 
 // A diamond of thirty levels has 2^30 paths; each edge is told once.
