@@ -199,11 +199,9 @@ bool tbRangeSwitch::insertChild(int i, tbGroup* child)
 bool tbRangeSwitch::removeChild(tbGroup* child)
 {
     const int i = getChildIndex(child);
-    if (!tbSwitch::removeChild(child))
-        return false;
     if (ranges.indexInRange(i))
         removeRange(i);
-    return true;
+    return tbSwitch::removeChild(child);
 }
 
 void tbRangeSwitch::enableTransition(bool enable)

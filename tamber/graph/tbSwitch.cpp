@@ -131,13 +131,18 @@ bool tbSwitch::reserveStates(int count, int step)
     return true;
 }
 
+// States change before the child comes or goes: what is told of it may select children, or edit this switch again.
 bool tbSwitch::addChild(tbGroup* child)
 {
     const int n = getNumChildren();
-    if (!reserveStates(n + 1, STEP_OF_ADD) || !tbGroup::addChild(child))
+    if (!reserveStates(n + 1, STEP_OF_ADD))
         return false;
+    const unsigned char before = activeStates[n];
     activeStates[n] = n == 0 ? STATE_ON : STATE_OFF;
-    return true;
+    if (tbGroup::addChild(child))
+        return true;
+    activeStates[n] = before;
+    return false;
 }
 
 // The last state is not carried along: the new last child takes the byte that stood behind it. Files and programs
@@ -147,25 +152,27 @@ bool tbSwitch::insertChild(int i, tbGroup* child)
     const int n = getNumChildren();
     if (n + 1 >= activeCapacity && !reserveStates(n + 2, STEP_OF_INSERT))
         return false;
-    if (!tbGroup::insertChild(i, child))
-        return false;
-    if (i < n)
-    {
-        std::memmove(activeStates + i + 1, activeStates + i, std::size_t(n - 1 - i));
-        activeStates[i] = STATE_OFF;
-    }
-    return true;
+    if (i < 0 || i >= n)
+        return tbGroup::insertChild(i, child);
+    unsigned char* place = activeStates + i;
+    const std::size_t moved = std::size_t(n - 1 - i);
+    const unsigned char last = activeStates[n - 1];
+    std::memmove(place + 1, place, moved);
+    *place = STATE_OFF;
+    if (tbGroup::insertChild(i, child))
+        return true;
+    std::memmove(place, place + 1, moved);
+    activeStates[n - 1] = last;
+    return false;
 }
 
 bool tbSwitch::removeChild(tbGroup* child)
 {
     const int n = getNumChildren();
     const int i = getChildIndex(child);
-    if (!tbGroup::removeChild(child))
-        return false;
-    if (n <= activeCapacity)
+    if (i >= 0 && n <= activeCapacity)
         std::memmove(activeStates + i, activeStates + i + 1, std::size_t(n - i - 1));
-    return true;
+    return tbGroup::removeChild(child);
 }
 
 bool tbSwitch::areChildrenOrdered() const

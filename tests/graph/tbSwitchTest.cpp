@@ -2,6 +2,7 @@
 
 #include <tamber/graph/tbAutoSwitch.h>
 #include <tamber/graph/tbRangeSwitch.h>
+#include <tests/graph/GraphModel.h>
 #include <tests/support/FileBuilder.h>
 #include <tests/support/SavedCopy.h>
 #include <tests/support/TestScene.h>
@@ -92,6 +93,22 @@ TEST(RangeSwitch, RecordsFollowTheChildren)
     const std::vector<float> ranges = {node->getRange(0), node->getRange(1), node->getRange(2),
                                        node->getRange(3)};
     EXPECT_EQ(ranges, (std::vector<float>{1700, 1700, 3000, 0}));
+}
+
+TEST(RangeSwitch, ChildrenThatComeAndGoMaySelectAndEdit)
+{
+    const tbRef<tbRangeSwitch> node = makeSwitch<tbRangeSwitch>(3);
+    auto* child = new tbtest::HookNode;
+    child->hook = [&] { node->selectChild(node->getChildIndex(child)); };
+    EXPECT_TRUE(node->insertChild(0, child));
+    EXPECT_EQ(states(node.get()), "Aooo");
+    EXPECT_FALSE(node->insertChild(0, child));
+    EXPECT_EQ(states(node.get()), "Aooo");
+    node->selectChild(3);
+    child->hook = [&] { node->addChild(new tbGroup); };
+    EXPECT_TRUE(node->removeChild(child));
+    EXPECT_EQ(states(node.get()), "ooAo");
+    EXPECT_EQ(node->getRange(3), 4000);
 }
 
 TEST(Switch, TransitionFadesOverItsTime)
