@@ -144,10 +144,14 @@ void tbModel::update(tbTravContext* context)
         tbTransform::update(context);
 }
 
+// Bounds above that are renewed while the model is off do not hold it: they are stale when it is enabled again, which
+// raises this flag in them.
 void tbModel::updateFences(tbTravContext* context)
 {
     if (enabled)
         tbTransform::updateFences(context);
+    else
+        addTravFlags(TF_FENCE);
 }
 
 void tbModel::apply(tbListener* listener) const

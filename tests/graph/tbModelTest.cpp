@@ -33,7 +33,7 @@ public:
 
 TEST(Model, ADisabledModelIsNeitherUpdatedBoundedNorVisited)
 {
-    const tbRef<tbGroup> root(new tbGroup);
+    const tbRef<tbGroup> root(new tbTransform);
     auto* model = tbtest::addNew(root.get(), new tbModel);
     model->addChild(new tbtest::TestGeometry(tbSphere(tbVec3(0, 0, 0), 1)));
     model->enable(false);
@@ -49,6 +49,14 @@ TEST(Model, ADisabledModelIsNeitherUpdatedBoundedNorVisited)
     EXPECT_EQ(reader->numVisited, 1);
     model->enable(true);
     EXPECT_TRUE(root->anyTravFlags(tbGroup::TF_UPDATE));
+    root->getBoundingVolume(bounds);
+    EXPECT_EQ(bounds.getRadius(), 1);
+    root->update(context.get());
+    model->enable(false);
+    root->addChild(new tbGroup);
+    root->getBoundingVolume(bounds);
+    EXPECT_TRUE(bounds.isEmpty());
+    model->enable(true);
     root->getBoundingVolume(bounds);
     EXPECT_EQ(bounds.getRadius(), 1);
 }
