@@ -3,6 +3,7 @@
 #include <tamber/audio/tbListener.h>
 #include <tamber/collide/tbCollider.h>
 #include <tamber/display/tbCamera.h>
+#include <tamber/graph/tbiLocalStack.h>
 #include <tamber/io/tbFile.h>
 #include <tamber/kernel/tbiWhole.h>
 #include <tamber/trav/tbAudioTrait.h>
@@ -40,6 +41,42 @@ void addCopies(tbStyle* style, const tbTList<Trait*>& traits, bool share)
         style->addTrait(added.get());
     }
 }
+
+// A style's traits on the stack while code of the application runs, which may take them from the style: those that were
+// pushed are popped, and live until then. Of a walk that was stopped they stay pushed.
+template <class Trait>
+class PushedTraits
+{
+public:
+    PushedTraits(const tbTList<Trait*>& traits, tbTravContext* walk) : context(walk)
+    {
+        tbTraitStack* stack = context->getTraitStack();
+        for (int i = 0; stack && i < traits.getNum() && held.push(traits[i]); ++i)
+        {
+            held.top()->ref();
+            stack->pushTrait(held.top(), context);
+        }
+    }
+    ~PushedTraits()
+    {
+        tbTraitStack* stack = context ? context->getTraitStack() : nullptr;
+        while (!held.isEmpty())
+        {
+            Trait* trait = held.pop();
+            if (stack)
+                stack->popTrait(trait, context);
+            trait->unRef();
+        }
+    }
+    PushedTraits(const PushedTraits&) = delete;
+    PushedTraits& operator=(const PushedTraits&) = delete;
+
+    void leave() { context = nullptr; }
+
+private:
+    tbTravContext* context;
+    tbiLocalStack<Trait*, 4> held;
+};
 
 template <class Trait>
 void writeTraits(const tbTList<Trait*>& traits, tbFile* file, tbEntry* entry)
@@ -165,9 +202,8 @@ tbGroup* tbStyle::cloneGroup() const
 
 void tbStyle::update(tbTravContext* context)
 {
-    tbiPushTraits(travTraits, context);
+    const PushedTraits pushed(travTraits, context);
     tbGroup::update(context);
-    tbiPopTraits(travTraits, context);
 }
 
 // While the context is pruned neither the other traits nor the children are visited; the traversal traits are
@@ -218,18 +254,17 @@ tbTraverser::TRAV_STATE tbStyle::apply(tbTraverser* traverser, bool noPreApply)
             return state;
     }
     tbTravContext* context = traverser->getTravContext();
-    tbiPushTraits(travTraits, context);
-    if (!context->getTraitStack() || !context->anyFlags(tbTravContext::PRUNE))
-    {
-        tbiPushTraits(visualTraits, context);
-        tbiPushTraits(audioTraits, context);
-        if (tbGroup::apply(traverser, true) == tbTraverser::TRAV_STOP)
-            return tbTraverser::TRAV_STOP;
-        tbiPopTraits(audioTraits, context);
-        tbiPopTraits(visualTraits, context);
-    }
-    tbiPopTraits(travTraits, context);
-    return tbTraverser::TRAV_CONTINUE;
+    PushedTraits traversal(travTraits, context);
+    if (context->getTraitStack() && context->anyFlags(tbTravContext::PRUNE))
+        return tbTraverser::TRAV_CONTINUE;
+    PushedTraits visual(visualTraits, context);
+    PushedTraits audio(audioTraits, context);
+    if (tbGroup::apply(traverser, true) != tbTraverser::TRAV_STOP)
+        return tbTraverser::TRAV_CONTINUE;
+    audio.leave();
+    visual.leave();
+    traversal.leave();
+    return tbTraverser::TRAV_STOP;
 }
 
 tbEntry* tbStyle::write(tbFile* file, tbEntry* entry) const

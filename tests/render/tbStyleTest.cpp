@@ -159,6 +159,24 @@ TEST_F(Style, StoppedWalkLeavesItsTraitsPushed)
     EXPECT_EQ(topOf(Paint::type()), paint);
 }
 
+TEST_F(Style, TraitsThatTheTraverserTakesAwayArePoppedAllTheSame)
+{
+    class Stripper : public Visitor
+    {
+        tbTraverser::TRAV_STATE apply(tbGroup* node) override
+        {
+            if (auto* found = dynamic_cast<tbStyle*>(node))
+                found->removeTrait(found->getVisualTrait(0));
+            return TRAV_CONTINUE;
+        }
+    };
+    style->addTrait(new Paint);
+    const tbRef<tbTraverser> stripper(new Stripper);
+    stripper->traverse(style.get());
+    EXPECT_EQ(style->getNumVisualTraits(), 0);
+    EXPECT_EQ(stripper->getTravContext()->getTraitStack()->getTop(Paint::type()), nullptr);
+}
+
 TEST_F(Style, PrunedTraversalSkipsTheNodeButPopsWhatItPushed)
 {
     auto* prune = new tbPrune;
