@@ -43,9 +43,11 @@ void tbGroup::update(tbTravContext* context)
     }
 }
 
+// Nothing is written where nothing is stale: colliders on several threads ask for the bounds of the same geometry.
 void tbGroup::updateFences(tbTravContext* context)
 {
-    removeTravFlags(TF_FENCE);
+    if (anyTravFlags(TF_FENCE))
+        removeTravFlags(TF_FENCE);
     for (tbGroup* child : getChildren())
         child->updateFences(context);
 }

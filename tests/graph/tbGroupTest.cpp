@@ -134,6 +134,8 @@ TEST(Group, ReadersOnSeveralThreadsMayMeetInListsWithHoles)
         for (int i = 0; i < group->getNumChildren(); ++i)
             if (group->getChildIndex(group->getChild(i)) != i)
                 ++wrong;
+        tbSphere bounds;
+        nodes[0]->getBoundingVolume(bounds); // as colliders ask geometry
     };
     {
         std::jthread first(read, left.get());
