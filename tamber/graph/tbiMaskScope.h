@@ -1,10 +1,12 @@
 #pragma once
 
 #include <tamber/collide/tbColliderMask.h>
+#include <tamber/kernel/tbRef.h>
 #include <tamber/trav/tbTraitStack.h>
 #include <tamber/trav/tbiScopes.h>
 
-/// A model's collider mask on the trait stack; passed over on a context without one.
+/// A model's collider mask on the trait stack; passed over on a context without one. It is held: a traverser may take
+/// the model that it visits out of the graph.
 class tbiMaskScope : public tbiScope
 {
 public:
@@ -13,14 +15,14 @@ public:
           mask(colliderMask)
     {
         if (context)
-            context->getTraitStack()->pushTrait(mask, context);
+            context->getTraitStack()->pushTrait(mask.get(), context);
     }
     ~tbiMaskScope()
     {
         if (context && context->getTraitStack())
-            context->getTraitStack()->popTrait(mask, context);
+            context->getTraitStack()->popTrait(mask.get(), context);
     }
 
 private:
-    tbColliderMask* mask;
+    const tbRef<tbColliderMask> mask;
 };

@@ -22,9 +22,12 @@ public:
         ++numVisited;
         if (group->getNumChildren() == 0)
             mask = getTravContext()->getColliderMask();
-        return TRAV_CONTINUE;
+        if (group == gone)
+            group->detach();
+        return group == gone ? TRAV_PRUNE : TRAV_CONTINUE;
     }
 
+    const tbGroup* gone = nullptr;
     int numVisited = 0;
     unsigned mask = 0;
 };
@@ -74,6 +77,9 @@ TEST(Model, HandsItsColliderMaskDown)
     reader->traverse(root.get());
     EXPECT_EQ(reader->mask, 0x7u);
     EXPECT_EQ(reader->numVisited, 4);
+    reader->gone = inner; // takes the model out that it visits, which dies
+    reader->traverse(root.get());
+    EXPECT_EQ(reader->numVisited, 7);
     reader->setTravContext(new tbTravContext);
     reader->traverse(root.get());
     EXPECT_EQ(reader->mask, 0xFFFFFFFFu);
