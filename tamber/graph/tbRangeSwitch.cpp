@@ -389,7 +389,8 @@ void tbRangeSwitch::updateFences(tbTravContext* context)
     {
         const tbiVolumeScope extended(context, &bounds);
         const tbiIdentScope ownFrame(context);
-        tbGroup::updateFences(context);
+        if (extended && ownFrame)
+            tbGroup::updateFences(context);
     }
     if (bounds.isEmpty())
         return;
