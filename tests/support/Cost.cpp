@@ -32,7 +32,8 @@ double Cost::seconds() const
 
 std::size_t Cost::bytes() const
 {
-    return MEASURE_COST ? statusBytes("VmHWM:") - held : 0;
+    const std::size_t most = MEASURE_COST ? statusBytes("VmHWM:") : 0;
+    return most > held ? most - held : 0; // the system counts in steps: the most may lie below what was held
 }
 
 bool isCostMeasured()
