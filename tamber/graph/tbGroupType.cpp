@@ -25,7 +25,10 @@ tbGroupType::tbGroupType(tbType* parentType, const char* className, CreateFunc c
 tbGroupType::~tbGroupType()
 {
     tbiLockGuard guard(tbiLocks::type);
-    groupTypes->checkRemove(this);
+    const int free = groupTypes->getIndex(this);
+    // Index and place stay the same number, or statistics would count two types as one.
+    if (groupTypes->checkRemoveIndex(free) && free < groupTypes->getNum())
+        (*groupTypes)[free]->setIndex(free);
 }
 
 int tbGroupType::getNumGroupTypes()

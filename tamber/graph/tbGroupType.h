@@ -7,6 +7,7 @@ class TB_API tbGroupType : public tbType
 {
 public:
     tbGroupType(tbType* parent, const char* name, CreateFunc create, RemoveFunc remove, tbPlugIn* plugIn);
+    /// The last type takes the free place, and its index.
     ~tbGroupType() override;
 
     static int getNumGroupTypes();

@@ -108,6 +108,16 @@ TEST(GroupType, NumbersNodeTypesAndMakesNodesByNumber)
     node->unRef();
     EXPECT_EQ(tbGroupType::createInstance(-1), nullptr);
     EXPECT_EQ(tbGroupType::createInstance(tbGroupType::getNumGroupTypes()), nullptr);
+
+    const auto make = []
+    { return new tbGroupType(tbGroup::getClassType(), "short-lived", nullptr, nullptr, nullptr); };
+    tbGroupType* types[] = {make(), make()};
+    types[0]->deleteType();
+    types[0] = make();
+    for (tbGroupType* type : types)
+        EXPECT_EQ(tbGroupType::getGroupType(type->getIndex()), type);
+    for (tbGroupType* type : types)
+        type->deleteType();
 }
 
 // The first reader after removals closes the holes that they left; readers may meet there.
