@@ -38,10 +38,13 @@ public:
         tone = stack->getTop(Tone::type());
         cull = stack->getTop(tbCull::getClassType());
         ++visited;
+        if (auto* found = dynamic_cast<tbStyle*>(node); found && strips)
+            found->removeTrait(found->getVisualTrait(0));
         return node == stopAt ? TRAV_STOP : TRAV_CONTINUE;
     }
 
     const tbGroup* stopAt = nullptr;
+    bool strips = false;
     const tbVisualTrait* paint = nullptr;
     const tbAudioTrait* tone = nullptr;
     const tbTravTrait* cull = nullptr;
@@ -161,20 +164,11 @@ TEST_F(Style, StoppedWalkLeavesItsTraitsPushed)
 
 TEST_F(Style, TraitsThatTheTraverserTakesAwayArePoppedAllTheSame)
 {
-    class Stripper : public Visitor
-    {
-        tbTraverser::TRAV_STATE apply(tbGroup* node) override
-        {
-            if (auto* found = dynamic_cast<tbStyle*>(node))
-                found->removeTrait(found->getVisualTrait(0));
-            return TRAV_CONTINUE;
-        }
-    };
     style->addTrait(new Paint);
-    const tbRef<tbTraverser> stripper(new Stripper);
-    stripper->traverse(style.get());
+    visitor->strips = true;
+    visitor->traverse(style.get());
     EXPECT_EQ(style->getNumVisualTraits(), 0);
-    EXPECT_EQ(stripper->getTravContext()->getTraitStack()->getTop(Paint::type()), nullptr);
+    EXPECT_EQ(topOf(Paint::type()), nullptr);
 }
 
 TEST_F(Style, PrunedTraversalSkipsTheNodeButPopsWhatItPushed)
