@@ -136,6 +136,7 @@ tbVertexArray::tbVertexArray(const tbVertexArray& other, tbArena* arena) : verte
     if (!data)
         return;
     std::memcpy(data, other.data, bytes);
+    inArena = true;
     num = other.num;
 }
 
@@ -151,12 +152,20 @@ tbVertexArray& tbVertexArray::operator=(const tbVertexArray& other)
 
 tbVertexArray::~tbVertexArray()
 {
-    tbMemory::free(data);
+    release();
+}
+
+void tbVertexArray::release()
+{
+    if (!inArena)
+        tbMemory::free(data);
+    inArena = false;
 }
 
 void tbVertexArray::swapContents(tbVertexArray& other)
 {
     std::swap(data, other.data);
+    std::swap(inArena, other.inArena);
     std::swap(vertexType, other.vertexType);
     std::swap(num, other.num);
 }
@@ -209,7 +218,7 @@ void tbVertexArray::setNum(int n, unsigned type)
     if (!byteSize(num, vertexType, held) || !byteSize(n, newType, wanted))
         return;
     unsigned char* block = nullptr;
-    if (wanted > getSize())
+    if (wanted > getSize() && !inArena)
     {
         block = static_cast<unsigned char*>(tbMemory::realloc(data, wanted));
         if (!block)
@@ -225,7 +234,7 @@ void tbVertexArray::setNum(int n, unsigned type)
                 return;
             std::memcpy(block, data, std::min(held, wanted));
         }
-        tbMemory::free(data);
+        release();
         data = block;
     }
     if (wanted > held)

@@ -46,7 +46,8 @@ public:
     /// `n` zeroed vertices; empty when `n` is below 1 or memory is out. Only the low 12 bits of `type` count.
     tbVertexArray(int n, unsigned type);
     tbVertexArray(const tbVertexArray& other);
-    /// A short-lived copy whose vertices lie in `arena`: it is never released and its destructor never runs.
+    /// A short-lived copy whose vertices lie in `arena`: it is never released and its destructor never runs, so that
+    /// vertices that it is given later are not freed.
     tbVertexArray(const tbVertexArray& other, tbArena* arena);
     /// Takes layout, dynamic flag and vertices; the reference count stays.
     tbVertexArray& operator=(const tbVertexArray& other);
@@ -63,7 +64,7 @@ public:
     void* getData() { return data; }
     const void* getData() const { return data; }
     /// The allocator's size of the vertex block in bytes.
-    std::size_t getSize() const { return tbMemory::getSize(data); }
+    std::size_t getSize() const { return inArena ? getByteCount() : tbMemory::getSize(data); }
     int getVertexSize() const { return sizeOfVertex(vertexType); }
     int getNumTexCoordSets() const { return countTexCoordSets(vertexType); }
     /// Byte offset of a component in each vertex, -1 when the vertices do not have it. A texture code stands for
@@ -139,11 +140,14 @@ private:
     static tbVertexArray* readEntry(tbEntry* entry);
     void swapContents(tbVertexArray& other);
     void exchangeColors(COLOR_TYPE from, COLOR_TYPE to);
+    std::size_t getByteCount() const { return std::size_t(num) * std::size_t(getVertexSize()); }
+    void release();
     const unsigned char* vertex(int i) const { return data + std::size_t(i) * std::size_t(getVertexSize()); }
     bool getVectors(tbTArray<tbVec3>& out, int offset) const;
 
     unsigned char* data = nullptr;
     mutable std::atomic<std::int32_t> refCount{0};
     std::uint16_t vertexType = 0;
+    bool inArena = false; // the vertices are not the heap's
     std::int32_t num = 0;
 };

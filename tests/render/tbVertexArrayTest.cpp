@@ -123,12 +123,25 @@ TEST(VertexArray, CopiesTakeVerticesAndLayoutAndNoReferences)
     tbVertexArray assigned(2, VA::VT_POSITION);
     assigned = *source;
     tbArena arena;
-    const auto* disposable = new (&arena) tbVertexArray(*source, &arena);
-    for (const tbVertexArray* other : {&copy, static_cast<const tbVertexArray*>(&assigned), disposable})
+    auto* disposable = new (&arena) tbVertexArray(*source, &arena);
+    const tbVertexArray* const copies[] = {&copy, &assigned, disposable};
+    for (const tbVertexArray* other : copies)
     {
         EXPECT_TRUE(sameBytes(*other, *source));
         EXPECT_NE(other->getData(), source->getData());
     }
+
+    // What lies in the arena is not the heap's to take back.
+    EXPECT_EQ(disposable->getSize(), std::size_t(5 * source->getVertexSize()));
+    disposable->setNum(9, source->getVertexType());
+    EXPECT_EQ(std::memcmp(disposable->getData(), source->getData(), std::size_t(5 * source->getVertexSize())),
+              0);
+    disposable->~tbVertexArray();
+    auto* shrunk = new (&arena) tbVertexArray(*source, &arena);
+    shrunk->setNum(2, source->getVertexType());
+    shrunk->convert(source.get(), VA::VT_POSITION);
+    EXPECT_EQ(shrunk->getNum(), 5);
+    shrunk->~tbVertexArray();
 }
 
 TEST(VertexArray, ColorsExchangeRedAndBlueOnce)
