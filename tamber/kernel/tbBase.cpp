@@ -20,8 +20,6 @@ namespace
 // Objects whose last reference went while this thread runs a destructor. A plain pointer: a thread-local object
 // with a destructor would keep the library from being unloaded.
 thread_local constinit tbTList<tbBase*>* waitingForDestruction = nullptr;
-// Whose destructor this thread runs. What that calls may take a reference on the object and drop it again.
-thread_local constinit const tbBase* inDestructor = nullptr;
 
 } // namespace
 
@@ -93,7 +91,7 @@ void tbBase::ref()
 void tbBase::unRef()
 {
     const int count = refCount.fetch_sub(1, std::memory_order_acq_rel) - 1;
-    if (count >= 1 || this == inDestructor)
+    if (count >= 1)
         return;
     assert(count >= -1 && "released more often than referenced");
     if (tbThread::getTotalDownstreamThreads() == 0 || !defer())
@@ -121,19 +119,16 @@ void tbBase::destroy(tbBase* object)
     }
     tbTList<tbBase*> waiting;
     waitingForDestruction = &waiting;
-    inDestructor = object;
     delete object;
     std::reverse(waiting.begin(), waiting.end());
     while (waiting.getNum() > 0)
     {
         tbBase* next = waiting.removeLast();
         const int below = waiting.getNum();
-        inDestructor = next;
         delete next;
         // What `next` released comes before what waited already, in the order in which it was released.
         std::reverse(waiting.begin() + below, waiting.end());
     }
-    inDestructor = nullptr;
     waitingForDestruction = nullptr;
 }
 
