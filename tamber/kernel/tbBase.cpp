@@ -85,15 +85,20 @@ tbType* tbBase::getType() const
 
 void tbBase::ref()
 {
-    refNoCheck();
+    if (!isLeaving())
+        refNoCheck();
 }
 
 void tbBase::unRef()
 {
+    if (isLeaving())
+        return;
     const int count = refCount.fetch_sub(1, std::memory_order_acq_rel) - 1;
     if (count >= 1)
         return;
     assert(count >= -1 && "released more often than referenced");
+    if (leaving.exchange(true, std::memory_order_acq_rel))
+        return;
     if (tbThread::getTotalDownstreamThreads() == 0 || !defer())
         destroy(this);
 }

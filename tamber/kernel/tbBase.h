@@ -13,7 +13,9 @@ class tbRenderContext;
 //
 // An object is born with count 0. Holders call ref() and unRef(); the last unRef() deletes it, at once when no
 // thread is attached below another, else after every thread has passed the point in its work queue at which the
-// last reference was dropped. Names, flags and attributes belong to the thread that owns the object.
+// last reference was dropped. From then on ref() and unRef() do nothing: whoever still finds the object, by its name or
+// in its own destructor, may hold it for a moment and changes nothing by it. Names, flags and attributes belong to the
+// thread that owns the object.
 class TB_API tbBase : public tbMemory
 {
 public:
@@ -64,7 +66,11 @@ public:
     static tbBase* readRef(tbFile* file, tbEntry* entry);
 
     /// Drops a reference and deletes nothing: an object that comes back to count 0 waits for its next holder.
-    void unRefNoDelete() { refCount.fetch_sub(1, std::memory_order_acq_rel); }
+    void unRefNoDelete()
+    {
+        if (!isLeaving())
+            refCount.fetch_sub(1, std::memory_order_acq_rel);
+    }
     int getRefCount() const { return refCount.load(std::memory_order_relaxed); }
     bool isDynamic() const { return (flags & DYNAMIC) != 0; }
     /// A copy of `text`; null frees the name.
@@ -103,6 +109,7 @@ private:
     static constexpr unsigned DYNAMIC = 1;
 
     void initInstance();
+    bool isLeaving() const { return leaving.load(std::memory_order_relaxed); }
     void refNoCheck() { refCount.fetch_add(1, std::memory_order_relaxed); }
     void setRefCount(int count) { refCount.store(count, std::memory_order_relaxed); }
     /// Sends this object, which has no holder any more, round the threads; false when there are none to wait for.
@@ -118,6 +125,7 @@ private:
     static std::atomic<int> numRemainingDels;
 
     std::uint16_t flags = 0;
+    std::atomic<bool> leaving{false}; // the last reference is gone
     std::atomic<std::int32_t> refCount{0};
     char* name = nullptr;
     tbTList<tbBase*>* attributes = nullptr;

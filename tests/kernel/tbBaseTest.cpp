@@ -23,12 +23,18 @@ public:
 
     tbBase* createCopy() const override { return new BaseTestNamed(*this); }
 
+    tbRef<tbBase> part;
+
 protected:
     ~BaseTestNamed() override
     {
         deleteInstance();
         if (getName())
             deletionOrder += getName();
+        if (!part)
+            return;
+        part.reset();
+        const tbRef<tbBase> itself(this), found(find("part", nullptr, false));
     }
 };
 
@@ -90,6 +96,15 @@ TEST(Base, WhatDiesTogetherDiesInTheOrderOfNestedReleases)
     }
     root->unRef();
     EXPECT_EQ(deletionOrder, "rb43a21");
+}
+
+TEST(Base, DestructorsMayHoldWhatTheyFind)
+{
+    const int before = BaseTestNamed::getNum(false);
+    auto* whole = new BaseTestNamed;
+    whole->part = new BaseTestNamed("part");
+    whole->unRef();
+    EXPECT_EQ(BaseTestNamed::getNum(false), before);
 }
 
 TEST(Base, LongChainsOfAttributesDieOnAnOrdinaryStack)

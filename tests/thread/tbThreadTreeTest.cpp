@@ -126,12 +126,13 @@ TEST_F(ThreadTree, DeletionGoesOnceDownEachAttachmentAndBack)
     left->addDownstreamThread(shared.get());
     right->addDownstreamThread(shared.get());
     shared->addDownstreamThread(leaf.get());
-    const FileNode* object = drop();
+    FileNode* object = drop();
     const std::pair<tbThread*, int> passes[] = {{left.get(), -6}, {app, -5},          {right.get(), -4},
                                                 {app, -4},        {shared.get(), -3}, {leaf.get(), -3},
                                                 {left.get(), -2}, {shared.get(), -1}, {leaf.get(), 0}};
     for (const auto& [thread, count] : passes)
     {
+        const tbRef<tbBase> found(object); // changes nothing any more
         thread->processQueue(false);
         EXPECT_EQ(object->getRefCount(), count);
     }
