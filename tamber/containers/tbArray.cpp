@@ -111,13 +111,9 @@ std::size_t tbArray::getByteCount() const
     return bytesFor(count, getElemSize());
 }
 
-// The storage can be smaller than the count says: setSize() does not change the count.
-int tbArray::getNumStored() const
+int tbArray::countStored() const
 {
-    const int elemSize = getElemSize();
-    if (elemSize == 0)
-        return count;
-    return int(std::min(std::size_t(std::max(count, 0)), getSize() / std::size_t(elemSize)));
+    return int(std::min(std::size_t(count), getSize() / std::size_t(getElemSize())));
 }
 
 std::size_t tbArray::getStoredBytes() const
@@ -142,11 +138,13 @@ void tbArray::setBlock(void* block)
         tbMemory::free(data);
     data = static_cast<unsigned char*>(block);
     inArena = false;
+    isCut = false;
 }
 
 void tbArray::setSize(std::size_t bytes)
 {
-    replaceBlock(bytes);
+    if (replaceBlock(bytes))
+        isCut = getSize() < getByteCount();
 }
 
 void tbArray::write(tbEntry* entry) const

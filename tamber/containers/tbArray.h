@@ -73,6 +73,8 @@ protected:
     /// changed, when memory is out.
     bool replaceBlock(std::size_t bytes);
     void setCount(int n) { count = n; }
+    /// Elements that the storage holds: fewer than the count says once setSize() has made it smaller.
+    int getNumStored() const { return isCut ? countStored() : count; }
 
 private:
     static constexpr unsigned TYPE_MASK = 0xFFF;
@@ -81,7 +83,7 @@ private:
     static tbArray* readEntry(tbEntry* entry);
     static void writeElement(tbEntry* entry, DATA_TYPE type, const unsigned char* element);
     std::size_t getByteCount() const;
-    int getNumStored() const;
+    int countStored() const;
     std::size_t getStoredBytes() const;
     void setBlock(void* block);
 
@@ -89,5 +91,6 @@ private:
     std::atomic<std::int32_t> refCount{0};
     std::uint16_t typeWord;
     bool inArena = false;
+    bool isCut = false; // setSize() made the storage smaller than the count says
     std::int32_t count;
 };

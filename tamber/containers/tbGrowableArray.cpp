@@ -30,7 +30,8 @@ int tbGrowableArray::getIndex(const void* elem) const
 {
     const std::size_t size = std::size_t(getElemSize());
     const auto* elements = static_cast<const unsigned char*>(getData());
-    for (int i = 0; i < used && elements; ++i)
+    const int num = getNum();
+    for (int i = 0; i < num && elements; ++i)
         if (std::memcmp(elements + std::size_t(i) * size, elem, size) == 0)
             return i;
     return -1;
@@ -41,13 +42,13 @@ void tbGrowableArray::removeElem(const void* elem)
     const int index = getIndex(elem);
     if (index < 0)
         return;
-    if (index < used - 1)
+    used = getNum() - 1;
+    if (index < used)
     {
         const std::size_t size = std::size_t(getElemSize());
         unsigned char* gap = static_cast<unsigned char*>(getData()) + std::size_t(index) * size;
-        std::memmove(gap, gap + size, std::size_t(used - index - 1));
+        std::memmove(gap, gap + size, std::size_t(used - index));
     }
-    --used;
 }
 
 void tbGrowableArray::read(tbEntry* entry)

@@ -15,10 +15,10 @@ public:
     /// for each following element, not one element long, which is meant: data classes rely on what it leaves.
     void removeElem(const void* elem);
     void reset() { used = 0; }
-    /// Elements in use.
-    int getNum() const { return used; }
+    /// Elements in use, as far as the storage holds them.
+    int getNum() const { return used < getCapacity() ? used : getCapacity(); }
     /// Elements that the storage holds.
-    int getCapacity() const { return tbArray::getNum(); }
+    int getCapacity() const { return getNumStored(); }
     /// All that the storage holds; afterwards all of it is in use.
     void read(tbEntry* entry);
 

@@ -153,6 +153,21 @@ TEST(GrowableArray, FindsAmongTheUsedAndRemovalMovesOneByteForEachFollowingEleme
     EXPECT_EQ(array.getNum(), 2);
 }
 
+TEST(TArray, KeepsWithinStorageThatWasMadeSmaller)
+{
+    tbTArray<int> array;
+    for (int i = 0; i < 1000; ++i)
+        array.add(i);
+    array.setSize(4);
+    const int held = array.getCapacity(), first = 0;
+    EXPECT_LE(std::size_t(held) * 4, array.getSize());
+    EXPECT_EQ(array.getNum(), held);
+    EXPECT_EQ(tbTArray<int>(array).getNum(), held);
+    EXPECT_EQ(array.add(7), held);
+    array.removeElem(&first);
+    EXPECT_EQ(array.getNum(), held);
+}
+
 TEST(TArray, AppendsItsOwnElements)
 {
     tbTArray<double> array;
