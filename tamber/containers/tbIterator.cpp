@@ -11,8 +11,8 @@
 namespace
 {
 
-// Files may give items any number of frames, also negative ones.
-int sumOfFrames(std::int64_t a, std::int64_t b)
+// Files may give items any number of frames, also negative ones, and programs may select any item.
+int sumOf(std::int64_t a, std::int64_t b)
 {
     return int(std::clamp<std::int64_t>(a + b, INT_MIN, INT_MAX));
 }
@@ -205,7 +205,7 @@ bool tbIterator::stepByTime()
     for (; steps < stepsPerRound() && elapsed > getItemTime(currentItem); ++steps)
     {
         elapsed -= getItemTime(currentItem);
-        currentItem += step;
+        currentItem = sumOf(currentItem, step);
         if (!applyCycle())
             return false;
     }
@@ -217,13 +217,13 @@ bool tbIterator::stepByTime()
 
 bool tbIterator::stepByFrames()
 {
-    frameCounter = sumOfFrames(frameCounter, 1);
+    frameCounter = sumOf(frameCounter, 1);
     const int mostSteps = stepsPerRound() + 1; // out of the current item and once round
     int steps = 0;
     for (; steps < mostSteps && frameCounter > getItemFrameCount(currentItem); ++steps)
     {
-        frameCounter = sumOfFrames(frameCounter, -std::int64_t(getItemFrameCount(currentItem)));
-        currentItem += step;
+        frameCounter = sumOf(frameCounter, -std::int64_t(getItemFrameCount(currentItem)));
+        currentItem = sumOf(currentItem, step);
         if (!applyCycle())
             return false;
     }
@@ -235,7 +235,7 @@ bool tbIterator::stepByFrames()
 // A round passes every item once, turning round at the ends every inner item twice.
 int tbIterator::stepsPerRound() const
 {
-    return cycle == CYCLE_REVERSE ? 2 * numItems : numItems;
+    return cycle == CYCLE_REVERSE ? sumOf(numItems, numItems) : numItems;
 }
 
 // What is left of a time when the rounds that it covers are taken out: they end where they began. A time of whole

@@ -69,6 +69,9 @@ TEST(Iterator, ShowsEachItemForItsFramesInEitherDirection)
     iterator.setItemFrameCount(2, -1);
     for (const int shown : frames(iterator, 12))
         EXPECT_TRUE(shown >= 0 && shown < 3) << shown;
+    iterator.setSelectedItem(INT_MIN); // there is none before
+    for (const int shown : frames(iterator, 4))
+        EXPECT_TRUE(shown >= 0 && shown < 3) << shown;
 }
 
 TEST(Iterator, TotalsAreSharedAndKeptWhenTheNumberChanges)
