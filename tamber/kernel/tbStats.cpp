@@ -116,20 +116,21 @@ int tbStats::getCount(const tbGroupType* type) const
 
 void tbStats::addFrame(double seconds)
 {
-    ++totals.frames;
+    count(totals.frames);
     totals.updateTime += seconds;
 }
 
 void tbStats::addCollision(double seconds)
 {
-    ++totals.collisions;
+    count(totals.collisions);
     totals.collisionTime += seconds;
 }
 
 void tbStats::addTotal(int i, int amount)
 {
     if (i >= 0 && i < NUM_TOTALS)
-        totals.further[i] += amount;
+        totals.further[i] = std::int32_t(
+            std::clamp<std::int64_t>(std::int64_t(totals.further[i]) + amount, INT32_MIN, INT32_MAX));
 }
 
 int tbStats::getTotal(int i) const
@@ -146,7 +147,7 @@ bool tbStats::Counters::covers(const tbType* type) const
 void tbStats::Counters::inc(const tbType* type)
 {
     if (covers(type))
-        ++values[type->getIndex()];
+        count(values[type->getIndex()]);
 }
 
 int tbStats::Counters::get(const tbType* type) const

@@ -47,7 +47,7 @@ public:
     int getNumCollisions() const { return totals.collisions; }
     double getCollisionTime() const { return totals.collisionTime; }
     /// One ray that missed a subtree.
-    void addFailedRay() { ++totals.failedRays; }
+    void addFailedRay() { count(totals.failedRays); }
     int getNumFailedRays() const { return totals.failedRays; }
     /// `i` from 0 to NUM_TOTALS - 1; others are ignored, and read as 0.
     void addTotal(int i, int amount);
@@ -81,6 +81,8 @@ private:
     };
     static_assert(sizeof(Totals) == 18 * sizeof(std::int32_t));
 
+    /// Counters stay at their largest value: programs run for months without a reset().
+    static void count(std::int32_t& counter) { counter += counter < INT32_MAX ? 1 : 0; }
     void reallocArrays();
     void assign(const tbStats& other);
 

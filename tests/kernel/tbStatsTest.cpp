@@ -42,6 +42,9 @@ TEST_F(Stats, TotalsAddUpUntilReset)
     stats->addFailedRay();
     stats->addTotal(10, 3);
     stats->addTotal(11, 3); // beyond the last
+    for (const int amount : {INT32_MAX, 1})
+        stats->addTotal(9, amount);
+    EXPECT_EQ(stats->getTotal(9), INT32_MAX) << "counts do not wrap";
     EXPECT_EQ(stats->getUpdateTime(), 0.75);
     EXPECT_EQ(stats->getCollisionTime(), 0.125);
     EXPECT_EQ(stats->getTotal(10), 3);
