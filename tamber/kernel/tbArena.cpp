@@ -22,16 +22,21 @@ constexpr std::size_t ALIGNMENT = 16;
 
 tbArena::tbArena() : tbArena(defaultBlockSize) {}
 
-tbArena::tbArena(std::size_t size) : blockSize(std::max(size, defaultBlockSize.load())), blocks(new tbList(2))
+tbArena::tbArena(std::size_t size) : blockSize(std::max(size, defaultBlockSize.load()))
 {
     {
         tbiLockGuard guard(tbiLocks::memory);
         livingArenas->add(this);
         index = nextIndex++;
-        arenasByIndex->set(int(index), this);
+        // Null for those that there was no memory to enter.
+        while (arenasByIndex->getNum() < int(index) && arenasByIndex->add(nullptr) >= 0)
+        {
+        }
+        if (arenasByIndex->getNum() == int(index))
+            arenasByIndex->add(this);
     }
     advance(0);
-    blocks->setSize(16);
+    blocks.setSize(16);
 }
 
 tbArena::tbArena(const tbArena& other) : tbArena(other.blockSize) {}
@@ -50,9 +55,8 @@ tbArena::~tbArena()
             (*arenasByIndex)[int(index)] = nullptr;
         livingArenas->checkRemove(this);
     }
-    for (void* block : *blocks)
+    for (void* block : blocks)
         tbMemory::free(block);
-    delete blocks;
 }
 
 void* tbArena::malloc(std::size_t size) noexcept
@@ -70,16 +74,16 @@ void* tbArena::malloc(std::size_t size) noexcept
 
 void tbArena::reset() noexcept
 {
-    if (blocks->getNum() > 0)
+    if (blocks.getNum() > 0)
         enter(0);
 }
 
 // Moves to the next block that holds `size` bytes, made now when there is none.
 bool tbArena::advance(std::size_t size) noexcept
 {
-    for (int i = currentBlock + 1; i < blocks->getNum(); ++i)
+    for (int i = currentBlock + 1; i < blocks.getNum(); ++i)
     {
-        if (size <= std::size_t(blockEnds[i] - static_cast<char*>((*blocks)[i])))
+        if (size <= std::size_t(blockEnds[i] - static_cast<char*>(blocks[i])))
         {
             enter(i);
             return true;
@@ -89,20 +93,20 @@ bool tbArena::advance(std::size_t size) noexcept
     char* block = static_cast<char*>(tbMemory::malloc(bytes));
     if (!block)
         return false;
-    if (blocks->add(block) < 0 || blockEnds.add(block + bytes) < 0)
+    if (blocks.add(block) < 0 || blockEnds.add(block + bytes) < 0)
     {
-        blocks->checkRemove(block);
+        blocks.checkRemove(block);
         tbMemory::free(block);
         return false;
     }
-    enter(blocks->getNum() - 1);
+    enter(blocks.getNum() - 1);
     return true;
 }
 
 void tbArena::enter(int block) noexcept
 {
     currentBlock = block;
-    cursor = static_cast<char*>((*blocks)[block]);
+    cursor = static_cast<char*>(blocks[block]);
     blockEnd = blockEnds[block];
 }
 

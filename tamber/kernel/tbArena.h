@@ -37,6 +37,6 @@ private:
     char* cursor = nullptr;
     std::size_t blockSize;
     int currentBlock = -1;
-    tbList* blocks;
+    tbList blocks{2};
     tbTList<char*> blockEnds; // parallel to the blocks
 };

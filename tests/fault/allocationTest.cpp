@@ -7,6 +7,7 @@
 #include <tamber/graph/tbRangeSwitch.h>
 #include <tamber/io/tbFile.h>
 #include <tamber/io/tbLoader.h>
+#include <tamber/kernel/tbArena.h>
 #include <tamber/kernel/tbInit.h>
 #include <tamber/kernel/tbMessage.h>
 #include <tamber/kernel/tbSettings.h>
@@ -150,6 +151,21 @@ TEST_F(Allocation, SaveReplacesTheFileOrLeavesIt)
                EXPECT_EQ(directory.count(), 1);
            },
            [&] { directory.write("scene.tb", "old"); }});
+}
+
+TEST_F(Allocation, ArenasGiveMemoryOrNull)
+{
+    std::unique_ptr<tbArena> arena;
+    sweep({[&]
+           {
+               arena.reset(new tbArena);
+               return arena && arena->malloc(16) && arena->malloc(9000);
+           },
+           [&](bool)
+           {
+               EXPECT_TRUE(!arena || !tbArena::get(int(arena->getIndex()) + 1));
+               arena.reset();
+           }});
 }
 
 TEST_F(Allocation, CopiesAreWholeOrNull)
