@@ -63,18 +63,31 @@ void forgetRegistration(int i)
     classPlugIns->removeIndex(i);
 }
 
-// Sets up the registered class of that name, last registration first. False when there is none.
-bool initRegistered(const char* name)
+// Sets up the registered class of that name, last registration first, and returns its function; null when there is
+// none. Where modules have classes of one name, the one that `wanted` sets up comes before the others.
+tbType::InitClassFunc initRegistered(const char* name, tbType::InitClassFunc wanted = nullptr)
 {
+    int found = -1;
+    for (int i = registeredTypes->getNum() - 1; i >= 0 && (found < 0 || (*initClassFuncs)[found] != wanted);
+         --i)
+        if (sameName((*registeredTypes)[i], name) && (found < 0 || (*initClassFuncs)[i] == wanted))
+            found = i;
+    if (found < 0)
+        return nullptr;
+    const tbType::InitClassFunc func = (*initClassFuncs)[found];
+    func((*classPlugIns)[found]);
+    return func;
+}
+
+// The first registration of that name, rather one of `supplier`; -1 when there is none.
+int findRegistration(const char* name, const tbPlugIn* supplier)
+{
+    int found = -1;
     for (int i = registeredTypes->getNum() - 1; i >= 0; --i)
-    {
-        if (sameName((*registeredTypes)[i], name))
-        {
-            (*initClassFuncs)[i]((*classPlugIns)[i]);
-            return true;
-        }
-    }
-    return false;
+        if (sameName((*registeredTypes)[i], name) &&
+            (found < 0 || (*classPlugIns)[i] == supplier || (*classPlugIns)[found] != supplier))
+            found = i;
+    return found;
 }
 
 tbType* lastTypeNamed(const char* name, unsigned hash)
@@ -114,16 +127,10 @@ tbType::tbType(tbType* parentType, const char* className, CreateFunc createFunct
         parent->children.add(this);
     if (plugIn)
         plugIn->addType(this);
-    for (int i = 0; i < registeredTypes->getNum() && !name; ++i)
-    {
-        if (sameName((*registeredTypes)[i], className))
-        {
-            name = (*registeredTypes)[i];
-            forgetRegistration(i);
-        }
-    }
-    if (!name)
-        name = tbiCopyText(className);
+    const int registration = findRegistration(className, supplier);
+    name = registration < 0 ? tbiCopyText(className) : (*registeredTypes)[registration];
+    if (registration >= 0)
+        forgetRegistration(registration);
     index = typeList->add(this);
 }
 
@@ -177,8 +184,11 @@ void tbType::addInstance(tbBase* object)
     tbiLockGuard guard(tbiLocks::type);
     if (plugIn)
         plugIn->ref();
-    if (parent)
-        parent->takeOut(object);
+    // A parent type that was deleted and set up again is no parent of this one.
+    if (parent && !parent->takeOut(object))
+        for (tbType* type : *typeList)
+            if (type->takeOut(object))
+                break;
     object->instanceSlot = instances.add(object);
 }
 
@@ -252,7 +262,7 @@ void tbType::unregisterClasses(const tbPlugIn* supplier)
 void tbType::initClass(const char* className, InitClassFunc initClassFunc)
 {
     tbiLockGuard guard(tbiLocks::type);
-    if (!initRegistered(className))
+    if (initRegistered(className, initClassFunc) != initClassFunc)
         initClassFunc(nullptr);
 }
 

@@ -97,6 +97,15 @@ TEST(Type, UnknownAndAbstractNamesMakeNothing)
     EXPECT_EQ(TypeTestAbstract::get(0, false), concrete.get());
 }
 
+TEST(Type, IsSetUpThoughAnotherClassOfItsNameIsRegistered)
+{
+    TypeTestAbstract::getClassType()->deleteType();
+    tbType::registerClass(
+        "TypeTestAbstract", [](tbPlugIn*) {}, nullptr);
+    const tbRef<tbBase> object(new TypeTestConcrete);
+    EXPECT_EQ(TypeTestAbstract::getNum(false), 1);
+}
+
 TEST(Type, EnumeratesOwnInstancesBeforeThoseOfDerivedTypes)
 {
     const tbRef<tbBase> bird1 = named("bird1", new TypeTestBird);
@@ -130,6 +139,16 @@ TEST(Type, LivesUntilItsLastInstanceGoes)
     bird->unRef();
     EXPECT_EQ(TypeTestBird::getNum(false), 0);
     EXPECT_EQ(tbType::findType("TypeTestBird"), nullptr);
+}
+
+TEST(Type, HoldsNothingOfTypesThatWereItsChildrenBeforeItWasSetUpAgain)
+{
+    const tbRef<tbBase> first(new TypeTestBird);
+    EXPECT_TRUE(FileNode::getClassType()->deleteType());
+    EXPECT_FALSE(TypeTestBird::getClassType()->deleteType());
+    const tbRef<tbBase> second(new TypeTestBird);
+    EXPECT_EQ(TypeTestBird::getNum(false), 2);
+    EXPECT_EQ(FileNode::getNum(false), 0);
 }
 
 TEST(Type, HandsItsChildrenToItsParent)
