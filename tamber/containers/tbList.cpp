@@ -1,6 +1,7 @@
 #include <tamber/containers/tbList.h>
 
 #include <tamber/kernel/tbArena.h>
+#include <tamber/kernel/tbiMemoryWatch.h>
 
 unsigned tbListStorage::arenaBits(tbArena* arena) noexcept
 {
@@ -17,6 +18,11 @@ tbArena* tbListStorage::arenaOf(unsigned word) noexcept
 
 void* tbListStorage::resize(void* old, int used, int slots, unsigned word) noexcept
 {
+    if (std::size_t(slots) > SIZE_MAX / 2 / sizeof(void*))
+    {
+        tbiMemoryWatch::note();
+        return nullptr;
+    }
     const std::size_t bytes = std::size_t(slots) * sizeof(void*);
     if (word >> COUNT_BITS == 0)
         return tbMemory::realloc(old, bytes);
