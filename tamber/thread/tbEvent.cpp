@@ -3,6 +3,7 @@
 #include <tamber/action/tbAction.h>
 #include <tamber/action/tbActionNode.h>
 #include <tamber/io/tbEntry.h>
+#include <tamber/kernel/tbRef.h>
 #include <tamber/kernel/tbTime.h>
 #include <tamber/kernel/tbiLocks.h>
 #include <tamber/kernel/tbiWhole.h>
@@ -141,6 +142,7 @@ void tbEvent::trigger(tbEvent* event, tbBase* initiator)
 
 void tbEvent::trigger(tbBase* newInitiator)
 {
+    const tbRef<tbEvent> kept(getRefCount() > 0 ? this : nullptr); // an action may release this event
     tbiHeldList<tbAction> currentActions;
     tbiHeldList<tbActionNode> currentNodes;
     tbiLockGuard guard(lock);

@@ -150,6 +150,16 @@ TEST(Event, IsAnActionOfOthers)
     EXPECT_EQ(action->getTimes(), 2);
 }
 
+TEST(Event, LivesUntilItsTriggerIsOverThoughAnActionReleasesIt)
+{
+    const int before = tbEvent::getNum(false);
+    tbRef<tbEvent> event = new tbEvent;
+    event->addAction(new FuncAction([&] { event.reset(); }));
+    event->addAction(new FuncAction([&] { EXPECT_EQ(tbEvent::getNum(false), before + 1); }));
+    event->trigger(nullptr);
+    EXPECT_EQ(tbEvent::getNum(false), before);
+}
+
 TEST(Event, IsFoundByNameOrMade)
 {
     const tbRef<tbEvent> event = tbEvent::findOrCreate("EventTest.doorOpens");
