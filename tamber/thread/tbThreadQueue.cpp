@@ -126,6 +126,8 @@ void tbThread::flushDownstream()
 
 void tbThread::flushQueue()
 {
+    // What is handled meanwhile, here or there, may release this thread.
+    const tbRef<tbThread> kept(getRefCount() > 0 ? this : nullptr);
     if (inCurrentThread())
     {
         processQueue(false);

@@ -239,6 +239,23 @@ TEST_F(ThreadTree, FlushReachesTheWholeSubtree)
     }
 }
 
+TEST_F(ThreadTree, FlushOutlivesTheThreadThatIsLetGoMeanwhile)
+{
+    auto* child = new tbThread;
+    app->addDownstreamThread(child);
+    child->setThreadMode(tbThread::THREAD_WAIT);
+    child->run();
+    const tbRef<FuncAction> detach = new FuncAction([&] { app->removeDownstreamThread(child); });
+    child->addActionToQueue(new FuncAction(
+        [&]
+        {
+            app->addActionToQueue(detach.get());
+            app->flushQueue();
+        }));
+    child->flushQueue();
+    EXPECT_EQ(app->getNumDownstreamThreads(), 0);
+}
+
 TEST_F(ThreadTree, NothingIsLostUnderLoad)
 {
     constexpr int NUM_THREADS = 3;
