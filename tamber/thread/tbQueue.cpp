@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <utility>
 
 TB_DEFINE_SERVICE_CLASS(tbQueue, tbBase)
 
@@ -20,18 +21,15 @@ tbQueue::tbQueue(int size, int length)
     allocate();
 }
 
-tbQueue::tbQueue(const tbQueue& other)
-    : tbBase(other),
-      slots(other.getLength()),
-      itemSize(other.itemSize),
-      lock(new tbLock),
-      mode(other.getMode())
+tbQueue::tbQueue(const tbQueue& other) : tbBase(other), slots(1), itemSize(1), lock(new tbLock)
 {
     if (lock)
         lock->ref();
     initInstance();
     tbiLockGuard guard(other.lock);
     slots = other.slots;
+    itemSize = other.itemSize;
+    mode = other.mode;
     allocate();
     if (!buffer || !other.buffer)
         return;
@@ -39,6 +37,27 @@ tbQueue::tbQueue(const tbQueue& other)
     readPosition = buffer + (other.readPosition - other.buffer);
     writePosition = buffer + (other.writePosition - other.buffer);
     count = other.count;
+}
+
+// One lock at a time: two queues may be assigned to each other on two threads.
+tbQueue& tbQueue::operator=(const tbQueue& other)
+{
+    if (this == &other)
+        return *this;
+    tbQueue copy(other);
+    if (!copy.buffer)
+        return *this;
+    tbBase::operator=(other);
+    tbiLockGuard guard(lock);
+    std::swap(buffer, copy.buffer);
+    readPosition = copy.readPosition;
+    writePosition = copy.writePosition;
+    last = copy.last;
+    slots = copy.slots;
+    itemSize = copy.itemSize;
+    count = copy.count;
+    mode = copy.mode;
+    return *this;
 }
 
 tbQueue::~tbQueue()
@@ -180,4 +199,10 @@ int tbQueue::getLength() const
 {
     tbiLockGuard guard(lock);
     return slots;
+}
+
+int tbQueue::getItemSize() const
+{
+    tbiLockGuard guard(lock);
+    return itemSize;
 }

@@ -21,7 +21,8 @@ public:
     tbQueue(int itemSize, int slots);
     /// Takes geometry, mode and items.
     tbQueue(const tbQueue& other);
-    tbQueue& operator=(const tbQueue&) = delete;
+    /// Likewise; what this queue held is gone. Unchanged when memory is out.
+    tbQueue& operator=(const tbQueue& other);
 
     virtual void setMode(MODE mode);
     /// Copies an item in. False for null, for a full queue in mode NO_OVERWRITE, and when memory is out.
@@ -37,7 +38,7 @@ public:
     int getCount() const;
     /// Number of slots.
     int getLength() const;
-    int getItemSize() const { return itemSize; }
+    int getItemSize() const;
 
     tbBase* createCopy() const override;
 
@@ -62,7 +63,7 @@ private:
     unsigned char* readPosition = nullptr;
     unsigned char* last = nullptr;
     int slots;
-    const int itemSize;
+    int itemSize;
     int count = 0;
     tbLock* lock;
     MODE mode = OVERWRITE;

@@ -26,12 +26,27 @@ tbSemaphore::tbSemaphore(int initial, int most)
 
 tbSemaphore::tbSemaphore(const tbSemaphore& other)
     : tbBase(other),
-      maximum(other.maximum),
+      maximum(other.maximum.load(std::memory_order_relaxed)),
       timeOut(other.getTimeout()),
       count(other.getCount()),
       available(other.getAvailable())
 {
     initInstance();
+}
+
+tbSemaphore& tbSemaphore::operator=(const tbSemaphore& other)
+{
+    if (this == &other)
+        return *this;
+    tbBase::operator=(other);
+    setTimeout(other.getTimeout());
+    const int theirs = other.getAvailable(); // one lock at a time
+    const auto held = tbiHold(mutex);
+    maximum.store(other.maximum.load(std::memory_order_relaxed), std::memory_order_relaxed);
+    count.store(other.getCount(), std::memory_order_relaxed);
+    available = theirs;
+    raised.notify_all();
+    return *this;
 }
 
 tbSemaphore::~tbSemaphore()
@@ -71,7 +86,7 @@ void tbSemaphore::inc(int n)
     if (!isEnabled() || n < 1)
         return;
     const auto held = tbiHold(mutex);
-    if (n > maximum - available)
+    if (n > maximum.load(std::memory_order_relaxed) - available)
         return;
     // The count before, not after: meant so, callers compare it with 0 to see whether they were first.
     count.store(available, std::memory_order_relaxed);
@@ -92,7 +107,7 @@ bool tbSemaphore::dec(int milliseconds)
     if (!isEnabled())
         return true;
     // A time-out counts as success: meant so, for callers a true result only says that the wait is over.
-    if (maximum == 0 || take(milliseconds, false) == INTERRUPTED)
+    if (maximum.load(std::memory_order_relaxed) == 0 || take(milliseconds, false) == INTERRUPTED)
         return false;
     count.fetch_sub(1, std::memory_order_relaxed);
     return true;

@@ -17,7 +17,8 @@ public:
     tbSemaphore(int initial, int maximum);
     /// Takes maximum, time-out and what is available now.
     tbSemaphore(const tbSemaphore& other);
-    tbSemaphore& operator=(const tbSemaphore&) = delete;
+    /// Likewise; whoever waits looks again.
+    tbSemaphore& operator=(const tbSemaphore& other);
 
     /// Adds `n` at once, or nothing when that would pass the maximum. getCount() becomes the count before.
     virtual void inc(int n);
@@ -54,7 +55,7 @@ private:
     WAIT take(int milliseconds, bool heedsNudges);
     int getAvailable() const;
 
-    const int maximum;
+    std::atomic<int> maximum;
     std::atomic<int> timeOut{-1};
     std::atomic<int> count;
     mutable std::mutex mutex;

@@ -81,12 +81,17 @@ TEST(Queue, BehavesAsADequeInAllModes)
             ASSERT_EQ(queue->getCount(), int(expected.size()));
             ASSERT_EQ(queue->getLength(), slots);
         }
-        const tbRef<tbBase> copy = queue->createCopy();
+        const tbRef<tbQueue> copy = static_cast<tbQueue*>(queue->createCopy()), assigned = new tbQueue(1, 1);
+        *assigned = *queue;
+        EXPECT_EQ(assigned->getMode(), mode);
         for (const Item& item : expected)
         {
-            Item got{};
-            ASSERT_TRUE(static_cast<tbQueue*>(copy.get())->get(&got));
-            ASSERT_EQ(got, item);
+            for (tbQueue* other : {copy.get(), assigned.get()})
+            {
+                Item got{};
+                ASSERT_TRUE(other->get(&got));
+                ASSERT_EQ(got, item);
+            }
         }
     }
 }

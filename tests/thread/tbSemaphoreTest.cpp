@@ -29,7 +29,8 @@ TEST(Semaphore, DecIsTrueAfterATimeOutAndCountsIt)
 
 TEST(Semaphore, IncBeyondTheMaximumAddsNothing)
 {
-    const tbRef<tbSemaphore> semaphore = new tbSemaphore(1, 3);
+    const tbRef<tbSemaphore> original = new tbSemaphore(1, 3), semaphore = new tbSemaphore;
+    *semaphore = *original;
     semaphore->inc(3);
     EXPECT_EQ(semaphore->getCount(), 1);
     semaphore->inc(2);
