@@ -200,7 +200,7 @@ void tbIterator::start()
 bool tbIterator::stepByTime()
 {
     const float now = float(tbGetTime());
-    elapsed = withoutWholeRounds(elapsed + (now - timeStamp));
+    elapsed = float(withoutWholeRounds(elapsed + (now - timeStamp), itemTimes));
     int steps = 0;
     for (; steps < stepsPerRound() && elapsed > getItemTime(currentItem); ++steps)
     {
@@ -218,17 +218,32 @@ bool tbIterator::stepByTime()
 bool tbIterator::stepByFrames()
 {
     frameCounter = sumOf(frameCounter, 1);
-    const int mostSteps = stepsPerRound() + 1; // out of the current item and once round
-    int steps = 0;
-    for (; steps < mostSteps && frameCounter > getItemFrameCount(currentItem); ++steps)
+    const int before = frameCounter;
+    if (!passItemsByFrames())
+        return false;
+    if (frameCounter <= getItemFrameCount(currentItem))
+        return true;
+    if (frameCounter >= before) // no item takes any frame
+    {
+        frameCounter = 1;
+        return true;
+    }
+    // Items take fewer frames than before, so that more than a round is due.
+    frameCounter = int(withoutWholeRounds(frameCounter, itemFrameCounts));
+    return passItemsByFrames();
+}
+
+// Out of the current item and once round at most.
+bool tbIterator::passItemsByFrames()
+{
+    const int mostSteps = stepsPerRound() + 1;
+    for (int steps = 0; steps < mostSteps && frameCounter > getItemFrameCount(currentItem); ++steps)
     {
         frameCounter = sumOf(frameCounter, -std::int64_t(getItemFrameCount(currentItem)));
         currentItem = sumOf(currentItem, step);
         if (!applyCycle())
             return false;
     }
-    if (steps == mostSteps)
-        frameCounter = 1;
     return true;
 }
 
@@ -238,21 +253,22 @@ int tbIterator::stepsPerRound() const
     return cycle == CYCLE_REVERSE ? sumOf(numItems, numItems) : numItems;
 }
 
-// What is left of a time when the rounds that it covers are taken out: they end where they began. A time of whole
-// rounds leaves one, which ends with the item before: an item is not left before its time is over.
-float tbIterator::withoutWholeRounds(float time) const
+// What is left of a time, or of frames, when the rounds that it covers are taken out: they end where they began. Whole
+// rounds leave one, which ends with the item before: an item is not left before its time is over.
+template <class T>
+double tbIterator::withoutWholeRounds(double amount, const ItemArray<T>& items) const
 {
     if (cycle != CYCLE_WRAP && cycle != CYCLE_REVERSE)
-        return time;
+        return amount;
     double round = 0;
-    for (int i = 0; i < std::min(numItems, itemTimes.capacity); ++i)
-        round += double(getItemTime(i));
+    for (int i = 0; i < std::min(numItems, items.capacity); ++i)
+        round += double(items.get(i));
     if (cycle == CYCLE_REVERSE && numItems > 1)
-        round += round - double(getItemTime(0)) - double(getItemTime(numItems - 1));
-    if (!(round > 0 && double(time) > round))
-        return time;
-    const double rest = std::fmod(double(time), round);
-    return float(rest > 0 ? rest : round);
+        round += round - double(items.get(0)) - double(items.get(numItems - 1));
+    if (!(round > 0 && amount > round))
+        return amount;
+    const double rest = std::fmod(amount, round);
+    return rest > 0 ? rest : round;
 }
 
 bool tbIterator::applyCycle()

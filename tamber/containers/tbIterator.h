@@ -93,13 +93,15 @@ private:
     void start();
     bool stepByTime();
     bool stepByFrames();
+    bool passItemsByFrames();
     bool applyCycle();
     bool stopsAtEnd() const;
     void takeItems(int n);
     float shareOfTime() const;
     int shareOfFrames() const;
     int stepsPerRound() const;
-    float withoutWholeRounds(float time) const;
+    template <class T>
+    double withoutWholeRounds(double amount, const ItemArray<T>& items) const;
 
     bool paused = false;
     MODE mode = MODE_TIME;

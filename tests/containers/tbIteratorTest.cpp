@@ -74,6 +74,18 @@ TEST(Iterator, ShowsEachItemForItsFramesInEitherDirection)
         EXPECT_TRUE(shown >= 0 && shown < 3) << shown;
 }
 
+TEST(Iterator, GoesAsFarAsIsDueWhenItemsTakeFewerFramesThanBefore)
+{
+    for (const auto& [cycle, shown] : {std::pair(tbIterator::CYCLE_WRAP, std::vector<int>{2, 0, 1}),
+                                       {tbIterator::CYCLE_REVERSE, std::vector<int>{1, 0, 1}}})
+    {
+        tbIterator iterator = byFrames(3, 100, cycle);
+        frames(iterator, 11);
+        iterator.setItemFrameCount(1);
+        EXPECT_EQ(frames(iterator, 3), shown);
+    }
+}
+
 TEST(Iterator, TotalsAreSharedAndKeptWhenTheNumberChanges)
 {
     tbIterator iterator = byFrames(3, 1, tbIterator::CYCLE_WRAP);
