@@ -173,6 +173,8 @@ TEST(Scene, AnEditWaitsForTheLastQueryAndKeepsNewOnesOut)
 TEST(Scene, EditsAndQueriesExcludeEachOtherOverManyRounds)
 {
     tbtest::TestScene scene;
+    tbGroup* group = scene.addGroup();
+    scene.update();
     int value = 0; // written by edits, read by queries
     std::atomic<int> queries{0}, wrong{0};
     const auto edit = [&]
@@ -187,6 +189,8 @@ TEST(Scene, EditsAndQueriesExcludeEachOtherOverManyRounds)
         scene->acquireForQuery();
         ++queries;
         const int before = value;
+        tbSphere bounds;
+        group->getBoundingVolume(bounds); // writes nothing that stands already
         std::this_thread::yield();
         wrong += before != value;
         --queries;
