@@ -1,5 +1,7 @@
 #include <tamber/display/tbKeyboard.h>
 
+#include <tamber/kernel/tbiWhole.h>
+
 TB_DEFINE_SERVICE_CLASS(tbKeyboard, tbQueue)
 
 namespace
@@ -14,9 +16,19 @@ tbKeyboard::tbKeyboard() : tbQueue(int(sizeof(tbKeyboardData)), NUM_KEYBOARD_EVE
     initInstance();
 }
 
+tbKeyboard::tbKeyboard(const tbKeyboard& other) : tbQueue(other), collectsKeyUps(other.collectsKeyUps)
+{
+    initInstance();
+}
+
 tbKeyboard::~tbKeyboard()
 {
     deleteInstance();
+}
+
+tbBase* tbKeyboard::createCopy() const
+{
+    return tbiCopyOf(*this);
 }
 
 bool tbKeyboard::set(tbWindow* window, int key, int code, bool down)

@@ -21,9 +21,11 @@ class TB_API tbKeyboard : public tbQueue
 
 public:
     tbKeyboard();
+    tbKeyboard(const tbKeyboard& other);
 
     using tbQueue::get;
     using tbQueue::sample;
+    tbBase* createCopy() const override;
 
     /// Called by the window. A release is dropped (false) unless key-up events are collected.
     virtual bool set(tbWindow* window, int key, int code, bool down);

@@ -2,6 +2,7 @@
 
 #include <tamber/display/tbCamera.h>
 #include <tamber/display/tbWindow.h>
+#include <tamber/kernel/tbiWhole.h>
 
 TB_DEFINE_SERVICE_CLASS(tbMouse, tbQueue)
 
@@ -25,9 +26,19 @@ tbMouse::tbMouse() : tbQueue(int(sizeof(tbMouseData)), NUM_MOUSE_EVENTS)
     initInstance();
 }
 
+tbMouse::tbMouse(const tbMouse& other) : tbQueue(other)
+{
+    initInstance();
+}
+
 tbMouse::~tbMouse()
 {
     deleteInstance();
+}
+
+tbBase* tbMouse::createCopy() const
+{
+    return tbiCopyOf(*this);
 }
 
 bool tbMouse::set(tbWindow* window, int x, int y, unsigned int buttons)

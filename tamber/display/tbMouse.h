@@ -22,9 +22,11 @@ class TB_API tbMouse : public tbQueue
 
 public:
     tbMouse();
+    tbMouse(const tbMouse& other);
 
     using tbQueue::get;
     using tbQueue::sample;
+    tbBase* createCopy() const override;
 
     /// Called by the window with pixel coordinates, cut to 16 bits. The y axis is not turned round.
     virtual bool set(tbWindow* window, int x, int y, unsigned int buttons);

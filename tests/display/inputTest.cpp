@@ -46,6 +46,10 @@ TEST(Keyboard, TestCountsKeyboardsAndNotEvents)
     const int living = keyboard->test();
     const tbRef<tbKeyboard> another(new tbKeyboard);
     EXPECT_EQ(keyboard->test(), living + 1);
+    another->collectKeyUpEvents(true);
+    const tbRef<tbKeyboard> copy(dynamic_cast<tbKeyboard*>(another->createCopy()));
+    EXPECT_EQ(keyboard->test(), living + 2);
+    EXPECT_TRUE(copy && copy->set(nullptr, 65, 1, false));
 }
 
 TEST_F(Mouse, NormalisesPixelsAcrossTheWindow)
@@ -72,6 +76,7 @@ TEST_F(Mouse, EventsOutsideTheViewportStayQueued)
     EXPECT_FALSE(mouse->sample(data, camera.get()));
     EXPECT_TRUE(mouse->sample(data, nullptr));
     EXPECT_TRUE(mouse->test());
+    EXPECT_TRUE(tbRef<tbBase>(mouse->createCopy())->isOfType(tbMouse::getClassType()));
     mouse->get(&data);
     mouse->set(window.get(), 320, 100, 0u); // on the edge
     EXPECT_TRUE(mouse->sample(data, camera.get()));
