@@ -374,10 +374,13 @@ int tbCollider::intersect(tbGroup* root)
 {
     if (!root || !travContext)
         return 0;
+    // An event may let the collider, its context or the graph go. What nobody holds stays the caller's.
+    const tbRef<tbCollider> keptThis(getRefCount() > 0 ? this : nullptr);
+    const tbRef<tbTravContext> keptContext(travContext);
+    const tbRef<tbGroup> keptRoot(root->getRefCount() > 0 ? root : nullptr);
     const BusyContext busy(travContext);
     if (!busy.isFree())
         return 0;
-    const tbRef<tbTravContext> keptContext(travContext);
     tbScene* scene = root->isOfType(tbScene::getClassType()) ? static_cast<tbScene*>(root) : nullptr;
     if (scene)
         scene->applyDirect(this, true);

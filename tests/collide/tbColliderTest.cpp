@@ -112,6 +112,16 @@ TEST_F(Collider, EventsFireOncePerWalkOrAtEveryHit)
     collider->setRayHitMode(tbCollider::RAY_HIT_ALL);
     collider->intersect(scene);
     EXPECT_EQ(action->getTimes(), 1 + 4);
+    tbRef<tbCollider> dropped = withRay(10);
+    const int living = tbCollider::getNum(false);
+    dropped->getRayHitEvent()->addAction(new tbtest::FuncAction(
+        [&]
+        {
+            dropped.reset();
+            EXPECT_EQ(tbCollider::getNum(false), living); // until its walk has ended
+        }));
+    EXPECT_EQ(dropped.get()->intersect(scene), 1);
+    EXPECT_EQ(tbCollider::getNum(false), living - 1);
 }
 
 TEST_F(Collider, PlacementCarriesTheRays)
