@@ -16,6 +16,7 @@
 #include <tamber/trav/tbTravContext.h>
 #include <tamber/trav/tbTravPath.h>
 #include <tamber/trav/tbTravTrait.h>
+#include <tamber/trav/tbiScopes.h>
 #include <tamber/trav/tbiTraitList.h>
 #include <tamber/volume/tbBox.h>
 #include <tamber/volume/tbSphere.h>
@@ -496,6 +497,7 @@ tbVolume::CONTAINMENT tbCollider::intersects(const tbFence* node)
 tbVolume::CONTAINMENT tbCollider::intersects(const tbGeometry* node)
 {
     tbBox bounds;
+    const tbiVolumeScope inUse(travContext, &bounds); // keeps the walk for the bounds away from this context
     const_cast<tbGeometry*>(node)->getBoundingVolume(bounds); // changes nothing but what it caches
     return intersects(node, bounds, TARGET_GEOMETRY);
 }
