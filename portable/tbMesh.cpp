@@ -136,7 +136,7 @@ void tbMesh::take(PRIMITIVE kind, tbVertexArray* vertices, tbiSharedBlock* block
     primitive = kind;
     replaceVertices(vertices);
     replaceIndices(block);
-    changed();
+    takeBounds();
 }
 
 bool tbMesh::setIndices(PRIMITIVE kind, const unsigned int* indexData, int numIndices)
@@ -149,11 +149,21 @@ bool tbMesh::setVertexArray(tbVertexArray* vertices)
     if (indices && !areIndicesBelow(getIndices(), getNumIndices(), countVertices(vertices)))
         return false;
     replaceVertices(vertices);
-    changed();
+    takeBounds();
     return true;
 }
 
 void tbMesh::changed()
+{
+    if (indices && !areIndicesBelow(getIndices(), getNumIndices(), countVertices(vertexArray)))
+    {
+        replaceVertices(nullptr);
+        replaceIndices(nullptr);
+    }
+    takeBounds();
+}
+
+void tbMesh::takeBounds()
 {
     updateBounds();
     dirtyUp(TF_GEOMETRY | TF_FENCE);

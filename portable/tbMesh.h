@@ -40,7 +40,8 @@ public:
     bool setIndices(PRIMITIVE primitive, const unsigned int* indexData, int numIndices);
     /// As set() with the present primitives and indices.
     bool setVertexArray(tbVertexArray* vertices);
-    /// The vertices have changed in place: takes their bounds again and marks the graph.
+    /// The vertices have changed in place: takes their bounds again and marks the graph. When vertices that indices
+    /// name are gone, the mesh lets vertices and indices go and draws nothing until it is set again.
     void changed();
 
     PRIMITIVE getPrimitive() const { return primitive; }
@@ -86,6 +87,7 @@ private:
     void take(PRIMITIVE kind, tbVertexArray* vertices, tbiSharedBlock* block);
     void replaceVertices(tbVertexArray* vertices);
     void replaceIndices(tbiSharedBlock* block);
+    void takeBounds();
     void updateBounds();
     const tbiMeshTree* getTree() const;
     void dropTree();

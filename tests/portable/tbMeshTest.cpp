@@ -39,6 +39,11 @@ TEST(Mesh, SetRefusesWhatCannotBeDrawn)
     EXPECT_EQ(mesh->getVertexArray(), before);
     EXPECT_EQ(mesh->getNumPrimitives(), 1);
     EXPECT_EQ(mesh->getIndices()[2], 2u);
+
+    before->setNum(2, before->getVertexType());
+    mesh->changed();
+    EXPECT_EQ(mesh->getNumPrimitives(), 0);
+    EXPECT_TRUE(mesh->getBoundingBox().isEmpty());
 }
 
 TEST(Mesh, BoundsCoverTheVerticesInUseThatAreNumbers)
