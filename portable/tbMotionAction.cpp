@@ -45,6 +45,8 @@ tbMotionAction::~tbMotionAction()
 
 void tbMotionAction::setTarget(tbTransform* transform)
 {
+    if (target == transform)
+        return; // a target that a file named is not let go
     target = transform;
     held.reset();
 }

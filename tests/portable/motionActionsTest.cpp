@@ -157,6 +157,8 @@ TEST(PathAction, ATargetThatOnlyAFileNamedLivesAsLongAsTheAction)
         addPath(root.get())->setTarget(target.get());
         const tbRef<tbTransform> read = tbtest::savedCopy(root.get());
         auto* path = static_cast<tbPathAction*>(read->getChild(0));
+        path->setTarget(path->getTarget());
+        EXPECT_EQ(tbTransform::getNum(true), before + 4);
         EXPECT_TRUE(path->moveTo(0.5f));
         const tbRef<tbTransform> above(path->getTarget());
         EXPECT_TRUE(tbtest::near(placeOf(above.get()), tbVec3(5, 0, 0), 0.05f));
