@@ -29,13 +29,20 @@ void tbiMeshTree::Box::extend(const Box& other)
     }
 }
 
-tbiMeshTree::Slabs::Slabs(const Query& query, float boxMargin) : margin(boxMargin)
+// Boxes are widened by what rounding does to coordinates, so that a ray that ends on a primitive finds it.
+tbiMeshTree::Slabs::Slabs(const Query& query, float boxMargin, const Box& whole) : margin(boxMargin)
 {
+    constexpr float ROUNDING = 4.0e-7f;
+    float largest = 0.0f;
     for (int axis = 0; axis < 3; ++axis)
     {
         origin[axis] = query.origin[axis];
         inverse[axis] = 1.0f / query.direction[axis];
+        for (const float coordinate : {origin[axis], whole.min[axis], whole.max[axis]})
+            if (std::isfinite(coordinate))
+                largest = std::max(largest, std::fabs(coordinate));
     }
+    margin += largest * ROUNDING;
 }
 
 // Comparisons are written so that what is no number neither enters nor leaves a slab: a direction of 0 along an axis

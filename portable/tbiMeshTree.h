@@ -57,7 +57,8 @@ private:
     class Slabs
     {
     public:
-        Slabs(const Query& query, float margin);
+        /// `whole` is the box of the root.
+        Slabs(const Query& query, float margin, const Box& whole);
         float enter(const Box& box, float limit) const;
 
     private:
@@ -87,7 +88,7 @@ void tbiMeshTree::visit(const Query& query, float margin, Visit visit) const
     };
     Waiting stack[MAX_DEPTH];
     int waiting = 0;
-    const Slabs slabs(query, margin);
+    const Slabs slabs(query, margin, nodes[0].box);
     Waiting now{0, slabs.enter(nodes[0].box, query.maxDistance)};
     if (now.distance == MISSED)
         return;

@@ -79,6 +79,32 @@ TEST(MeshCollide, FindsWhatTestingEveryTriangleFinds)
     EXPECT_GT(hits, 300);
 }
 
+TEST(MeshCollide, RoundingFarFromTheOriginLosesNoCorner)
+{
+    tbtest::Random random(5);
+    const auto knot = [&](int n)
+    {
+        const auto step = [&] { return float(random.index(2 * n + 1) - n) * 0.1f; };
+        return tbVec3(1e5f + step(), step(), step());
+    };
+    for (int i = 0; i < 100; ++i)
+    {
+        std::vector<tbVec3> points(90);
+        for (tbVec3& point : points)
+            point = knot(4);
+        const tbRef<tbGroup> root(new tbGroup);
+        const tbMesh* mesh = addMesh(root.get(), tbMesh::TRIANGLES, points);
+        for (int k = 0; k < 200; ++k)
+        {
+            const tbVec3 start = knot(6);
+            const tbRay ray(start, knot(6) - start, -1);
+            const bool expected =
+                byHand(ray, points, false).first >= 0 && ray.intersects(mesh->getBoundingBox());
+            ASSERT_EQ(makeCollider(ray)->intersect(root.get()), expected) << i << ' ' << k;
+        }
+    }
+}
+
 TEST(MeshCollide, AxisParallelRaysFindFlatGrids)
 {
     tbtest::TestScene scene;
