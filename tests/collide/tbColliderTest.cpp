@@ -4,7 +4,6 @@
 #include <tamber/collide/tbColliderTarget.h>
 #include <tamber/collide/tbSphereFence.h>
 #include <tamber/thread/tbEvent.h>
-#include <tamber/thread/tbThread.h>
 #include <tamber/trav/tbTravPath.h>
 #include <tests/support/Matrices.h>
 #include <tests/support/Messages.h>
@@ -208,17 +207,6 @@ TEST_F(Collider, MasksAndTargetsFilterSubtrees)
     EXPECT_EQ(collider->getRayHit(0)->mask, 0x4u);
     collider->setColliderMask(0x8);
     EXPECT_EQ(collider->intersect(scene), 0);
-    class Bounded : public Wall
-    {
-    public:
-        void getBoundingVolume(tbVolume& volume) override { tbGroup::getBoundingVolume(volume); }
-    };
-    const tbRef<Bounded> alone(new Bounded);
-    const tbRef<tbCollider> ofThread = withRay(10);
-    ofThread->setTravContext(tbThread::getCurrentThread()->getTravContext()); // bounds are taken with it else
-    ofThread->addTrait(mask);
-    EXPECT_EQ(ofThread->intersect(alone.get()), 1);
-    EXPECT_EQ(ofThread->getRayHit(0)->mask, 0x4u);
 }
 
 TEST_F(Collider, FencesKeepRaysFromWhatLiesBelow)

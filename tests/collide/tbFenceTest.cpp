@@ -19,24 +19,6 @@ Fence* addFence(tbGroup* parent, const tbSphere& content)
     return fence;
 }
 
-// A sphere that is carried to ten times its size.
-class GrowingSphere : public tbSphere
-{
-public:
-    using tbSphere::tbSphere;
-    tbSphere* createCopy() const override { return new GrowingSphere(*this); }
-    void xform(const tbMatrix&) override { setRadius(getRadius() * 10); }
-};
-
-class GrowingFence : public tbSphereFence
-{
-public:
-    tbVolume* getVolume() override { return &sphere; }
-
-private:
-    GrowingSphere sphere{tbVec3(0, 0, 0), 2};
-};
-
 int drawn(const tbGroup* fence)
 {
     return static_cast<tbtest::TestGeometry*>(fence->getChild(0))->numDrawn;
@@ -91,11 +73,6 @@ TEST(Fence, BelowAFixedOneBoundsAreStillRenewed)
     scene.update();
     EXPECT_TRUE(tbtest::near(*inner->getVolume()->getCenter(), tbVec3(4, 0, 0)));
     EXPECT_EQ(fence->getSphere()->getRadius(), 3.0f);
-    auto* growing = new GrowingFence;
-    growing->setMode(tbFence::FIXED);
-    scene->addChild(growing);
-    scene.update();
-    EXPECT_GE(scene->getVolume()->getRadius(), 20.0f);
 }
 
 TEST(Fence, CameraCullsWhatLiesOutside)
