@@ -63,20 +63,18 @@ void forgetRegistration(int i)
     classPlugIns->removeIndex(i);
 }
 
-// Sets up the registered class of that name, last registration first, and returns its function; null when there is
-// none. Where modules have classes of one name, the one that `wanted` sets up comes before the others.
-tbType::InitClassFunc initRegistered(const char* name, tbType::InitClassFunc wanted = nullptr)
+// Sets up the registered class of that name, last registration first. False when there is none.
+bool initRegistered(const char* name)
 {
-    int found = -1;
-    for (int i = registeredTypes->getNum() - 1; i >= 0 && (found < 0 || (*initClassFuncs)[found] != wanted);
-         --i)
-        if (sameName((*registeredTypes)[i], name) && (found < 0 || (*initClassFuncs)[i] == wanted))
-            found = i;
-    if (found < 0)
-        return nullptr;
-    const tbType::InitClassFunc func = (*initClassFuncs)[found];
-    func((*classPlugIns)[found]);
-    return func;
+    for (int i = registeredTypes->getNum() - 1; i >= 0; --i)
+    {
+        if (sameName((*registeredTypes)[i], name))
+        {
+            (*initClassFuncs)[i]((*classPlugIns)[i]);
+            return true;
+        }
+    }
+    return false;
 }
 
 // The first registration of that name, rather one of `supplier`; -1 when there is none.
@@ -262,7 +260,7 @@ void tbType::unregisterClasses(const tbPlugIn* supplier)
 void tbType::initClass(const char* className, InitClassFunc initClassFunc)
 {
     tbiLockGuard guard(tbiLocks::type);
-    if (initRegistered(className, initClassFunc) != initClassFunc)
+    if (!initRegistered(className))
         initClassFunc(nullptr);
 }
 

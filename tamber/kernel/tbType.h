@@ -107,6 +107,11 @@ public:
         {
             tbType::initClass(name, initClass);
             type = slot.load(std::memory_order_acquire);
+            if (!type) // another class of that name was registered, and that one is set up now
+            {
+                initClass(nullptr);
+                type = slot.load(std::memory_order_acquire);
+            }
         }
         return type;
     }

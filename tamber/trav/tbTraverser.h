@@ -33,7 +33,8 @@ public:
     /// without one, nothing is visited.
     virtual void traverse(tbGroup* root);
     virtual void reset();
-    /// Called for every node that is entered. The base answers TRAV_STOP at a break point.
+    /// Called for every node that is entered. The base answers TRAV_STOP at a break point. Whoever takes the node out of
+    /// the graph answers TRAV_PRUNE, here and below; the sibling that moves into its place is passed over.
     virtual TRAV_STATE apply(tbGroup* group);
     /// Called before a node is entered. Any answer but TRAV_CONTINUE keeps the walk out of it: it is not counted
     /// and never stands on the path.
