@@ -22,7 +22,7 @@ constexpr const char* MATRIX = "matrix";         // the node's, exactly
 constexpr const char* MATERIAL = "material";     // number of the mesh's material
 constexpr const char* STYLE = "style";           // the traits of that material, where it first comes
 constexpr const char* MESH = "mesh";             // of the mesh, where it first comes
-constexpr const char* ACTIONS = "actions"; // of those that move the node, see tbiActionNotes
+constexpr const char* ACTIONS = "actions";       // of those that move the node, see tbiActionNotes
 
 constexpr const char* MESH_IS_UNINDEXED = "unindexed";
 constexpr const char* MESH_IS_EMPTY = "empty";
