@@ -218,32 +218,20 @@ bool tbIterator::stepByTime()
 bool tbIterator::stepByFrames()
 {
     frameCounter = sumOf(frameCounter, 1);
-    const int before = frameCounter;
-    if (!passItemsByFrames())
-        return false;
     if (frameCounter <= getItemFrameCount(currentItem))
         return true;
-    if (frameCounter >= before) // no item takes any frame
-    {
-        frameCounter = 1;
-        return true;
-    }
-    // Items take fewer frames than before, so that more than a round is due.
     frameCounter = int(withoutWholeRounds(frameCounter, itemFrameCounts));
-    return passItemsByFrames();
-}
-
-// Out of the current item and once round at most.
-bool tbIterator::passItemsByFrames()
-{
-    const int mostSteps = stepsPerRound() + 1;
-    for (int steps = 0; steps < mostSteps && frameCounter > getItemFrameCount(currentItem); ++steps)
+    const int mostSteps = stepsPerRound() + 1; // out of the current item and once round
+    int steps = 0;
+    for (; steps < mostSteps && frameCounter > getItemFrameCount(currentItem); ++steps)
     {
         frameCounter = sumOf(frameCounter, -std::int64_t(getItemFrameCount(currentItem)));
         currentItem = sumOf(currentItem, step);
         if (!applyCycle())
             return false;
     }
+    if (steps == mostSteps) // no item takes any frame
+        frameCounter = 1;
     return true;
 }
 

@@ -66,8 +66,8 @@ public:
 
     /// Not started, and stepping in the direction.
     void reset();
-    /// Goes on by the clock or by one frame and returns the item to show, or -1. Of many rounds that are due at once
-    /// only what they leave is stepped through.
+    /// Goes on by the clock or by one frame and returns the item to show, or -1. Passes at most once round the
+    /// items a call; of many rounds that are due at once only what they leave is stepped through.
     int update();
 
     void write(tbEntry* entry) const;
@@ -93,7 +93,6 @@ private:
     void start();
     bool stepByTime();
     bool stepByFrames();
-    bool passItemsByFrames();
     bool applyCycle();
     bool stopsAtEnd() const;
     void takeItems(int n);
