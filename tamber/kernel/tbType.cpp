@@ -77,17 +77,6 @@ bool initRegistered(const char* name)
     return false;
 }
 
-// The first registration of that name, rather one of `supplier`; -1 when there is none.
-int findRegistration(const char* name, const tbPlugIn* supplier)
-{
-    int found = -1;
-    for (int i = registeredTypes->getNum() - 1; i >= 0; --i)
-        if (sameName((*registeredTypes)[i], name) &&
-            (found < 0 || (*classPlugIns)[i] == supplier || (*classPlugIns)[found] != supplier))
-            found = i;
-    return found;
-}
-
 tbType* lastTypeNamed(const char* name, unsigned hash)
 {
     for (int i = typeList->getNum() - 1; i >= 0; --i)
@@ -125,10 +114,16 @@ tbType::tbType(tbType* parentType, const char* className, CreateFunc createFunct
         parent->children.add(this);
     if (plugIn)
         plugIn->addType(this);
-    const int registration = findRegistration(className, supplier);
-    name = registration < 0 ? tbiCopyText(className) : (*registeredTypes)[registration];
-    if (registration >= 0)
-        forgetRegistration(registration);
+    for (int i = 0; i < registeredTypes->getNum() && !name; ++i)
+    {
+        if (sameName((*registeredTypes)[i], className))
+        {
+            name = (*registeredTypes)[i];
+            forgetRegistration(i);
+        }
+    }
+    if (!name)
+        name = tbiCopyText(className);
     index = typeList->add(this);
 }
 
