@@ -497,8 +497,11 @@ tbVolume::CONTAINMENT tbCollider::intersects(const tbFence* node)
 tbVolume::CONTAINMENT tbCollider::intersects(const tbGeometry* node)
 {
     tbBox bounds;
-    const tbiVolumeScope inUse(travContext, &bounds); // keeps the walk for the bounds away from this context
-    const_cast<tbGeometry*>(node)->getBoundingVolume(bounds); // changes nothing but what it caches
+    {
+        const tbiVolumeScope inUse(travContext,
+                                   &bounds); // keeps the walk for the bounds away from this context
+        const_cast<tbGeometry*>(node)->getBoundingVolume(bounds); // changes nothing but what it caches
+    }
     return intersects(node, bounds, TARGET_GEOMETRY);
 }
 

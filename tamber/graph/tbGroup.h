@@ -212,7 +212,7 @@ private:
     bool attach(tbGroup* child, Link link);
     bool letGo(tbGroup* child);
     void letGoLast();
-    void hasLet(tbGroup* child);
+    void tellAndRelease(tbGroup* child);
     void yieldTo(tbGroup* node, tbGroup* parent, bool keepOrder);
     void splitFromParents();
     bool isDying() const { return visitStamp == DYING; }

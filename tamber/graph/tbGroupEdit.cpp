@@ -65,7 +65,7 @@ bool tbGroup::letGo(tbGroup* child)
     if (!tbiNodeLinks::find(this, child, edge))
         return false;
     tbiNodeLinks::remove(this, child, edge);
-    hasLet(child);
+    tellAndRelease(child);
     return true;
 }
 
@@ -75,10 +75,10 @@ void tbGroup::letGoLast()
     tbiNodeLinks::Edge edge;
     tbGroup* child = tbiNodeLinks::findLast(this, edge);
     tbiNodeLinks::remove(this, child, edge);
-    hasLet(child);
+    tellAndRelease(child);
 }
 
-void tbGroup::hasLet(tbGroup* child)
+void tbGroup::tellAndRelease(tbGroup* child)
 {
     const tbiKeep keepThis(this);
     child->removedFrom(this);

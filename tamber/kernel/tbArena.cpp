@@ -28,12 +28,10 @@ tbArena::tbArena(std::size_t size) : blockSize(std::max(size, defaultBlockSize.l
         tbiLockGuard guard(tbiLocks::memory);
         livingArenas->add(this);
         index = nextIndex++;
-        // Null for those that there was no memory to enter.
-        while (arenasByIndex->getNum() < int(index) && arenasByIndex->add(nullptr) >= 0)
-        {
-        }
-        if (arenasByIndex->getNum() == int(index))
-            arenasByIndex->add(this);
+        // Null for those before that there was no memory to enter.
+        bool hasRoom = true;
+        while (hasRoom && arenasByIndex->getNum() <= int(index))
+            hasRoom = arenasByIndex->add(arenasByIndex->getNum() == int(index) ? this : nullptr) >= 0;
     }
     advance(0);
     blocks.setSize(16);

@@ -63,7 +63,7 @@ private:
 
     double time = 0;
     tbBase* initiator = nullptr;
-    tbTList<tbAction*> actions;
+    tbTList<tbAction*> actions{4};
     tbTList<tbActionNode*> actionNodes;
     tbLock* lock;
     mutable std::mutex mutex; // guards the pulses only
